@@ -1,0 +1,54 @@
+#!/usr/bin/env bash
+# Installs what the other scripts need on Debian 12, by name. Quiet, and nothing to do on the second run.
+set -u
+. "$(dirname "$0")/env.sh"
+
+packages=(
+  # build
+  cmake ninja-build g++ g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 mingw-w64-tools googletest
+  nlohmann-json3-dev clang-format git
+  # Windows programs
+  wine64 libwine xvfb
+  # spreadsheet and pictures of it
+  libreoffice-calc python3 python3-uno poppler-utils fonts-dejavu-core fonts-liberation fonts-crosextra-carlito
+  fonts-wqy-microhei
+  # machine translation
+  apertium apertium-eng-spa
+  # tests
+  python3-pytest python3-openpyxl
+)
+# A Node.js that is there already serves as well as Debian's.
+if ! command -v node >/dev/null 2>&1 || ! command -v npm >/dev/null 2>&1; then packages+=(nodejs npm); fi
+
+missing=()
+for package in "${packages[@]}"; do
+  dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+done
+
+if [ ${#missing[@]} -gt 0 ]; then
+  as_root=()
+  if [ "$(id -u)" != 0 ]; then
+    command -v sudo >/dev/null 2>&1 || die "Missing packages: ${missing[*]}. Install them, or run as root."
+    as_root=(sudo)
+  fi
+  log=$(mktemp)
+  say "Installing ${#missing[@]} packages (a few minutes on a bare machine)…"
+  if ! { "${as_root[@]}" apt-get update -qq &&
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
+      "${missing[@]}"; } >"$log" 2>&1; then
+    tail -n 20 "$log" >&2
+    die "The packages could not be installed: ${missing[*]}"
+  fi
+  rm -f "$log"
+fi
+
+modules=$QV_ROOT/service/node_modules
+if [ ! -e "$modules/.package-lock.json" ] || [ "$QV_ROOT/service/package-lock.json" -nt "$modules/.package-lock.json" ]; then
+  log=$(mktemp)
+  if ! (cd "$QV_ROOT/service" && npm ci --omit=dev --no-audit --no-fund) >"$log" 2>&1; then
+    tail -n 20 "$log" >&2
+    die "The local service's packages could not be installed."
+  fi
+  rm -f "$log"
+  touch "$modules/.package-lock.json"
+fi
