@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "engines/engine.h"
+#include "foundation/variant.h"
+
+namespace qv::devhost {
+
+namespace calc {
+class RemoteApplication;
+class RemoteSession;
+}  // namespace calc
+
+/// A real workbook in LibreOffice Calc behind the object model of Excel or WPS. Events are named in Excel's
+/// style and positional in WPS's. The office itself belongs to whoever started it.
+class CalcEngine final : public Engine {
+ public:
+  /// `port` of 127.0.0.1 is where `office/start_office.py` serves; `frame` is what Application.Hwnd answers,
+  /// null keeps a made-up number that is no window. Throws std::runtime_error when no office answers.
+  CalcEngine(unsigned short port, HostStyle style, HWND frame = nullptr);
+  CalcEngine(const CalcEngine&) = delete;
+  CalcEngine& operator=(const CalcEngine&) = delete;
+  /// Closes the workbooks and drops the event sinks; objects that are still held answer that they are closed.
+  ~CalcEngine() override;
+
+  IDispatch* Application() override;
+  void Open(const std::wstring& path) override;
+  nlohmann::json Cell(const std::wstring& sheet, const std::string& address) override;
+  void Select(const std::wstring& sheet, const std::string& address) override;
+  void Protect(const std::wstring& sheet, bool on) override;
+  void Save(const std::wstring& path) override;
+  void Shot(const std::wstring& path) override;
+  nlohmann::json Counters() override;
+  void ResetCounters() override;
+  void Fault(const nlohmann::json& fault) override;
+
+ private:
+  std::shared_ptr<calc::RemoteSession> session_;
+  ComPtr<calc::RemoteApplication> application_;
+};
+
+}  // namespace qv::devhost

@@ -1,0 +1,1 @@
+"""Excel's object model on LibreOffice Calc, run inside the office process."""

@@ -1,0 +1,161 @@
+"""Windows and Window. Excel's Window names its workbook only as its parent."""
+
+from office import calc, ranges, shapes, sheets, workbooks
+from office.calc import Host
+from office.com_object import (DISP_E_BADINDEX, NOTHING, ComError, ComObject, HResultError, as_boolean, as_integer)
+
+CELLS = "com.sun.star.sheet.SheetCellRange"
+AREAS = "com.sun.star.sheet.SheetCellRanges"
+SHAPES = "com.sun.star.drawing.Shapes"
+NORMAL_WINDOW = -4143
+
+
+class Windows(ComObject):
+    TYPE = "Windows"
+    DEFAULT = "Item"
+
+    def __init__(self, documents):
+        self._documents = documents
+
+    def get_count(self):
+        return len(self._documents)
+
+    def get_item(self, index):
+        found = [Window(document) for document in self._documents]
+        if isinstance(index, str):
+            for window in found:
+                if window.get_caption().lower() == index.lower():
+                    return window
+        elif 1 <= as_integer(index) <= len(found):
+            return found[as_integer(index) - 1]
+        raise HResultError(DISP_E_BADINDEX)
+
+
+class Window(ComObject):
+    TYPE = "Window"
+    DEFAULT = "Caption"
+
+    def __init__(self, document):
+        self.document = document
+
+    @property
+    def _controller(self):
+        controller = self.document.CurrentController
+        if controller is None:
+            raise ComError("The window has been closed.")
+        return controller
+
+    def get_parent(self):
+        return workbooks.Workbook(self.document)
+
+    def get_caption(self):
+        return workbooks.Workbook(self.document).get_name()
+
+    def get_hwnd(self):
+        # A number of its own for every document, as every Excel window has.
+        order = [document.RuntimeUID for document in calc.documents()].index(self.document.RuntimeUID)
+        return Host.window_handle + 2 * order
+
+    def get_index(self):
+        return 1
+
+    def get_visible(self):
+        return True
+
+    def get_window_state(self):
+        return NORMAL_WINDOW
+
+    def get_active_sheet(self):
+        return sheets.Worksheet(self.document, self._controller.ActiveSheet)
+
+    def get_active_cell(self):
+        selected = self.get_range_selection()
+        return selected.get_item(1, 1)
+
+    def get_selection(self):
+        selected = self._controller.getSelection()
+        if selected is None:
+            return NOTHING
+        if selected.supportsService(SHAPES):
+            sheet = self._controller.ActiveSheet
+            return shapes.Shape(self.document, sheet, selected.getByIndex(0))
+        return self._as_range(selected) or NOTHING
+
+    def get_range_selection(self):
+        selected = self._controller.getSelection()
+        found = self._as_range(selected) if selected is not None else None
+        return found or ranges.Range(self.document, [self._controller.ActiveSheet.getCellByPosition(0, 0)])
+
+    def _as_range(self, selected):
+        if selected.supportsService(AREAS):
+            return ranges.Range(self.document, [selected.getByIndex(i) for i in range(selected.Count)])
+        if selected.supportsService(CELLS):
+            return ranges.Range(self.document, [selected])
+        return None
+
+    def call_activate(self):
+        workbooks.Workbook(self.document).call_activate()
+
+    def get_freeze_panes(self):
+        return bool(self._controller.hasFrozenPanes())
+
+    def put_freeze_panes(self, value):
+        if as_boolean(value):
+            cell = self.get_range_selection()
+            self._controller.freezeAtPosition(cell.get_column() - 1, cell.get_row() - 1)
+        else:
+            self._controller.freezeAtPosition(0, 0)
+
+    def get_split(self):
+        return bool(self._controller.getSplitRow() or self._controller.getSplitColumn())
+
+    def get_split_row(self):
+        return self._controller.getSplitRow()
+
+    def put_split_row(self, value):
+        self._controller.freezeAtPosition(self.get_split_column(), as_integer(value))
+
+    def get_split_column(self):
+        return self._controller.getSplitColumn()
+
+    def put_split_column(self, value):
+        self._controller.freezeAtPosition(as_integer(value), self.get_split_row())
+
+    def get_zoom(self):
+        return self._controller.ZoomValue
+
+    def put_zoom(self, value):
+        percent = as_integer(value)
+        if not 10 <= percent <= 400:
+            raise ComError("Unable to set the Zoom property of the Window class")
+        self._controller.ZoomValue = percent
+
+    @property
+    def _scrolling_pane(self):
+        # With frozen panes the last one is the one that scrolls both ways.
+        return self._controller.getByIndex(self._controller.getCount() - 1)
+
+    def get_scroll_row(self):
+        return self._scrolling_pane.getFirstVisibleRow() + 1
+
+    def put_scroll_row(self, value):
+        row = as_integer(value)
+        if row < 1:
+            raise ComError("Unable to set the ScrollRow property of the Window class")
+        self._scrolling_pane.setFirstVisibleRow(max(row - 1, self.get_split_row()))
+
+    def get_scroll_column(self):
+        return self._scrolling_pane.getFirstVisibleColumn() + 1
+
+    def put_scroll_column(self, value):
+        column = as_integer(value)
+        if column < 1:
+            raise ComError("Unable to set the ScrollColumn property of the Window class")
+        self._scrolling_pane.setFirstVisibleColumn(max(column - 1, self.get_split_column()))
+
+    def get_visible_range(self):
+        area = self._scrolling_pane.getVisibleRange()
+        return ranges.Range(self.document, [
+            self._controller.ActiveSheet.getCellRangeByPosition(area.StartColumn, area.StartRow, area.EndColumn,
+                                                                area.EndRow)
+        ])
