@@ -49,6 +49,7 @@ start_display() {
 start_service() {
   local log=$1
   shift
+  : >"$log"
   node "$QV_ROOT/service/server.js" --port 0 "$@" >"$log" 2>&1 </dev/null &
   QV_STARTED+=($!)
   for _ in $(seq 200); do

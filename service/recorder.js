@@ -1,0 +1,59 @@
+import { performance } from 'node:perf_hooks';
+
+const KEPT_REQUESTS = 5000;
+
+/** Milliseconds since 1970 with fractions: never going back, and comparable with what other processes measure. */
+export function nowMs() {
+  return performance.timeOrigin + performance.now();
+}
+
+/** Keeps what was asked of the service, and when, for tests to look at. */
+export class RequestRecorder {
+  #entries = [];
+
+  /** @param {import('fastify').FastifyInstance} app */
+  attach(app) {
+    app.addHook('onRequest', async (request, reply) => {
+      if (request.url.startsWith('/control/')) return;
+      const entry = {
+        method: request.method,
+        path: request.url,
+        headers: request.headers,
+        body: null,
+        startMs: nowMs(),
+        endMs: null,
+        status: null,
+      };
+      request.recorded = entry;
+      this.#entries.push(entry);
+      if (this.#entries.length > KEPT_REQUESTS) this.#entries.shift();
+      reply.raw.once('close', () => {
+        entry.endMs = nowMs();
+        // A status of null: the client never got a whole answer.
+        if (reply.raw.writableFinished) entry.status = reply.raw.statusCode;
+      });
+    });
+    app.addHook('preHandler', async (request) => {
+      if (request.recorded && request.body) request.recorded.body = readable(request.body);
+    });
+  }
+
+  /** @returns {object[]} in the order of arrival; requests still open have an `endMs` of null */
+  entries() {
+    return this.#entries;
+  }
+
+  clear() {
+    this.#entries = [];
+  }
+}
+
+/** The JSON value of a body, or its text where it is no JSON. */
+function readable(body) {
+  const text = body.toString('utf8');
+  try {
+    return JSON.parse(text);
+  } catch {
+    return text;
+  }
+}

@@ -1,0 +1,66 @@
+#!/usr/bin/env node
+import { parseArgs } from 'node:util';
+
+import { buildApp } from './app.js';
+import { logLine } from './log.js';
+import { createEngine, ENGINE_NAMES } from './translate/engines.js';
+
+const USAGE = `usage: node server.js [--port N] [--host ADDRESS] [--engine ${ENGINE_NAMES.join('|')}] [--faults] [--leash]
+  --port    0 takes a free one (default 8080)
+  --host    address to listen on (default 127.0.0.1)
+  --engine  default: openai when QV_LLM_BASE_URL is set, else apertium
+  --faults  adds /control/…: faults on demand and a record of the requests
+  --leash   ends when standard input closes, so that the service never outlives its parent`;
+
+/** How long requests in flight may delay the end. */
+const STOP_LIMIT_MS = 2000;
+
+function readOptions() {
+  const { values } = parseArgs({
+    options: {
+      port: { type: 'string', default: '8080' },
+      host: { type: 'string', default: '127.0.0.1' },
+      engine: { type: 'string', default: process.env.QV_LLM_BASE_URL ? 'openai' : 'apertium' },
+      faults: { type: 'boolean', default: false },
+      leash: { type: 'boolean', default: false },
+    },
+  });
+  if (!/^\d{1,5}$/.test(values.port) || Number(values.port) > 65535) throw new Error(`no port: ${values.port}`);
+  if (!ENGINE_NAMES.includes(values.engine)) throw new Error(`no engine: ${values.engine}`);
+  return { ...values, port: Number(values.port) };
+}
+
+async function main() {
+  let options;
+  try {
+    options = readOptions();
+  } catch (error) {
+    process.stderr.write(`${error.message}\n${USAGE}\n`);
+    process.exit(2);
+  }
+
+  const engine = await createEngine(options.engine);
+  const app = buildApp({ engine, faults: options.faults });
+
+  let stopping = false;
+  const stop = async () => {
+    if (stopping) return;
+    stopping = true;
+    setTimeout(() => process.exit(0), STOP_LIMIT_MS).unref();
+    await app.close();
+    process.exit(0);
+  };
+  process.on('SIGTERM', stop);
+  process.on('SIGINT', stop);
+  if (options.leash) {
+    process.stdin.on('end', stop).on('close', stop).on('error', stop).resume();
+  }
+
+  await app.listen({ host: options.host, port: options.port });
+  logLine(`listening http://${options.host}:${app.server.address().port}`);
+}
+
+main().catch((error) => {
+  process.stderr.write(`${error.message}\n`);
+  process.exit(1);
+});
