@@ -2,8 +2,10 @@
 
 #include <unknwn.h>
 #include <windows.h>
+#include <wrl/client.h>
 
 #include <atomic>
+#include <utility>
 
 namespace qv {
 
@@ -74,5 +76,20 @@ class ComObject : public First, public Rest... {
 
   std::atomic<ULONG> references_{1};
 };
+
+/// A pointer that takes over the reference that the caller holds. Used instead of ComPtr::Attach, which in
+/// MinGW's header adds a reference of its own, so that the object would never go away.
+template <typename Interface>
+[[nodiscard]] Microsoft::WRL::ComPtr<Interface> TakeReference(Interface* object) {
+  Microsoft::WRL::ComPtr<Interface> pointer;
+  *pointer.GetAddressOf() = object;
+  return pointer;
+}
+
+/// A new COM object, owned by the pointer.
+template <typename Object, typename... Arguments>
+[[nodiscard]] Microsoft::WRL::ComPtr<Object> MakeCom(Arguments&&... arguments) {
+  return TakeReference(new Object(std::forward<Arguments>(arguments)...));
+}
 
 }  // namespace qv

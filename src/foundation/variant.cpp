@@ -16,7 +16,8 @@ BSTR* Bstr::Put() {
 
 Variant::Variant(const VARIANT& other) {
   VariantInit(&value_);
-  if (FAILED(VariantCopyInd(&value_, &other))) throw std::bad_alloc();
+  // The function only reads its source, though its declaration lacks the const.
+  if (FAILED(VariantCopyInd(&value_, const_cast<VARIANT*>(&other)))) throw std::bad_alloc();
 }
 
 Variant::Variant(std::wstring_view text) : Variant() {

@@ -1,7 +1,9 @@
 #pragma once
 
-#include <oleauto.h>
+// The automation header needs the base types first.
 #include <windows.h>
+
+#include <oleauto.h>
 #include <wrl/client.h>
 
 #include <string>

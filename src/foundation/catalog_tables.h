@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include "foundation/catalog.h"
+
+namespace qv {
+
+/// Number of keys, the same in every table.
+inline constexpr std::size_t kCatalogKeyCount = 87;
+
+/// One compiled table.
+using CatalogRows = std::span<const CatalogEntry, kCatalogKeyCount>;
+
+// One function and one source file for each language; catalog.cpp lists them by language code.
+[[nodiscard]] CatalogRows CatalogEn();
+
+}  // namespace qv

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <oaidl.h>
+
+#include <string>
+
+#include "workbook/range_reader.h"
+#include "workbook/scan_progress.h"
+#include "workbook/unit_list.h"
+
+namespace qv {
+
+/// How one way of reading a range ended.
+enum class ScanOutcome {
+  kDone,
+  /// Another way may still work.
+  kFailed,
+  /// No other way will: the pane is closing or the host is busy.
+  kStopped,
+};
+
+/// One rectangular range that is scanned, in one of the ways of `ScanBulk` and `ScanCells`. Host UI thread.
+struct AreaScan {
+  RangeReader range;
+  RangeGeometry geometry;
+  /// The worksheet of the range, borrowed.
+  IDispatch* sheet;
+  ScanProgress& progress;
+};
+
+/// Texts of the log lines that tell the late-bound and the typed bulk read apart.
+struct BulkLogTexts {
+  const wchar_t* start;
+  const wchar_t* geometry;
+  const wchar_t* end;
+};
+extern const BulkLogTexts kLateBoundBulk;
+extern const BulkLogTexts kTypedBulk;
+
+/// Reads the range in three calls and adds its texts to `units`. `error` is set unless done.
+[[nodiscard]] ScanOutcome ScanBulk(const AreaScan& scan, const BulkLogTexts& texts, UnitList& units,
+                                   std::wstring& error);
+
+/// Reads the range cell by cell. A cell that cannot be read is left out and logged; only a busy host ends the
+/// scan, because every cell left out in silence would stay untranslated.
+[[nodiscard]] ScanOutcome ScanCells(const AreaScan& scan, UnitList& units, std::wstring& error);
+
+}  // namespace qv

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <oaidl.h>
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "foundation/variant.h"
+
+namespace qv {
+
+// Late-bound calls on the host's objects: members by name, LOCALE_USER_DEFAULT, never a type library. Host UI
+// thread only. A failed call gives the empty result and is not logged here. Memory shortage throws.
+
+/// The object of a property, or null.
+[[nodiscard]] ComPtr<IDispatch> GetDispProperty(IDispatch* object, std::wstring_view name);
+
+/// The text of a VT_BSTR property; empty for every other type.
+[[nodiscard]] std::wstring GetStringProperty(IDispatch* object, std::wstring_view name);
+
+/// The low 32 bits of an integer property, a real number truncated toward zero; otherwise 0.
+[[nodiscard]] std::int32_t GetIntProperty(IDispatch* object, std::wstring_view name);
+
+/// The integer in a value, by the rules of `GetIntProperty`.
+[[nodiscard]] std::int32_t IntegerOf(const Variant& value);
+
+/// A property's value, S_OK and the value on success.
+[[nodiscard]] HRESULT GetProperty(IDispatch* object, std::wstring_view name, Variant& value,
+                                  SCODE* exceptionCode = nullptr);
+
+/// A property with arguments in natural order, such as Cells(row, column).
+[[nodiscard]] HRESULT GetIndexedProperty(IDispatch* object, std::wstring_view name,
+                                         std::span<const Variant> arguments, Variant& value,
+                                         SCODE* exceptionCode = nullptr);
+
+/// Sets a property; objects, arrays and by-reference values are put by reference first. E_POINTER for a null
+/// object, E_INVALIDARG for a null value. `exceptionCode` receives EXCEPINFO's code of a DISP_E_EXCEPTION.
+[[nodiscard]] HRESULT PutDispProperty(IDispatch* object, std::wstring_view name, const Variant* value,
+                                      SCODE* exceptionCode = nullptr);
+
+/// Calls a method with 0 to 3 arguments in natural order.
+[[nodiscard]] HRESULT InvokeByName(IDispatch* object, std::wstring_view name,
+                                   std::span<const Variant> arguments, Variant* result,
+                                   SCODE* exceptionCode = nullptr);
+
+/// The object that a collection's "Item" gives for its indexes. Hosts differ in how they expose it: property,
+/// then method, then the default member the same way; the first object wins. Without one the answer of the
+/// first call: a failure, or success with a value that is no object.
+[[nodiscard]] HRESULT GetItem(IDispatch* collection, std::span<const Variant> indexes, Variant& item,
+                              SCODE* exceptionCode = nullptr);
+
+/// An item of a host collection by 1-based number or by name, or null.
+[[nodiscard]] ComPtr<IDispatch> GetCollectionItem(IDispatch* collection, const Variant& index);
+[[nodiscard]] ComPtr<IDispatch> GetCollectionItem(IDispatch* collection, std::wstring_view name);
+
+/// Whether a failure means that the host is busy now (a cell is being edited, a dialog is up) and may be
+/// asked again later.
+[[nodiscard]] bool IsHostBusy(HRESULT hr, SCODE exceptionCode);
+
+}  // namespace qv

@@ -1,0 +1,206 @@
+#include "workbook/collector.h"
+
+#include <algorithm>
+#include <optional>
+#include <span>
+#include <utility>
+
+#include "foundation/logging.h"
+#include "foundation/text.h"
+#include "workbook/area_scan.h"
+#include "workbook/automation.h"
+#include "workbook/cell_access.h"
+#include "workbook/platform_letters.h"
+
+namespace qv {
+namespace {
+
+constexpr const wchar_t* kNotConnected = L"未连接到 Excel";
+constexpr const wchar_t* kNotCells = L"请先选择单元格";
+constexpr const wchar_t* kSelectionTooLarge = L"选区过大，请缩小选择范围";
+constexpr const wchar_t* kSelectionUnreadable = L"无法读取选区";
+constexpr const wchar_t* kUsedRangeUnreadable = L"无法读取已用区域";
+
+constexpr std::int64_t kMaxSelectionCells = 200000;
+/// From this size on, reading cell by cell is worth a warning.
+constexpr std::int64_t kLargeUsedRange = 64;
+
+/// What differs between the used range and a selection when the late-bound bulk read failed.
+struct FallbackRules {
+  /// Below this number of cells the typed interface is asked cell by cell.
+  std::int64_t typedCellsBelow;
+  /// A larger range is refused; 0 for no limit.
+  std::int64_t maxCells;
+  /// Empty for none.
+  const wchar_t* bulkFailedLine;
+  const wchar_t* noTypedLine;
+  bool warnsWhenLarge;
+};
+
+constexpr FallbackRules kUsedRangeRules = {
+    .typedCellsBelow = 64,
+    .maxCells = 0,
+    .bulkFailedLine = L"Excel Value2 dispatch batch failed, trying IRange path\r\n",
+    .noTypedLine = L"Excel UsedRange QI IRange failed — slow per-cell dispatch fallback\r\n",
+    .warnsWhenLarge = true,
+};
+constexpr FallbackRules kSelectionRules = {
+    .typedCellsBelow = 48,
+    .maxCells = kMaxSelectionCells,
+    .bulkFailedLine = L"",
+    .noTypedLine = L"Excel Selection QI IRange failed — slow dispatch fallback\r\n",
+    .warnsWhenLarge = false,
+};
+
+/// One rectangular piece of what is collected.
+struct Area {
+  ComPtr<IDispatch> range;
+  RangeGeometry geometry;
+};
+
+/// What all areas of one collection share.
+struct Job {
+  IDispatch* sheet;
+  const FallbackRules& rules;
+  ScanProgress progress;
+};
+
+ScanOutcome ScanByTypedRange(const RangeReader& typed, const RangeGeometry& geometry, Job& job,
+                             UnitList& units, std::wstring& error) {
+  if (job.rules.maxCells != 0 && geometry.Cells() > job.rules.maxCells) {
+    error = kSelectionTooLarge;
+    return ScanOutcome::kStopped;
+  }
+  const AreaScan scan{typed, geometry, job.sheet, job.progress};
+  if (geometry.Cells() >= job.rules.typedCellsBelow) return ScanBulk(scan, kTypedBulk, units, error);
+  PaneLog(L"Excel CollectCellsFromRangeArea (IRange per-cell)\r\n");
+  return ScanCells(scan, units, error);
+}
+
+ScanOutcome ScanLateBoundCells(const Area& area, Job& job, UnitList& units, std::wstring& error) {
+  const RangeGeometry& geometry = area.geometry;
+  PaneLog(L"Excel CollectCellsFromUsedRangeDispatch\r\n");
+  PaneLog(Concat(L"Excel range collect rows=", geometry.rows, L" cols=", geometry.cols, L" r0=",
+                 geometry.firstRow, L" c0=", geometry.firstCol, L"\r\n"));
+  const ScanOutcome outcome =
+      ScanCells({RangeReader::LateBound(area.range), geometry, job.sheet, job.progress}, units, error);
+  PaneLog(Concat(L"Excel dispatch collect cells=", units.Size(), L"\r\n"));
+  return outcome;
+}
+
+/// Each way starts with an empty list, so that a way that failed midway leaves nothing behind.
+ScanOutcome ScanArea(const Area& area, Job& job, const UnitList& empty, UnitList& units,
+                     std::wstring& error) {
+  units = empty;
+  const AreaScan bulk{RangeReader::LateBound(area.range), area.geometry, job.sheet, job.progress};
+  ScanOutcome outcome = ScanBulk(bulk, kLateBoundBulk, units, error);
+  if (outcome != ScanOutcome::kFailed) return outcome;
+
+  if (*job.rules.bulkFailedLine != L'\0') PaneLog(job.rules.bulkFailedLine);
+  units = empty;
+  const std::optional<RangeReader> typed = RangeReader::Typed(area.range.Get());
+  const std::optional<RangeGeometry> typedGeometry = typed ? ReadGeometry(*typed) : std::nullopt;
+  if (typedGeometry) {
+    outcome = ScanByTypedRange(*typed, *typedGeometry, job, units, error);
+    if (outcome != ScanOutcome::kFailed) return outcome;
+    units = empty;
+  } else {
+    PaneLog(job.rules.noTypedLine);
+  }
+  if (job.rules.warnsWhenLarge && area.geometry.Cells() >= kLargeUsedRange)
+    PaneLog(L"Excel WARN: large UsedRange without Value2 batch; expect slow collect\r\n");
+  return ScanLateBoundCells(area, job, units, error);
+}
+
+bool ScanAreas(std::span<const Area> areas, Job& job, CollectResult& result) {
+  const UnitList empty(result.sheetName, &IsPlatformLetter);
+  UnitList all = empty;
+  std::int64_t rowsBefore = 0;
+  for (const Area& area : areas) {
+    job.progress.SetRowsBefore(rowsBefore);
+    UnitList units = empty;
+    if (ScanArea(area, job, empty, units, result.error) != ScanOutcome::kDone) return false;
+    all.Append(std::move(units));
+    rowsBefore += area.geometry.rows;
+  }
+  result.error.clear();
+  result.units = all.TakeUnits();
+  result.warnings = all.TakeWarnings();
+  return true;
+}
+
+bool Fail(CollectResult& result, const wchar_t* error) {
+  result.error = error;
+  return false;
+}
+
+/// Fills `areas` with the rectangles of a selection, checked against the limit before anything is read. The
+/// error text or null.
+const wchar_t* ReadSelectionAreas(const ComPtr<IDispatch>& selection, std::vector<Area>& areas) {
+  const ComPtr<IDispatch> collection = GetDispProperty(selection.Get(), L"Areas");
+  const std::int32_t count = GetIntProperty(collection.Get(), L"Count");
+  if (count > kMaxSelectionCells) return kSelectionTooLarge;
+  std::int64_t cells = 0;
+  for (std::int32_t i = 1; i <= std::max(count, 1); ++i) {
+    // One area is the selection itself, and so it is where the host has no areas.
+    ComPtr<IDispatch> range = count < 2 ? selection : GetCollectionItem(collection.Get(), Variant(i));
+    const std::optional<RangeGeometry> geometry = ReadGeometry(RangeReader::LateBound(range));
+    if (!geometry) return kSelectionUnreadable;
+    cells += geometry->Cells();
+    if (cells > kMaxSelectionCells) return kSelectionTooLarge;
+    areas.push_back({std::move(range), *geometry});
+  }
+  return nullptr;
+}
+
+bool IsCellRange(IDispatch* selection) {
+  return GetDispProperty(selection, L"Rows") != nullptr && GetDispProperty(selection, L"Columns") != nullptr;
+}
+
+ComPtr<IDispatch> SheetOf(IDispatch* range, const TargetContext& target) {
+  ComPtr<IDispatch> sheet = GetDispProperty(range, L"Worksheet");
+  if (sheet == nullptr) sheet = GetDispProperty(range, L"Parent");
+  return sheet != nullptr ? sheet : target.GetTargetActiveSheetDrv();
+}
+
+}  // namespace
+
+bool Collector::CollectUsedRangeCells(std::wstring_view sheetName, std::uint64_t runId,
+                                      CollectResult& result) {
+  PaneLog(sheetName.empty() ? std::wstring(L"Excel CollectUsedRangeCells (ActiveSheet.UsedRange)\r\n")
+                            : Concat(L"Excel CollectUsedRangeCells sheet=", sheetName, L"\r\n"));
+  result = {};
+  if (target_.Application() == nullptr) return Fail(result, kNotConnected);
+  const ComPtr<IDispatch> sheet = ResolveSheet(target_, sheetName);
+  Area area{GetDispProperty(sheet.Get(), L"UsedRange"), {}};
+  const std::optional<RangeGeometry> geometry = ReadGeometry(RangeReader::LateBound(area.range));
+  if (!geometry) return Fail(result, kUsedRangeUnreadable);
+  area.geometry = *geometry;
+
+  result.sheetName = GetStringProperty(sheet.Get(), L"Name");
+  result.cells = geometry->Cells();
+  Job job{sheet.Get(), kUsedRangeRules, ScanProgress(output_, pane_, runId, geometry->rows)};
+  return ScanAreas({&area, 1}, job, result);
+}
+
+bool Collector::CollectSelectionCells(std::uint64_t runId, CollectResult& result) {
+  PaneLog(L"Excel CollectSelectionCells (Application.Selection)\r\n");
+  result = {};
+  if (target_.Application() == nullptr) return Fail(result, kNotConnected);
+  const ComPtr<IDispatch> selection = target_.GetTargetSelectionDrv();
+  if (!IsCellRange(selection.Get())) return Fail(result, kNotCells);
+  std::vector<Area> areas;
+  if (const wchar_t* error = ReadSelectionAreas(selection, areas)) return Fail(result, error);
+
+  const ComPtr<IDispatch> sheet = SheetOf(selection.Get(), target_);
+  result.sheetName = GetStringProperty(sheet.Get(), L"Name");
+  std::int64_t rows = 0;
+  for (const Area& area : areas) {
+    result.cells += area.geometry.Cells();
+    rows += area.geometry.rows;
+  }
+  Job job{sheet.Get(), kSelectionRules, ScanProgress(output_, pane_, runId, rows)};
+  return ScanAreas(areas, job, result);
+}
+
+}  // namespace qv

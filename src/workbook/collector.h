@@ -1,0 +1,50 @@
+#pragma once
+
+#include <oaidl.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/pane_context.h"
+#include "foundation/panel_output.h"
+#include "workbook/cell_unit.h"
+#include "workbook/target_context.h"
+
+namespace qv {
+
+/// What a collection gives besides success.
+struct CollectResult {
+  std::vector<CellUnit> units;
+  /// One message a cell that is too long.
+  std::vector<std::wstring> warnings;
+  std::wstring sheetName;
+  /// Cells of the scanned range (rows × columns).
+  std::int64_t cells = 0;
+  /// Short text for the panel when the collection failed.
+  std::wstring error;
+};
+
+/// Turns a sheet's used range or the selection into translatable units, row by row. Host UI thread; while it
+/// scans it reports progress to the page (for a run id other than 0) and keeps the host painting.
+class Collector {
+ public:
+  /// All three outlive the collector.
+  Collector(const TargetContext& target, PanelOutput& output, PaneContext& pane)
+      : target_(target), output_(output), pane_(pane) {}
+
+  /// The used range of the named sheet, or of the active one. False with `result.error` on failure.
+  [[nodiscard]] bool CollectUsedRangeCells(std::wstring_view sheetName, std::uint64_t runId,
+                                           CollectResult& result);
+
+  /// The current selection of the target window.
+  [[nodiscard]] bool CollectSelectionCells(std::uint64_t runId, CollectResult& result);
+
+ private:
+  const TargetContext& target_;
+  PanelOutput& output_;
+  PaneContext& pane_;
+};
+
+}  // namespace qv

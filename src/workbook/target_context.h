@@ -1,0 +1,59 @@
+#pragma once
+
+#include <oaidl.h>
+
+#include <string>
+#include <utility>
+
+#include "foundation/variant.h"
+#include "workbook/excel_window.h"
+
+namespace qv {
+
+/// Which window, workbook and sheet one pane works on: its pinned target first, the host's active ones as a
+/// logged "degraded" fallback. Results are counted references or null. Host UI thread.
+class TargetContext {
+ public:
+  /// Null disconnects.
+  void SetApplication(ComPtr<IDispatch> application) { application_ = std::move(application); }
+  [[nodiscard]] IDispatch* Application() const { return application_.Get(); }
+
+  /// Pins a target; an invalid one unpins.
+  void Pin(ExcelWindow target);
+  [[nodiscard]] const ExcelWindow& Pinned() const { return pinned_; }
+
+  /// Re-validates the pin (see RefreshIfDocumentSwapped); a pane without a pin gets the active window pinned.
+  /// True when a workbook is bound afterwards.
+  [[nodiscard]] bool RefreshPin();
+
+  /// Full name of the pinned workbook, else its plain name, else empty.
+  [[nodiscard]] const std::wstring& WorkbookKey() const;
+
+  [[nodiscard]] ComPtr<IDispatch> GetTargetWindowDrv() const;
+  [[nodiscard]] ComPtr<IDispatch> GetTargetActiveSheetDrv() const;
+  [[nodiscard]] ComPtr<IDispatch> GetTargetSelectionDrv() const;
+  [[nodiscard]] ComPtr<IDispatch> GetActiveSheetDispatch() const;
+  /// Name of the sheet that `GetActiveSheetDispatch` gives; empty when there is none.
+  [[nodiscard]] std::wstring GetActiveSheetName() const;
+  /// "Worksheets", else "Sheets", of the pinned or active workbook.
+  [[nodiscard]] ComPtr<IDispatch> GetActiveWorkbookSheets() const;
+  /// "Worksheets" of the pinned or active workbook.
+  [[nodiscard]] ComPtr<IDispatch> GetActiveWorkbookWorksheets() const;
+
+  /// Releases every host object; the texts stay for log lines and the workbook key.
+  void ReleaseReferences();
+
+ private:
+  /// The pinned window's active sheet; without a pin logs the line and takes the Application's.
+  [[nodiscard]] ComPtr<IDispatch> ActiveSheetOr(const wchar_t* degradedLine) const;
+  [[nodiscard]] ComPtr<IDispatch> DegradingActiveSheet() const;
+  /// The pinned workbook; without one logs the line and takes the active one.
+  [[nodiscard]] ComPtr<IDispatch> WorkbookOr(const wchar_t* degradedLine) const;
+
+  ComPtr<IDispatch> application_;
+  ExcelWindow pinned_;
+  std::wstring fullName_;
+  std::wstring plainName_;
+};
+
+}  // namespace qv
