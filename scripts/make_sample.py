@@ -32,7 +32,7 @@ RESTART_EXIT_CODE = 81
 SAMPLE = Path(__file__).resolve().parent.parent / "samples" / "quarterly-report.xlsx"
 FIXED_TIME = "2025-01-15T09:00:00Z"
 
-NAVY, BLUE, PALE, BAND, GREY, WHITE = 0x1F3864, 0x2F5597, 0xDEEAF6, 0xF5F8FC, 0x7F7F7F, 0xFFFFFF
+NAVY, HEADER, PALE, BAND, GREY = 0x1F3864, 0xBDD3EE, 0xDEEAF6, 0xF5F8FC, 0x7F7F7F
 GREEN, AMBER, RED, ORANGE = 0xE2EFDA, 0xFFF2CC, 0xFBE0DD, 0xED7D31
 STATUS_COLORS = {"On time": GREEN, "Completed": GREEN, "At risk": AMBER, "Delayed": RED, "Not started": None}
 
@@ -219,7 +219,7 @@ class SheetWriter:
         return cell
 
     def title(self, text, subtitle, last_column):
-        for row, (line, size, color, height) in enumerate(((text, 18, NAVY, 1150), (subtitle, 11, GREY, 650))):
+        for row, (line, size, color, height) in enumerate(((text, 18, NAVY, 1700), (subtitle, 11, GREY, 1100))):
             area = self.range(row, 0, row, last_column)
             area.merge(True)
             area.HoriJustify, area.VertJustify = CENTER, MIDDLE
@@ -230,9 +230,9 @@ class SheetWriter:
         for column, name in enumerate(names):
             self.put(row, column, name)
         area = self.range(row, 0, row, len(names) - 1)
-        area.CharWeight, area.CharColor, area.CellBackColor = BOLD, WHITE, BLUE
+        area.CharWeight, area.CharColor, area.CellBackColor = BOLD, NAVY, HEADER
         area.HoriJustify, area.VertJustify = CENTER, MIDDLE
-        self.height(row, 750)
+        self.height(row, 1050)
 
     def frame(self, first_row, last_row, last_column):
         line = BorderLine2()
@@ -307,7 +307,7 @@ def add_chart(sheet, source, place, title, axis, value_axis):
     chart.Title.String = title
     chart.Diagram.HasXAxisTitle = chart.Diagram.HasYAxisTitle = True
     chart.Diagram.Wall.FillStyle = NONE
-    for row, color in enumerate((BLUE, ORANGE)):
+    for row, color in enumerate((NAVY, ORANGE)):
         chart.Diagram.getDataRowProperties(row).FillColor = color
     chart.Diagram.XAxisTitle.String, chart.Diagram.YAxisTitle.String = axis, value_axis
 

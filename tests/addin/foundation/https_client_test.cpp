@@ -48,8 +48,8 @@ TEST(HttpsClient, TellsWholeAnswersFromBrokenOnes) {
       {"a large body", "HTTP/1.1 200 OK\r\nContent-Length: 300000\r\n\r\n" + big, true, 200, big},
       {"pieces", "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n0\r\n\r\n",
        true, 200, "abcde"},
-      {"a redirection is not followed", "HTTP/1.1 307 Go\r\nLocation: /x\r\nContent-Length: 0\r\n\r\n", true,
-       307, ""},
+      {"a redirection is not followed",
+       "HTTP/1.1 307 Go\r\nLocation: http://127.0.0.1:1/x\r\nContent-Length: 0\r\n\r\n", true, 307, ""},
       {"shorter than announced", "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nabc", false, 200, ""},
       {"nothing of what was announced", "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n", false, 200, ""},
       {"no answer at all", "", false, 0, ""},
@@ -84,7 +84,10 @@ TEST(HttpsClient, EveryRequestHasItsOwnConnection) {
   LoopbackServer server({reply, reply, reply});
   for (int i = 0; i < 3; ++i)
     EXPECT_TRUE(SendHttp(RequestTo(server.Endpoint())).ok) << i;
-  EXPECT_EQ(server.WaitForRequests(3).size(), 3u);
+  const auto requests = server.WaitForRequests(3);
+  EXPECT_EQ(requests.size(), 3u);
+  for (const std::string& request : requests)
+    EXPECT_EQ(request.find("Keep-Alive"), std::string::npos) << request;
 }
 
 TEST(HttpsClient, ASinkReceivesTheBodyAndMayEndIt) {
