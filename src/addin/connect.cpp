@@ -1,0 +1,132 @@
+#include "addin/connect.h"
+
+#include <atomic>
+#include <string>
+
+#include "addin/host_detection.h"
+#include "addin/ribbon_names.h"
+#include "foundation/guard.h"
+#include "foundation/host_session.h"
+#include "foundation/identity.h"
+#include "foundation/logging.h"
+#include "foundation/settings.h"
+#include "foundation/text.h"
+#include "panel/dispatch_arguments.h"
+#include "panel/pane_registry.h"
+#include "workbook/automation.h"
+
+namespace qv {
+namespace {
+
+/// The object that holds the process's host session; null while not connected. A host may create a second
+/// connection object before it lets go of the first.
+CConnect* g_connected = nullptr;
+
+void AnnounceOncePerProcess() {
+  static std::atomic<bool> announced{false};
+  bool expected = false;
+  if (announced.compare_exchange_strong(expected, true)) SendBeacon(L"addin:loaded", L"client");
+}
+
+}  // namespace
+
+CConnect::~CConnect() {
+  // A host that never disconnects still must not leave the session to a dead object.
+  Guard(L"CConnect", [this] { EndConnection(); });
+}
+
+HRESULT CConnect::GetTypeInfoCount(UINT* count) noexcept {
+  return typeInfo_.GetTypeInfoCount(count);
+}
+
+HRESULT CConnect::GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept {
+  return GuardHr(L"GetTypeInfo", [&] { return typeInfo_.GetTypeInfo(index, info); });
+}
+
+HRESULT CConnect::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept {
+  return GuardHr(L"GetIDsOfNames", [&]() -> HRESULT {
+    if (names == nullptr || ids == nullptr || count == 0 || names[0] == nullptr) return E_INVALIDARG;
+    const auto known = RibbonDispId(names[0]);
+    const HRESULT hr = known && count == 1 ? S_OK : typeInfo_.GetIDsOfNames(names, count, ids);
+    if (known && count == 1) ids[0] = *known;
+    PaneLog(
+        Concat(L"Excel GetIDsOfNames ", names[0], L" -> ", SUCCEEDED(hr) ? ids[0] : DISPID_UNKNOWN, L"\r\n"));
+    return hr;
+  });
+}
+
+HRESULT CConnect::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT* result, EXCEPINFO*,
+                         UINT*) noexcept {
+  return GuardHr(L"Invoke", [&]() -> HRESULT {
+    PaneLog(Concat(L"Excel Invoke ribbon dispid=", id, L"\r\n"));
+    if (!IsRibbonDispId(id)) return DISP_E_MEMBERNOTFOUND;
+    if (id == kRibbonGetImage && result == nullptr) return E_POINTER;
+    if (result != nullptr) VariantInit(result);
+    return id == kRibbonOnLoad ? OnRibbonLoad(ObjectArgument(params, 0).Get()) : S_OK;
+  });
+}
+
+HRESULT CConnect::OnRibbonLoad(IDispatch* ribbon) {
+  ribbon_.Reset();
+  // Without the ribbon object labels cannot be refreshed later, which must not keep the ribbon from loading.
+  if (ribbon != nullptr) static_cast<void>(ribbon->QueryInterface(IID_PPV_ARGS(&ribbon_)));
+  return S_OK;
+}
+
+HRESULT CConnect::OnConnection(IDispatch* application, ext_ConnectMode, IDispatch*, SAFEARRAY**) noexcept {
+  // A failure here would make the host disable the add-in for good.
+  Guard(L"OnConnection", [&] { Connect(application); });
+  return S_OK;
+}
+
+void CConnect::Connect(IDispatch* application) {
+  const std::wstring name = GetStringProperty(application, L"Name");
+  const bool wps = IsWpsApplication(name, GetStringProperty(application, L"Path"));
+  HostSession& session = HostSession::Get();
+  session.Connect(application, wps ? HostKind::kWpsExcel : HostKind::kExcel,
+                  GetStringProperty(application, L"Version"));
+  g_connected = this;
+  PaneLog(Concat(L"Excel OnConnection hostApp=", HostKindText(session.Kind()), L" appName=",
+                 name.empty() ? std::wstring(L"(unknown)") : name, L"\r\n"));
+  // Chosen now, while the host surely answers; the choice is kept for the process.
+  static_cast<void>(GetUiLanguage());
+  AnnounceOncePerProcess();
+}
+
+HRESULT CConnect::OnDisconnection(ext_DisconnectMode, SAFEARRAY**) noexcept {
+  Guard(L"OnDisconnection", [this] { EndConnection(); });
+  return S_OK;
+}
+
+HRESULT CConnect::OnBeginShutdown(SAFEARRAY**) noexcept {
+  Guard(L"OnBeginShutdown", [this] { EndConnection(); });
+  return S_OK;
+}
+
+void CConnect::EndConnection() {
+  ribbon_.Reset();
+  ReleasePaneFactory();
+  if (g_connected != this) return;
+  g_connected = nullptr;
+  PaneRegistry::BeginShutdownEarly();
+  HostSession::Get().Disconnect();
+}
+
+HRESULT CConnect::OnAddInsUpdate(SAFEARRAY**) noexcept {
+  return S_OK;
+}
+
+HRESULT CConnect::OnStartupComplete(SAFEARRAY**) noexcept {
+  return S_OK;
+}
+
+HRESULT CConnect::GetCustomUI(BSTR, BSTR* ribbonXml) noexcept {
+  return GuardHr(L"GetCustomUI", [&]() -> HRESULT {
+    if (ribbonXml == nullptr) return E_POINTER;
+    *ribbonXml = nullptr;
+    PaneLog(L"Excel GetCustomUI failed (XML resource)\r\n");
+    return HRESULT_FROM_WIN32(ERROR_RESOURCE_NAME_NOT_FOUND);
+  });
+}
+
+}  // namespace qv

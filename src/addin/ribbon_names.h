@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace qv {
+
+// Dispatch ids of the ribbon callbacks that do more than open a page.
+inline constexpr std::int32_t kRibbonGetImage = 108;
+inline constexpr std::int32_t kRibbonOnLoad = 130;
+
+/// Dispatch id of a ribbon callback by its name (case matters).
+[[nodiscard]] std::optional<std::int32_t> RibbonDispId(std::wstring_view name);
+
+/// Whether an id belongs to a ribbon callback.
+[[nodiscard]] bool IsRibbonDispId(std::int32_t id);
+
+}  // namespace qv

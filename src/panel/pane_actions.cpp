@@ -1,0 +1,107 @@
+#include "panel/pane_actions.h"
+
+#include "foundation/identity.h"
+#include "foundation/json_text.h"
+#include "foundation/logging.h"
+#include "foundation/settings.h"
+#include "foundation/text.h"
+#include "panel/fonts.h"
+#include "panel/page_scripts.h"
+#include "workbook/automation.h"
+#include "workbook/doc_key.h"
+
+namespace qv {
+namespace {
+
+/// Pane timer that a start makes pointless.
+constexpr UINT_PTR kDeferredStartTimer = 3;
+
+/// The local store of glossaries and instructions while it holds nothing.
+constexpr wchar_t kEmptySnapshot[] = L"{\"glossaries\":[],\"instructions\":[]}";
+
+std::wstring TokenOf(const PanelMessage& message) {
+  std::wstring token = JsonGetString(message.text, L"accessToken");
+  return token.empty() ? JsonGetString(message.text, L"token") : token;
+}
+
+wchar_t LowerUnit(wchar_t unit) {
+  // A pointer whose upper bits are zero stands for a single character.
+  const auto character = reinterpret_cast<LPWSTR>(static_cast<ULONG_PTR>(unit));
+  return static_cast<wchar_t>(reinterpret_cast<ULONG_PTR>(CharLowerW(character)));
+}
+
+}  // namespace
+
+void PaneActions::ClearAccessToken(const PanelMessage&) {
+  NativeAccessToken::Clear();
+  PaneLog(L"OnJsMessage clearAccessToken cleared native token\r\n");
+}
+
+void PaneActions::SetAccessToken(const PanelMessage& message) {
+  if (!tokens_.Store(TokenOf(message))) PaneLog(L"OnJsMessage setAccessToken ignored empty token\r\n");
+}
+
+void PaneActions::RequestAccessToken(const PanelMessage&) {
+  bridge_.SendAccessTokenToPanel();
+}
+
+void PaneActions::GetFontList(const PanelMessage&) {
+  bridge_.PostPanelJson(FontListMessage(InstalledFontFamilies()));
+}
+
+void PaneActions::Trace(const PanelMessage& message) {
+  PaneLog(Concat(L"panel.trace phase=", JsonGetString(message.text, L"phase"), L" detail=",
+                 JsonGetString(message.text, L"detail"), L" jsTokenLen=",
+                 JsonGetInt(message.text, L"jsTokenLen"), L"\r\n"));
+}
+
+void PaneActions::TranslateBatchResult(const PanelMessage& message) {
+  run_.OnBatchResult(message.text);
+}
+
+void PaneActions::DocKeyGet(const PanelMessage& message) {
+  Reply(message, DocKeyData(DocumentKey()));
+}
+
+void PaneActions::ExportLocalSnapshot(const PanelMessage& message) {
+  Reply(message, kEmptySnapshot);
+}
+
+void PaneActions::ClientInfoGet(const PanelMessage& message) {
+  Reply(message, BuildClientInfo(GatherClientFacts()));
+}
+
+void PaneActions::UiLangGet(const PanelMessage& message) {
+  Reply(message, UiLangData(GetUiLanguage()));
+}
+
+void PaneActions::Start(const PanelMessage& message) {
+  if (const std::wstring token = TokenOf(message); !token.empty()) static_cast<void>(tokens_.Store(token));
+  KillTimer(context_.Window(), kDeferredStartTimer);
+  run_.Start(message.action, message.text);
+}
+
+void PaneActions::Cancel(const PanelMessage&) {
+  run_.Cancel();
+}
+
+void PaneActions::Pause(const PanelMessage&) {
+  run_.Pause();
+}
+
+void PaneActions::Resume(const PanelMessage&) {
+  run_.Resume();
+}
+
+void PaneActions::Reply(const PanelMessage& message, std::wstring_view data) {
+  bridge_.RunPanelScript(BuildReplyScript(JsonGetString(message.text, L"requestId"), true, data));
+}
+
+std::wstring PaneActions::DocumentKey() const {
+  ComPtr<IDispatch> workbook = target_.Pinned().workbook;
+  if (workbook == nullptr) workbook = GetDispProperty(target_.Application(), L"ActiveWorkbook");
+  if (workbook == nullptr) return std::wstring(kNoDocumentKey);
+  return DocKey(GetStringProperty(workbook.Get(), L"FullName"), LowerUnit);
+}
+
+}  // namespace qv

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "foundation/access_tokens.h"
+#include "foundation/pane_context.h"
+#include "panel/panel_actions.h"
+#include "panel/panel_bridge.h"
+#include "translation/run_controller.h"
+#include "workbook/target_context.h"
+
+namespace qv {
+
+/// Carries out the page's requests for one pane: decodes the fields that an action needs and hands them to
+/// whoever owns it. UI thread, outside browser events.
+class PaneActions final : public PanelActions {
+ public:
+  /// All outlive the actions.
+  PaneActions(PaneContext& context, PanelBridge& bridge, AccessTokens& tokens, const TargetContext& target,
+              RunController& run)
+      : context_(context), bridge_(bridge), tokens_(tokens), target_(target), run_(run) {}
+
+  void ClearAccessToken(const PanelMessage& message) override;
+  void SetAccessToken(const PanelMessage& message) override;
+  void RequestAccessToken(const PanelMessage& message) override;
+  void GetFontList(const PanelMessage& message) override;
+  void Trace(const PanelMessage& message) override;
+  void TranslateBatchResult(const PanelMessage& message) override;
+  void DocKeyGet(const PanelMessage& message) override;
+  void ExportLocalSnapshot(const PanelMessage& message) override;
+  void ClientInfoGet(const PanelMessage& message) override;
+  void UiLangGet(const PanelMessage& message) override;
+  void Start(const PanelMessage& message) override;
+  void Cancel(const PanelMessage& message) override;
+  void Pause(const PanelMessage& message) override;
+  void Resume(const PanelMessage& message) override;
+
+ private:
+  void Reply(const PanelMessage& message, std::wstring_view data);
+  [[nodiscard]] std::wstring DocumentKey() const;
+
+  PaneContext& context_;
+  PanelBridge& bridge_;
+  AccessTokens& tokens_;
+  const TargetContext& target_;
+  RunController& run_;
+};
+
+}  // namespace qv

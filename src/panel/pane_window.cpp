@@ -1,0 +1,97 @@
+#include "panel/pane_window.h"
+
+#include "foundation/guard.h"
+#include "foundation/ui_task.h"
+#include "panel/module.h"
+
+namespace qv {
+namespace {
+
+constexpr wchar_t kClassName[] = L"QuorvantisExcelPaneWnd";
+
+bool RegisterWindowClass(WNDPROC procedure) {
+  WNDCLASSEXW description{};
+  description.cbSize = sizeof(description);
+  description.lpfnWndProc = procedure;
+  description.hInstance = ThisModule();
+  description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  description.hbrBackground = GetSysColorBrush(COLOR_WINDOW);
+  description.lpszClassName = kClassName;
+  return RegisterClassExW(&description) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+}
+
+}  // namespace
+
+PaneWindow::~PaneWindow() {
+  Destroy();
+  // A class outlives its DLL and would then lead into nothing, so the last window takes it away; while others
+  // exist this fails.
+  UnregisterClassW(kClassName, ThisModule());
+}
+
+bool PaneWindow::Create(HWND parent, const RECT& position) {
+  if (handle_ != nullptr) return true;
+  if (!IsWindow(parent) || !RegisterWindowClass(&PaneWindow::Procedure)) return false;
+  return CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
+                         position.left, position.top, position.right - position.left,
+                         position.bottom - position.top, parent, nullptr, ThisModule(), this) != nullptr;
+}
+
+void PaneWindow::Destroy() {
+  if (handle_ != nullptr) DestroyWindow(handle_);
+}
+
+void PaneWindow::Place(HWND parent, const RECT& position) {
+  if (handle_ == nullptr) return;
+  if (parent != nullptr && GetParent(handle_) != parent) SetParent(handle_, parent);
+  SetWindowPos(handle_, nullptr, position.left, position.top, position.right - position.left,
+               position.bottom - position.top, SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+}
+
+void PaneWindow::Hide() {
+  if (handle_ != nullptr) ShowWindow(handle_, SW_HIDE);
+}
+
+LRESULT CALLBACK PaneWindow::Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+  auto* self = reinterpret_cast<PaneWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (message == WM_NCCREATE) {
+    const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lparam);
+    self = static_cast<PaneWindow*>(creation->lpCreateParams);
+    self->handle_ = window;
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+  }
+  bool handled = false;
+  if (self != nullptr) {
+    Guard(L"PaneWindow", [&] { handled = self->OnMessage(message, lparam); });
+  }
+  if (handled) return 0;
+  return DefWindowProcW(window, message, wparam, lparam);
+}
+
+bool PaneWindow::OnMessage(UINT message, LPARAM lparam) {
+  switch (message) {
+    case WM_CREATE:
+      events_.OnWindowCreated(handle_, reinterpret_cast<const CREATESTRUCTW*>(lparam)->hwndParent);
+      return true;
+    case WM_SIZE:
+      events_.OnWindowResized();
+      return true;
+    case WM_SETFOCUS:
+      events_.OnWindowFocused();
+      return true;
+    case kUiTaskMessage:
+      events_.OnWindowTask(lparam);
+      return true;
+    case WM_DESTROY:
+      events_.OnWindowDestroyed();
+      return true;
+    case WM_NCDESTROY:
+      SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
+      handle_ = nullptr;
+      return false;
+    default:
+      return false;
+  }
+}
+
+}  // namespace qv

@@ -1,0 +1,60 @@
+#include "panel/panel_bridge.h"
+
+#include "foundation/host_session.h"
+#include "foundation/json_text.h"
+#include "foundation/logging.h"
+#include "foundation/text.h"
+#include "panel/page_scripts.h"
+
+namespace qv {
+namespace {
+
+/// Longest part of a foreign address that the log keeps, in UTF-16 units.
+constexpr std::size_t kLoggedSourceLength = 200;
+
+bool IsOwnPage(const std::wstring& url) {
+  return IsSameOrigin(url, HostSession::Get().Endpoint());
+}
+
+}  // namespace
+
+void PanelBridge::OnWebMessage(const std::wstring& source, const std::optional<std::wstring>& text) {
+  if (context_->IsClosing()) return;
+  if (!IsOwnPage(source)) {
+    const auto shown = std::wstring_view(source).substr(0, kLoggedSourceLength);
+    LogPaneDiagnostic(context_->LogIdentity(), Concat(L"WebMessageReceived refused source=", shown),
+                      E_ACCESSDENIED);
+    return;
+  }
+  LogPaneDiagnostic(context_->LogIdentity(), L"WebMessageReceived", S_OK);
+  if (!text) return;
+  // A refused post means that the pane is closing.
+  static_cast<void>(context_->Tasks().PostFunction([this, message = *text] { OnJsMessage(message); }));
+}
+
+void PanelBridge::OnJsMessage(const std::wstring& text) {
+  PanelMessage message{JsonGetString(text, L"action"), text};
+  if (message.action.empty() || actions_ == nullptr) return;
+  PaneLog(Concat(L"OnJsMessage action=", message.action, L" nativeTokenLen=", NativeAccessToken::Get().size(),
+                 L"\r\n"));
+  RoutePanelMessage(*actions_, message);
+}
+
+void PanelBridge::RunPanelScript(const std::wstring& script) {
+  view_.ExecuteScript(script);
+}
+
+void PanelBridge::PostPanelJson(const std::wstring& json) {
+  view_.PostJson(json);
+}
+
+void PanelBridge::PostPanelScript(const std::wstring& script) {
+  // A refused post means that the page is going away.
+  static_cast<void>(context_->Tasks().PostFunction([this, script] { RunPanelScript(script); }));
+}
+
+void PanelBridge::SendAccessTokenToPanel() {
+  if (IsOwnPage(view_.Source())) PostPanelJson(AccessTokenMessage(tokens_.Pane()));
+}
+
+}  // namespace qv

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "foundation/pane_context.h"
+#include "panel/page_url.h"
+#include "panel/web_view.h"
+
+namespace qv {
+
+/// Which page of the panel a pane shows. Remembers a request that comes before the browser is ready or while
+/// another page loads. UI thread.
+class PanelNavigator {
+ public:
+  /// Both outlive the navigator.
+  PanelNavigator(PaneContext& context, WebView& view) : context_(context), view_(view) {}
+
+  /// Shows a page; `mode` is "full", "selection" or empty, `surface` is empty for the pane itself.
+  void NavigateToPage(std::wstring_view page, std::wstring_view mode, std::wstring_view surface);
+
+  /// The view can navigate now: shows the page asked for meanwhile, else the root.
+  void OnViewReady();
+
+  /// A page was loaded. False when another one was asked for while it loaded; that one is loading now.
+  [[nodiscard]] bool OnNavigated();
+
+  [[nodiscard]] const std::wstring& CurrentPage() const { return currentPage_; }
+
+ private:
+  PaneContext& context_;
+  WebView& view_;
+  std::wstring currentPage_{kRootPage};
+  std::wstring currentMode_;
+  /// Asked for before the view was ready or while another page was loading.
+  std::wstring pendingPage_;
+  bool loading_ = false;
+};
+
+}  // namespace qv

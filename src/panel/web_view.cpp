@@ -1,0 +1,189 @@
+#include "panel/web_view.h"
+
+#include "foundation/text.h"
+#include "panel/task_memory.h"
+#include "panel/web_view_environment.h"
+#include "panel/web_view_handler.h"
+
+namespace qv {
+namespace {
+
+constexpr wchar_t kEnvironmentStep[] = L"CreateCoreWebView2EnvironmentWithOptions";
+constexpr wchar_t kControllerStep[] = L"CreateCoreWebView2Controller";
+constexpr wchar_t kUserDataStep[] = L"QuorvantisWebView2UserDataDir";
+
+/// Shown until the page has painted.
+constexpr COREWEBVIEW2_COLOR kBackground = {.A = 255, .R = 255, .G = 255, .B = 255};
+
+}  // namespace
+
+void WebView::Start(HWND window) {
+  window_ = window;
+  Log(L"InitWebView begin", S_OK);
+  const std::wstring userDataDir = WebViewUserDataDir();
+  if (userDataDir.empty()) {
+    events_.OnWebViewFailed(kUserDataStep, HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND));
+    return;
+  }
+  link_ = std::make_shared<WebViewLink>(this);
+  const auto handler = MakeWebViewHandler<ICoreWebView2CreateCoreWebView2EnvironmentCompletedHandler>(
+      link_, &WebView::OnEnvironmentCreated);
+  const HRESULT hr = CreateWebViewEnvironment(userDataDir, handler.Get());
+  Log(kEnvironmentStep, hr);
+  if (FAILED(hr)) events_.OnWebViewFailed(kEnvironmentStep, hr);
+}
+
+void WebView::OnEnvironmentCreated(WebView* view, HRESULT result, ICoreWebView2Environment* environment) {
+  if (view == nullptr) return;
+  if (SUCCEEDED(result) && environment == nullptr) result = E_FAIL;
+  view->Log(L"Environment callback", result);
+  if (FAILED(result)) {
+    view->events_.OnWebViewFailed(kEnvironmentStep, result);
+    return;
+  }
+  view->environment_ = environment;
+  const auto handler = MakeWebViewHandler<ICoreWebView2CreateCoreWebView2ControllerCompletedHandler>(
+      view->link_, &WebView::OnControllerCreated);
+  const HRESULT hr = view->environment_->CreateCoreWebView2Controller(view->window_, handler.Get());
+  view->Log(kControllerStep, hr);
+  if (FAILED(hr)) view->events_.OnWebViewFailed(kControllerStep, hr);
+}
+
+void WebView::OnControllerCreated(WebView* view, HRESULT result, ICoreWebView2Controller* controller) {
+  if (view == nullptr) {
+    // The pane closed while the browser was starting: nobody else would close what it made.
+    if (controller != nullptr) static_cast<void>(controller->Close());
+    return;
+  }
+  if (SUCCEEDED(result) && controller == nullptr) result = E_FAIL;
+  view->Log(L"Controller callback", result);
+  if (FAILED(result)) {
+    view->events_.OnWebViewFailed(kControllerStep, result);
+    return;
+  }
+  view->controller_ = controller;
+  view->SetUpController();
+}
+
+void WebView::SetUpController() {
+  Log(L"put_IsVisible", controller_->put_IsVisible(TRUE));
+  ComPtr<ICoreWebView2Controller2> colored;
+  // Runtimes before the first stable ones lack the background colour; the page covers it anyway.
+  if (SUCCEEDED(controller_.As(&colored))) {
+    Log(L"put_DefaultBackgroundColor", colored->put_DefaultBackgroundColor(kBackground));
+  }
+  const HRESULT hr = controller_->get_CoreWebView2(&view_);
+  Log(view_ != nullptr ? L"get_CoreWebView2 OK" : L"get_CoreWebView2 returned null", hr);
+  if (view_ == nullptr) {
+    events_.OnWebViewFailed(kControllerStep, FAILED(hr) ? hr : E_FAIL);
+    return;
+  }
+  ApplySettings();
+  RegisterHandlers();
+  Fit();
+  events_.OnWebViewReady();
+}
+
+void WebView::ApplySettings() {
+  ComPtr<ICoreWebView2Settings> settings;
+  const HRESULT hr = view_->get_Settings(&settings);
+  Log(L"get_Settings", hr);
+  if (settings == nullptr) return;
+  Log(L"put_AreDefaultContextMenusEnabled", settings->put_AreDefaultContextMenusEnabled(TRUE));
+  Log(L"put_AreDevToolsEnabled", settings->put_AreDevToolsEnabled(FALSE));
+}
+
+void WebView::RegisterHandlers() {
+  // Nothing is ever removed one by one: closing the controller drops them all.
+  EventRegistrationToken token{};
+  Log(L"add_WebMessageReceived",
+      view_->add_WebMessageReceived(
+          MakeWebViewHandler<ICoreWebView2WebMessageReceivedEventHandler>(link_, &WebView::OnMessage).Get(),
+          &token));
+  Log(L"add_NavigationStarting",
+      view_->add_NavigationStarting(MakeWebViewHandler<ICoreWebView2NavigationStartingEventHandler>(
+                                        link_, &WebView::OnNavigationStarting)
+                                        .Get(),
+                                    &token));
+  Log(L"add_NavigationCompleted",
+      view_->add_NavigationCompleted(MakeWebViewHandler<ICoreWebView2NavigationCompletedEventHandler>(
+                                         link_, &WebView::OnNavigationCompleted)
+                                         .Get(),
+                                     &token));
+}
+
+void WebView::OnMessage(WebView* view, ICoreWebView2*, ICoreWebView2WebMessageReceivedEventArgs* args) {
+  if (view == nullptr || view->context_.IsClosing() || args == nullptr) return;
+  TaskMemoryText source;
+  // A failure leaves the source empty, which belongs to no origin.
+  static_cast<void>(args->get_Source(source.Put()));
+  TaskMemoryText text;
+  std::optional<std::wstring> message;
+  if (SUCCEEDED(args->TryGetWebMessageAsString(text.Put()))) message = text.Text();
+  view->events_.OnWebMessage(source.Text(), message);
+}
+
+void WebView::OnNavigationStarting(WebView* view, ICoreWebView2*, ICoreWebView2NavigationStartingEventArgs*) {
+  if (view != nullptr) view->Log(L"webview_navigating", S_OK);
+}
+
+void WebView::OnNavigationCompleted(WebView* view, ICoreWebView2*,
+                                    ICoreWebView2NavigationCompletedEventArgs* args) {
+  if (view == nullptr || args == nullptr) return;
+  BOOL success = FALSE;
+  COREWEBVIEW2_WEB_ERROR_STATUS status = COREWEBVIEW2_WEB_ERROR_STATUS_UNKNOWN;
+  const HRESULT hr = args->get_IsSuccess(&success);
+  static_cast<void>(args->get_WebErrorStatus(&status));
+  view->Log(Concat(L"NavigationCompleted success=", success != FALSE, L" status=", static_cast<int>(status)),
+            hr);
+  if (success != FALSE && !view->context_.IsClosing()) view->events_.OnNavigated();
+}
+
+void WebView::Navigate(const std::wstring& url) {
+  if (view_ == nullptr) return;
+  Log(url, S_OK);
+  Log(L"Navigate returned", view_->Navigate(url.c_str()));
+}
+
+std::wstring WebView::Source() const {
+  if (view_ == nullptr) return {};
+  TaskMemoryText source;
+  return SUCCEEDED(view_->get_Source(source.Put())) ? source.Text() : std::wstring();
+}
+
+void WebView::ExecuteScript(const std::wstring& script) {
+  // A page that is gone or not there yet needs no answer.
+  if (view_ != nullptr) static_cast<void>(view_->ExecuteScript(script.c_str(), nullptr));
+}
+
+void WebView::PostJson(const std::wstring& json) {
+  if (view_ != nullptr) static_cast<void>(view_->PostWebMessageAsJson(json.c_str()));
+}
+
+void WebView::Fit() {
+  RECT bounds{};
+  if (controller_ == nullptr || !GetClientRect(window_, &bounds)) return;
+  static_cast<void>(controller_->put_Bounds(bounds));
+}
+
+void WebView::Focus() {
+  if (controller_ == nullptr) return;
+  static_cast<void>(controller_->MoveFocus(COREWEBVIEW2_MOVE_FOCUS_REASON_PROGRAMMATIC));
+}
+
+void WebView::Close() {
+  if (link_ != nullptr) link_->view = nullptr;
+  link_.reset();
+  view_.Reset();
+  // Taken out first: closing may call back into the pane.
+  if (const ComPtr<ICoreWebView2Controller> controller = std::move(controller_)) {
+    static_cast<void>(controller->Close());
+  }
+  environment_.Reset();
+}
+
+void WebView::Log(std::wstring_view message, HRESULT hr) const {
+  LogPaneDiagnostic(context_.LogIdentity(), message, hr);
+}
+
+}  // namespace qv

@@ -1,0 +1,136 @@
+#include "panel/web_view2_pane.h"
+
+#include "foundation/host_session.h"
+#include "foundation/logging.h"
+#include "foundation/text.h"
+#include "panel/pane_registry.h"
+#include "panel/web_view_failure.h"
+
+namespace qv {
+namespace {
+
+/// Timers of a pane window are numbered from 1; this is the last one.
+constexpr UINT_PTR kLastPaneTimer = 8;
+
+/// A handle in the form "%p".
+Hex HandleDigits(HWND window) {
+  return Hex{static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(window)), 16, true};
+}
+
+}  // namespace
+
+CWebView2Pane::CWebView2Pane()
+    : context_(std::make_shared<PaneContext>(PaneRegistry::NextNumber())),
+      view_(*context_, *this),
+      navigator_(*context_, view_),
+      bridge_(context_, view_, tokens_),
+      run_(context_, bridge_, target_, tokens_, session_),
+      actions_(*context_, bridge_, tokens_, target_, run_),
+      window_(*this) {
+  bridge_.SetActions(actions_);
+  PaneRegistry::Add(*this);
+}
+
+CWebView2Pane::~CWebView2Pane() {
+  PaneRegistry::Remove(*this);
+  OnClose();
+}
+
+void CWebView2Pane::FinalConstruct() {
+  const HostSession& host = HostSession::Get();
+  Log(L"FinalConstruct (excel)", S_OK);
+  Log(Concat(L"FinalConstruct pane=", Number(), L" target ", host.Endpoint().host), S_OK);
+  target_.SetApplication(host.Application());
+  const HRESULT hr =
+      hostEvents_.Subscribe(host.Application().Get(), [this](const HostEvent& event) { OnHostEvent(event); });
+  if (FAILED(hr)) Log(L"DispEventAdvise Excel AppEvents failed (selection preview may lag)", hr);
+}
+
+void CWebView2Pane::OnVerb(LONG verb, HWND parent) {
+  Log(Concat(L"DoVerb verb=", verb, L" hwndParent=0x", HandleDigits(parent)), S_OK);
+}
+
+bool CWebView2Pane::ShowControlWindow(const wchar_t* operation, HWND parent, const RECT& position) {
+  if (context_->IsClosing()) return false;
+  if (window_.Handle() != nullptr) {
+    window_.Place(parent, position);
+    return true;
+  }
+  const bool created = window_.Create(parent, position);
+  Log(Concat(L"Create in ", operation, created ? L" OK" : L" failed"),
+      created ? S_OK : HRESULT_FROM_WIN32(GetLastError()));
+  return created;
+}
+
+void CWebView2Pane::OnWindowCreated(HWND window, HWND parent) {
+  context_->SetWindows(window, parent);
+  context_->Tasks().Open(window);
+  Log(L"WM_CREATE", S_OK);
+  view_.Start(window);
+}
+
+void CWebView2Pane::OnWindowTask(LPARAM task) {
+  // The task may close the pane: neither the control nor its queue may go away underneath it.
+  const ComPtr<OleControl> keptAlive(this);
+  const std::shared_ptr<PaneContext> context = context_;
+  context->Tasks().OnMessage(task);
+}
+
+void CWebView2Pane::OnWindowDestroyed() {
+  Shutdown();
+  context_->SetWindows(nullptr, nullptr);
+}
+
+void CWebView2Pane::OnWebMessage(const std::wstring& source, const std::optional<std::wstring>& text) {
+  bridge_.OnWebMessage(source, text);
+}
+
+void CWebView2Pane::OnNavigated() {
+  const bool settled = navigator_.OnNavigated();
+  bridge_.SendAccessTokenToPanel();
+  if (settled && navigator_.CurrentPage() == kRootPage) run_.PushState();
+}
+
+void CWebView2Pane::OnWebViewFailed(const wchar_t* step, HRESULT hr) {
+  ShowWebView2Failure(context_, step, hr);
+}
+
+void CWebView2Pane::OnHostEvent(const HostEvent& event) {
+  if (event.kind != HostEventKind::kSheetActivated) return;
+  // The host may close the pane while it is asked.
+  const ComPtr<OleControl> keptAlive(this);
+  // Sheets of other workbooks come and go without concerning this pane.
+  if (event.sheet != nullptr && !SheetBelongsToTarget(event.sheet.Get(), target_.Pinned())) return;
+  run_.OnSheetActivated();
+}
+
+void CWebView2Pane::BeginShutdownEarly() {
+  if (earlyShutdownDone_) return;
+  earlyShutdownDone_ = true;
+  if (const HWND window = window_.Handle()) {
+    for (UINT_PTR timer = 1; timer <= kLastPaneTimer; ++timer)
+      KillTimer(window, timer);
+  }
+  run_.BeginShutdownEarly();
+  hostEvents_.Unsubscribe();
+  target_.ReleaseReferences();
+}
+
+void CWebView2Pane::Shutdown() {
+  if (context_->IsClosing()) return;
+  context_->MarkClosing();
+  context_->Tasks().Close();
+  BeginShutdownEarly();
+  view_.Close();
+}
+
+void CWebView2Pane::OnClose() {
+  Shutdown();
+  window_.Destroy();
+}
+
+void CWebView2Pane::Log(std::wstring_view message, HRESULT hr) const {
+  LogPaneDiagnostic(context_->LogIdentity(), message, hr);
+}
+
+}  // namespace qv

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "foundation/access_tokens.h"
+#include "foundation/pane_context.h"
+#include "panel/app_events.h"
+#include "panel/ole_control.h"
+#include "panel/pane_actions.h"
+#include "panel/pane_window.h"
+#include "panel/panel_bridge.h"
+#include "panel/panel_navigator.h"
+#include "panel/web_view.h"
+#include "translation/run_controller.h"
+#include "translation/translation_session.h"
+#include "workbook/target_context.h"
+
+namespace qv {
+
+/// The task-pane control: one window, one web view, and everything that works for the page in it. Created by
+/// the host through its ProgID; finds its host in the process's session. Host UI thread.
+class CWebView2Pane final : public OleControl, private PaneWindowEvents, private WebViewEvents {
+ public:
+  CWebView2Pane();
+
+  /// Second step of the creation: announces the pane and subscribes to the host's events.
+  void FinalConstruct();
+
+  [[nodiscard]] int Number() const { return context_->Number(); }
+  [[nodiscard]] PanelNavigator& Navigator() { return navigator_; }
+  [[nodiscard]] PanelBridge& Bridge() { return bridge_; }
+  [[nodiscard]] TargetContext& Target() { return target_; }
+
+  /// Ends everything that touches the host, once: the run, the event subscription, the automation references.
+  /// The page stays until the host closes the control.
+  void BeginShutdownEarly();
+
+ private:
+  ~CWebView2Pane() override;
+
+  // OleControl
+  HWND ControlWindow() const override { return window_.Handle(); }
+  void OnVerb(LONG verb, HWND parent) override;
+  bool ShowControlWindow(const wchar_t* operation, HWND parent, const RECT& position) override;
+  void HideControlWindow() override { window_.Hide(); }
+  void OnClose() override;
+
+  // PaneWindowEvents
+  void OnWindowCreated(HWND window, HWND parent) override;
+  void OnWindowResized() override { view_.Fit(); }
+  void OnWindowFocused() override { view_.Focus(); }
+  void OnWindowTask(LPARAM task) override;
+  void OnWindowDestroyed() override;
+
+  // WebViewEvents
+  void OnWebViewReady() override { navigator_.OnViewReady(); }
+  void OnWebMessage(const std::wstring& source, const std::optional<std::wstring>& text) override;
+  void OnNavigated() override;
+  void OnWebViewFailed(const wchar_t* step, HRESULT hr) override;
+
+  void OnHostEvent(const HostEvent& event);
+  /// Everything but the window goes; it may be on its way out itself.
+  void Shutdown();
+  void Log(std::wstring_view message, HRESULT hr) const;
+
+  std::shared_ptr<PaneContext> context_;
+  AccessTokens tokens_;
+  TargetContext target_;
+  TranslationSession session_;
+  WebView view_;
+  PanelNavigator navigator_;
+  PanelBridge bridge_;
+  RunController run_;
+  PaneActions actions_;
+  AppEvents hostEvents_;
+  PaneWindow window_;
+  bool earlyShutdownDone_ = false;
+};
+
+}  // namespace qv

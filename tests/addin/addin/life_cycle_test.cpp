@@ -1,0 +1,181 @@
+#include "addin/office_interfaces.h"
+#include "addin_test.h"
+#include "foundation/text.h"
+#include "host/addin_library.h"
+#include "host/addin_session.h"
+#include "host/task_pane_factory.h"
+
+namespace qv {
+namespace {
+
+class LifeCycle : public AddinTest {
+ protected:
+  void SetUp() override {
+    library_ = std::make_unique<devhost::AddinLibrary>(AddinPath(), calls_);
+    library_->Register();
+  }
+
+  void TearDown() override {
+    EXPECT_TRUE(library_->WaitUntilUnloadable(kTimeoutMs));
+    EXPECT_EQ(engine_.Counters().value("live", -1), 0);
+  }
+
+  static ComPtr<IDTExtensibility2> Create() {
+    CLSID classId{};
+    ComPtr<IDTExtensibility2> addin;
+    EXPECT_EQ(CLSIDFromProgID(L"ExcelAddin.Connect", &classId), S_OK);
+    EXPECT_EQ(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&addin)), S_OK);
+    return addin;
+  }
+
+  std::unique_ptr<devhost::AddinLibrary> library_;
+};
+
+TEST_F(LifeCycle, SurvivesFiftyConnects) {
+  for (int round = 0; round < 50; ++round) {
+    const devhost::AddinSession::Manner manner{.mode = round % 2 == 0 ? ext_cm_Startup : ext_cm_AfterStartup,
+                                               .withInstance = round % 3 != 0,
+                                               .nullCustom = round % 4 == 0};
+    devhost::AddinSession session(engine_.Application(), nullptr, manner, calls_);
+    EXPECT_EQ(session.Disconnect(round % 5 == 0 ? ext_dm_UserClosed : ext_dm_HostShutdown), 0U) << round;
+    ASSERT_EQ(engine_.Counters().value("live", -1), 0) << round;
+  }
+}
+
+TEST_F(LifeCycle, ToleratesEveryOrderOfCalls) {
+  IDispatch* const application = engine_.Application();
+  {
+    SCOPED_TRACE("disconnected without a connection");
+    const auto addin = Create();
+    EXPECT_EQ(addin->OnStartupComplete(nullptr), S_OK);
+    EXPECT_EQ(addin->OnBeginShutdown(nullptr), S_OK);
+    EXPECT_EQ(addin->OnDisconnection(ext_dm_HostShutdown, nullptr), S_OK);
+  }
+  {
+    SCOPED_TRACE("connected without an application");
+    const auto addin = Create();
+    EXPECT_EQ(addin->OnConnection(nullptr, ext_cm_Startup, nullptr, nullptr), S_OK);
+    EXPECT_EQ(addin->OnDisconnection(ext_dm_HostShutdown, nullptr), S_OK);
+  }
+  {
+    SCOPED_TRACE("connected twice, ended twice, connected again");
+    const auto addin = Create();
+    for (int round = 0; round < 2; ++round) {
+      EXPECT_EQ(addin->OnConnection(application, ext_cm_Startup, nullptr, nullptr), S_OK);
+      EXPECT_EQ(addin->OnConnection(application, ext_cm_AfterStartup, nullptr, nullptr), S_OK);
+      EXPECT_EQ(addin->OnAddInsUpdate(nullptr), S_OK);
+      EXPECT_EQ(addin->OnBeginShutdown(nullptr), S_OK);
+      EXPECT_EQ(addin->OnDisconnection(ext_dm_UserClosed, nullptr), S_OK);
+      EXPECT_EQ(addin->OnDisconnection(ext_dm_UserClosed, nullptr), S_OK);
+    }
+  }
+  {
+    SCOPED_TRACE("released without being disconnected");
+    EXPECT_EQ(Create()->OnConnection(application, ext_cm_Startup, nullptr, nullptr), S_OK);
+  }
+  {
+    SCOPED_TRACE("a second object takes over; the first one's end leaves it alone");
+    const auto first = Create();
+    const auto second = Create();
+    EXPECT_EQ(first->OnConnection(application, ext_cm_Startup, nullptr, nullptr), S_OK);
+    EXPECT_EQ(second->OnConnection(application, ext_cm_Startup, nullptr, nullptr), S_OK);
+    EXPECT_EQ(first->OnDisconnection(ext_dm_UserClosed, nullptr), S_OK);
+    EXPECT_EQ(second->OnDisconnection(ext_dm_UserClosed, nullptr), S_OK);
+  }
+}
+
+TEST_F(LifeCycle, TakesThePaneFactoryBeforeTheConnection) {
+  devhost::PaneList panes(calls_);
+  ComPtr<devhost::TaskPaneFactory> factory = MakeCom<devhost::TaskPaneFactory>(panes, engine_.Application());
+  auto addin = Create();
+  ComPtr<ICustomTaskPaneConsumer> consumer;
+  ASSERT_EQ(addin.As(&consumer), S_OK);
+  EXPECT_EQ(consumer->CTPFactoryAvailable(factory.Get()), S_OK);
+  EXPECT_EQ(addin->OnConnection(engine_.Application(), ext_cm_Startup, nullptr, nullptr), S_OK);
+  EXPECT_EQ(addin->OnDisconnection(ext_dm_HostShutdown, nullptr), S_OK);
+  consumer.Reset();
+  addin.Reset();
+  EXPECT_EQ(factory.Detach()->Release(), 0U);
+}
+
+TEST_F(LifeCycle, LogsWhichHostItIs) {
+  devhost::AddinSession(engine_.Application(), nullptr, {}, calls_).Disconnect();
+  EXPECT_NE(Log().find("Excel OnConnection hostApp=excel appName=Microsoft Excel\r\n"), std::string::npos)
+      << Log();
+
+  devhost::MemoryEngine wps(devhost::HostStyle::kWps);
+  devhost::AddinSession(wps.Application(), nullptr, {}, calls_).Disconnect();
+  EXPECT_NE(Log().find("Excel OnConnection hostApp=wps-excel appName="), std::string::npos) << Log();
+
+  const auto addin = Create();
+  EXPECT_EQ(addin->OnConnection(nullptr, ext_cm_Startup, nullptr, nullptr), S_OK);
+  EXPECT_NE(Log().find("Excel OnConnection hostApp=excel appName=(unknown)\r\n"), std::string::npos) << Log();
+}
+
+TEST_F(LifeCycle, RefusesARibbonItDoesNotHave) {
+  const auto addin = Create();
+  ComPtr<IRibbonExtensibility> ribbon;
+  ASSERT_EQ(addin.As(&ribbon), S_OK);
+  const Bstr id(L"Microsoft.Excel.Workbook");
+  Bstr xml;
+  EXPECT_TRUE(FAILED(ribbon->GetCustomUI(id.Get(), xml.Put())));
+  EXPECT_EQ(xml.Get(), nullptr);
+  EXPECT_EQ(ribbon->GetCustomUI(id.Get(), nullptr), E_POINTER);
+  EXPECT_NE(Log().find("Excel GetCustomUI failed (XML resource)\r\n"), std::string::npos);
+}
+
+/// The callbacks go to the IDispatch of the ribbon interface, as the host asks for it.
+class RibbonCallbacks : public LifeCycle {
+ protected:
+  void SetUp() override {
+    LifeCycle::SetUp();
+    const auto addin = Create();
+    ComPtr<IRibbonExtensibility> ribbon;
+    ASSERT_EQ(addin.As(&ribbon), S_OK);
+    ASSERT_EQ(ribbon.As(&callbacks_), S_OK);
+  }
+  void TearDown() override {
+    callbacks_.Reset();
+    LifeCycle::TearDown();
+  }
+
+  HRESULT Find(std::wstring name, DISPID& id) {
+    LPOLESTR names = name.data();
+    id = 0;
+    return callbacks_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
+  }
+
+  HRESULT Call(DISPID id, VARIANT* result) {
+    DISPPARAMS none{};
+    return callbacks_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none, result, nullptr,
+                              nullptr);
+  }
+
+  ComPtr<IDispatch> callbacks_;
+};
+
+TEST_F(RibbonCallbacks, AreFoundByName) {
+  DISPID id = 0;
+  EXPECT_EQ(Find(L"GetLabel", id), S_OK);
+  EXPECT_EQ(id, 131);
+  EXPECT_NE(Log().find("Excel GetIDsOfNames GetLabel -> 131\r\n"), std::string::npos);
+  // Not in the add-in's own table, but the type library does not mind the case.
+  EXPECT_EQ(Find(L"supportclicked", id), S_OK);
+  EXPECT_EQ(id, 109);
+  EXPECT_EQ(Find(L"NoSuchCallback", id), DISP_E_UNKNOWNNAME);
+}
+
+TEST_F(RibbonCallbacks, NeverFailTheRibbon) {
+  Variant result;
+  for (DISPID id : {100, 107, 131, 132, 133})
+    EXPECT_EQ(Call(id, result.Put()), S_OK) << id;
+  EXPECT_EQ(Call(100, nullptr), S_OK);
+  EXPECT_EQ(Call(108, nullptr), E_POINTER);
+  EXPECT_EQ(Call(108, result.Put()), S_OK);
+  EXPECT_EQ(Call(130, nullptr), S_OK);
+  EXPECT_EQ(Call(129, nullptr), DISP_E_MEMBERNOTFOUND);
+  EXPECT_NE(Log().find("Excel Invoke ribbon dispid=129\r\n"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace qv
