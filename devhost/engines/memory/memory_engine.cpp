@@ -1,0 +1,271 @@
+#include "engines/memory/memory_engine.h"
+
+#include <filesystem>
+#include <fstream>
+#include <numeric>
+#include <span>
+#include <stdexcept>
+#include <utility>
+
+#include "engines/memory/application_object.h"
+#include "engines/memory/chart_objects.h"
+#include "engines/memory/fault_json.h"
+#include "engines/memory/host_events.h"
+#include "engines/memory/range_object.h"
+#include "engines/memory/window_object.h"
+#include "engines/memory/workbook_json.h"
+#include "engines/memory/worksheet_object.h"
+#include "foundation/text.h"
+
+namespace qv::devhost {
+namespace {
+
+using nlohmann::json;
+
+std::vector<memory::Area> AreasAt(std::string_view address) {
+  auto areas = memory::ParseAddress(FromUtf8(address));
+  if (!areas) throw std::runtime_error("not an address: " + std::string(address));
+  return std::move(*areas);
+}
+
+memory::Area CellAt(std::string_view address) {
+  const auto areas = AreasAt(address);
+  if (areas.size() != 1 || areas.front().Cells() != 1) {
+    throw std::runtime_error("not one cell: " + std::string(address));
+  }
+  return areas.front();
+}
+
+/// The object layer's refusals as errors for people.
+template <typename Action>
+void OrThrow(const std::string& what, Action&& action) {
+  try {
+    action();
+  } catch (const memory::HostError&) {
+    throw std::runtime_error(what + ": the host refuses");
+  }
+}
+
+}  // namespace
+
+MemoryEngine::MemoryEngine(HostStyle style)
+    : host_(std::make_shared<memory::Host>(style == HostStyle::kWps)),
+      application_(new memory::ApplicationObject(host_)) {
+  applicationReference_.Attach(application_);
+}
+
+MemoryEngine::~MemoryEngine() {
+  host_->faults.Clear();
+  application_->Events().DisconnectAll();
+}
+
+IDispatch* MemoryEngine::Application() {
+  return application_;
+}
+
+void MemoryEngine::Open(const std::wstring& path) {
+  const std::filesystem::path file(path);
+  std::ifstream input(file, std::ios::binary);
+  if (!input) throw std::runtime_error("cannot open " + ToUtf8(path));
+  json description;
+  try {
+    description = json::parse(input);
+  } catch (const json::exception& error) {
+    throw std::runtime_error("not a workbook description: " + ToUtf8(path) + ": " + error.what());
+  }
+  auto sheets = memory::SheetsFromJson(description);
+  const auto workbook =
+      host_->AddWorkbook(file.filename().wstring(), file.parent_path().wstring(), std::move(sheets));
+  workbook->readOnly = description.value("readOnly", false);
+  if (description.contains("active")) {
+    const auto active = workbook->FindSheet(FromUtf8(description.value("active", std::string())));
+    if (active != nullptr && active->visible == -1) workbook->windows.front()->activeSheet = active;
+  }
+  openedFiles_.push_back(path);
+  memory::FireWorkbookEvent(host_, AppEvent::kWorkbookOpen, workbook);
+  memory::FireWindowEvent(host_, AppEvent::kWindowActivate, workbook->windows.front());
+}
+
+json MemoryEngine::Cell(const std::wstring& sheet, const std::string& address) {
+  const auto found = FindSheet(sheet);
+  const memory::Area at = CellAt(address);
+  const memory::Cell* stored = found->Find(at.row1, at.col1);
+  const memory::Cell cell = stored == nullptr ? memory::Cell{} : *stored;
+  const std::wstring text = memory::DisplayText(cell.value, cell.Style().numberFormat);
+  return {{"value", memory::ValueToJson(cell.value)},
+          {"formula", ToUtf8(cell.formula)},
+          {"text", ToUtf8(text)},
+          {"wrap", cell.Style().wrap},
+          {"rowHeight", found->RowHeight(at.row1)},
+          {"runs", memory::RunsToJson(cell, text)}};
+}
+
+void MemoryEngine::Select(const std::wstring& sheet, const std::string& address) {
+  const auto found = FindSheet(sheet);
+  const auto areas = AreasAt(address);
+  OrThrow("select", [&] {
+    memory::ActivateSheet(host_, found);
+    memory::SelectAreas(host_, found, areas);
+  });
+}
+
+void MemoryEngine::Protect(const std::wstring& sheet, bool on) {
+  FindSheet(sheet)->isProtected = on;
+}
+
+void MemoryEngine::Save(const std::wstring& path) {
+  const auto workbook = host_->ActiveWorkbook();
+  if (workbook == nullptr) throw std::runtime_error("no workbook is open");
+  for (const std::wstring& opened : openedFiles_) {
+    std::error_code ignored;
+    if (std::filesystem::equivalent(opened, path, ignored)) {
+      throw std::runtime_error("the opened file stays as it is: " + ToUtf8(path));
+    }
+  }
+  std::ofstream output(std::filesystem::path(path), std::ios::binary);
+  output << memory::WorkbookToJson(*workbook).dump(1) << "\n";
+  output.close();
+  if (!output) throw std::runtime_error("cannot write " + ToUtf8(path));
+}
+
+void MemoryEngine::Shot(const std::wstring&) {
+  throw std::runtime_error("the memory engine has no picture of a sheet");
+}
+
+json MemoryEngine::Counters() {
+  json calls = json::object();
+  const auto& names = memory::ClassInfo::CounterNames();
+  for (size_t i = 0; i < host_->calls.size(); ++i) {
+    if (host_->calls[i] != 0) calls[names[i]] = host_->calls[i];
+  }
+  return {{"calls", std::move(calls)},
+          {"live", host_->liveObjects},
+          {"wrongThread", host_->wrongThread.load()},
+          {"sinks", application_->Events().SinkCount()}};
+}
+
+void MemoryEngine::ResetCounters() {
+  host_->calls.clear();
+  host_->wrongThread = 0;
+}
+
+void MemoryEngine::Fault(const json& fault) {
+  for (const auto& step : memory::FaultStepsFromJson(fault))
+    step(*host_);
+}
+
+std::shared_ptr<memory::Workbook> MemoryEngine::AddWorkbook(const std::wstring& name,
+                                                            const std::wstring& folder,
+                                                            const std::vector<std::wstring>& sheets) {
+  std::vector<std::shared_ptr<memory::Sheet>> made;
+  for (const std::wstring& sheet : sheets)
+    made.push_back(std::make_shared<memory::Sheet>(sheet));
+  return host_->AddWorkbook(name, folder, std::move(made));
+}
+
+std::shared_ptr<memory::Window> MemoryEngine::AddWindow(const std::shared_ptr<memory::Workbook>& workbook) {
+  return host_->AddWindow(workbook);
+}
+
+void MemoryEngine::CloseWindow(const std::shared_ptr<memory::Window>& window) {
+  host_->CloseWindow(window);
+}
+
+void MemoryEngine::CloseWorkbook(const std::shared_ptr<memory::Workbook>& workbook) {
+  host_->CloseWorkbook(workbook);
+}
+
+void MemoryEngine::ActivateWindow(const std::shared_ptr<memory::Window>& window) {
+  memory::ActivateWindow(host_, window);
+}
+
+void MemoryEngine::ActivateSheet(const std::wstring& sheet) {
+  const auto found = FindSheet(sheet);
+  OrThrow("activate", [&] { memory::ActivateSheet(host_, found); });
+}
+
+void MemoryEngine::SelectChart(const std::wstring& sheet, size_t index) {
+  const auto found = FindSheet(sheet);
+  ActivateSheet(sheet);
+  memory::FrontWindowOf(*host_, *found)->ViewOf(*found).selectedChart = found->charts.at(index);
+}
+
+std::shared_ptr<memory::Sheet> MemoryEngine::FindSheet(std::wstring_view name) const {
+  const auto window = host_->ActiveWindow();
+  const auto workbook = host_->ActiveWorkbook();
+  if (workbook == nullptr) throw std::runtime_error("no workbook is open");
+  const auto sheet = name.empty() ? window->activeSheet : workbook->FindSheet(name);
+  if (sheet == nullptr) throw std::runtime_error("no such sheet: " + ToUtf8(name));
+  return sheet;
+}
+
+memory::Sheet& MemoryEngine::Sheet(std::wstring_view name) {
+  return *FindSheet(name);
+}
+
+void MemoryEngine::Set(const std::wstring& sheet, std::string_view address, memory::CellValue value) {
+  const memory::Area at = CellAt(address);
+  FindSheet(sheet)->SetEntry(at.row1, at.col1, memory::Entry{std::move(value), L"", false, L""});
+}
+
+void MemoryEngine::SetFormula(const std::wstring& sheet, std::string_view address, std::wstring formula,
+                              memory::CellValue result) {
+  const memory::Area at = CellAt(address);
+  FindSheet(sheet)->SetEntry(at.row1, at.col1,
+                             memory::Entry{std::move(result), std::move(formula), false, L""});
+}
+
+void MemoryEngine::Type(const std::wstring& sheet, std::string_view address, const std::wstring& text) {
+  const auto found = FindSheet(sheet);
+  const memory::Area at = CellAt(address);
+  OrThrow("type", [&] { host_->RequireWritable(*found, {at}); });
+  const auto entry = memory::ParseEntry(text, found->StyleAt(at.row1, at.col1).numberFormat);
+  if (!entry) throw std::runtime_error("type: the host refuses the text");
+  found->SetEntry(at.row1, at.col1, *entry);
+  memory::FireRangeEvent(host_, AppEvent::kSheetChange, found, {at});
+}
+
+void MemoryEngine::Merge(const std::wstring& sheet, std::string_view address) {
+  if (!FindSheet(sheet)->Merge(AreasAt(address).front())) throw std::runtime_error("merge: too large");
+}
+
+std::shared_ptr<memory::Chart> MemoryEngine::AddChart(const std::wstring& sheet, const std::wstring& title) {
+  const auto chart = memory::AddChart(*FindSheet(sheet), 51, 0, 0, 360, 216);
+  chart->hasTitle = !title.empty();
+  chart->title = title;
+  return chart;
+}
+
+ComPtr<IDispatch> MemoryEngine::WindowObject(const std::shared_ptr<memory::Window>& window) {
+  return memory::Make<memory::WindowObject>(host_, window).Object();
+}
+
+ComPtr<IDispatch> MemoryEngine::SheetObject(const std::wstring& sheet) {
+  return memory::Make<memory::WorksheetObject>(host_, FindSheet(sheet)).Object();
+}
+
+ComPtr<IDispatch> MemoryEngine::RangeObject(const std::wstring& sheet, std::string_view address) {
+  return memory::Make<memory::RangeObject>(host_, FindSheet(sheet), AreasAt(address)).Object();
+}
+
+void MemoryEngine::SetEventStyle(EventStyle style) {
+  application_->Events().SetStyle(style);
+}
+
+void MemoryEngine::Fire(AppEvent event, std::span<const Variant> args) {
+  application_->Events().Fire(event, args);
+}
+
+std::uint64_t MemoryEngine::Calls(const std::string& member) const {
+  const auto& names = memory::ClassInfo::CounterNames();
+  for (size_t i = 0; i < host_->calls.size(); ++i) {
+    if (names[i] == member) return host_->calls[i];
+  }
+  return 0;
+}
+
+std::uint64_t MemoryEngine::Calls() const {
+  return std::accumulate(host_->calls.begin(), host_->calls.end(), std::uint64_t{0});
+}
+
+}  // namespace qv::devhost

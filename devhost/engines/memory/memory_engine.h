@@ -1,0 +1,130 @@
+#pragma once
+
+#include <oaidl.h>
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engines/common/app_events.h"
+#include "engines/engine.h"
+#include "engines/memory/faults.h"
+#include "engines/memory/host.h"
+#include "engines/memory/sheet.h"
+#include "foundation/variant.h"
+
+namespace qv::devhost {
+
+namespace memory {
+class ApplicationObject;
+}
+
+/// A small spreadsheet in memory behind a late-bound object model, with faults on request. It stands for
+/// Excel, or for WPS Spreadsheets: then "Name" is "WPS Spreadsheets", "Version" "12.0", events come
+/// positionally, error cells read as integers, the typed Range is refused, and the Application has one frame
+/// window handle of its own.
+///
+/// What it does not do: calculate formulas (see memory::ParseEntry), wrap lines by width, grow rows by
+/// itself, keep formats of whole rows and columns beyond the used area. Each property read makes a new
+/// object, so two pointers to the same sheet differ, as in WPS.
+///
+/// All on the thread that made the engine. Objects may outlive it; they then go on working on their own.
+class MemoryEngine final : public Engine {
+ public:
+  explicit MemoryEngine(HostStyle style = HostStyle::kExcel);
+  MemoryEngine(const MemoryEngine&) = delete;
+  MemoryEngine& operator=(const MemoryEngine&) = delete;
+  ~MemoryEngine() override;
+
+  [[nodiscard]] IDispatch* Application() override;
+  /// A JSON file as described in memory/workbook_json.h; the workbook gets the file's name and folder.
+  void Open(const std::wstring& path) override;
+  [[nodiscard]] nlohmann::json Cell(const std::wstring& sheet, const std::string& address) override;
+  void Select(const std::wstring& sheet, const std::string& address) override;
+  void Protect(const std::wstring& sheet, bool on) override;
+  /// The active workbook in the form that Open reads.
+  void Save(const std::wstring& path) override;
+  /// There is no picture here: throws.
+  void Shot(const std::wstring& path) override;
+  /// Besides "calls" and "live": "wrongThread", calls and releases from a foreign thread, and "sinks", event
+  /// sinks that are connected.
+  [[nodiscard]] nlohmann::json Counters() override;
+  void ResetCounters() override;
+
+  /// One or more of:
+  /// {"clear":true} all failing members, hidden members, item forms, bulk failures, array answers and
+  /// callbacks go;
+  /// {"fail":"Range.Value2","code":"0x800A03EC","as":"exception"|"result","times":n|"always","on":"any"|"get"|"put"|
+  ///  "method"|"names","after":n} ("*.Member", "Class.*" and "*" match more; codes 0x800Axxxx are exceptions
+  ///  unless "as" says otherwise; "after" calls still succeed);
+  /// {"missing":"Window.Hwnd"} or a list: the name is unknown;
+  /// {"busy":n,"way":"exception"|"rejected"|"retry","member":"*"}: n times the host is editing a cell
+  /// (0x800AC472 in
+  ///  EXCEPINFO), refuses the name lookup (0x80010001), or answers 0x8001010A;
+  /// {"item":"every"|"property"|"method"|"default","class":"*"}: the only form in which collections give
+  /// items;
+  /// {"bulkValue2":n|true|false} and {"bulkPut":…}: reads or writes of several cells at once fail;
+  /// {"arrayAnswers":bool}, {"typedRange":bool}, {"windowWorkbook":bool};
+  /// {"events":"named"|"positional"|"refused"|"refuseAdvise"}.
+  void Fault(const nlohmann::json& fault) override;
+
+  // For tests in the same process. An empty sheet name is the active sheet; an unknown one throws.
+
+  [[nodiscard]] memory::Host& Host() { return *host_; }
+  [[nodiscard]] memory::Faults& Faults() { return host_->faults; }
+
+  /// A new workbook with empty sheets in a folder ("" for one that was never saved); its window becomes
+  /// active.
+  std::shared_ptr<memory::Workbook> AddWorkbook(const std::wstring& name,
+                                                const std::wstring& folder = L"C:\\Books",
+                                                const std::vector<std::wstring>& sheets = {L"Sheet1"});
+  /// A further window on the workbook, active.
+  std::shared_ptr<memory::Window> AddWindow(const std::shared_ptr<memory::Workbook>& workbook);
+  void CloseWindow(const std::shared_ptr<memory::Window>& window);
+  void CloseWorkbook(const std::shared_ptr<memory::Workbook>& workbook);
+  /// As a click of the user: events are fired.
+  void ActivateWindow(const std::shared_ptr<memory::Window>& window);
+  void ActivateSheet(const std::wstring& sheet);
+  void SelectChart(const std::wstring& sheet, size_t index);
+
+  /// Sheet of the active workbook.
+  [[nodiscard]] memory::Sheet& Sheet(std::wstring_view name = {});
+  /// Puts a value into the model; no protection, no events, texts stand as they are.
+  void Set(const std::wstring& sheet, std::string_view address, memory::CellValue value);
+  void SetFormula(const std::wstring& sheet, std::string_view address, std::wstring formula,
+                  memory::CellValue result);
+  /// As typed by the user: the host's reading of texts, then SheetChange; protection throws.
+  void Type(const std::wstring& sheet, std::string_view address, const std::wstring& text);
+  void Merge(const std::wstring& sheet, std::string_view address);
+  std::shared_ptr<memory::Chart> AddChart(const std::wstring& sheet, const std::wstring& title);
+
+  // Objects as an add-in would get them; they count as live while they are held.
+  [[nodiscard]] ComPtr<IDispatch> WindowObject(const std::shared_ptr<memory::Window>& window);
+  [[nodiscard]] ComPtr<IDispatch> SheetObject(const std::wstring& sheet = {});
+  [[nodiscard]] ComPtr<IDispatch> RangeObject(const std::wstring& sheet, std::string_view address);
+
+  void SetEventStyle(EventStyle style);
+  /// Fires an event without anything having changed; the arguments in declared order.
+  void Fire(AppEvent event, std::span<const Variant> args);
+
+  /// Calls of "Class.Member" since the start or the last ResetCounters.
+  [[nodiscard]] std::uint64_t Calls(const std::string& member) const;
+  /// All calls.
+  [[nodiscard]] std::uint64_t Calls() const;
+  /// Objects handed out and still referenced, the Application not counted.
+  [[nodiscard]] long LiveObjects() const { return host_->liveObjects; }
+  [[nodiscard]] long WrongThreadCalls() const { return host_->wrongThread; }
+
+ private:
+  [[nodiscard]] std::shared_ptr<memory::Sheet> FindSheet(std::wstring_view name) const;
+
+  std::shared_ptr<memory::Host> host_;
+  memory::ApplicationObject* application_;
+  ComPtr<IDispatch> applicationReference_;
+  std::vector<std::wstring> openedFiles_;
+};
+
+}  // namespace qv::devhost
