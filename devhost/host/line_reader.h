@@ -1,0 +1,36 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace qv::devhost {
+
+/// One line of standard input.
+struct InputLine {
+  enum class Kind { kText, kTooLong, kEnd };
+  Kind kind;
+  /// Without the line end; empty for the other kinds.
+  std::string text;
+};
+
+/// Reads lines on a thread of its own, so that the UI thread never waits for whoever drives the host. The
+/// thread is left alone at the end: it may sit in a read that only the end of the process takes away.
+class LineReader {
+ public:
+  /// `input` is borrowed; it is read until its end.
+  explicit LineReader(HANDLE input);
+
+  /// Signalled while lines wait. Borrowed.
+  [[nodiscard]] HANDLE Ready() const;
+  /// The next line in order, the last one of kind `kEnd`; nothing when none waits.
+  [[nodiscard]] std::optional<InputLine> Take();
+
+ private:
+  struct Shared;
+  std::shared_ptr<Shared> shared_;
+};
+
+}  // namespace qv::devhost

@@ -1,0 +1,212 @@
+#include "host/task_pane.h"
+
+#include <array>
+
+#include "engines/common/com_guard.h"
+#include "webview2/put_value.h"
+
+namespace qv::devhost {
+namespace {
+
+// Dispatch ids of the members, as Office publishes them.
+enum MemberId : DISPID {
+  kTitle = 0,
+  kApplication = 1,
+  kWindow = 2,
+  kVisible = 3,
+  kContentControl = 4,
+  kHeight = 5,
+  kWidth = 6,
+  kDockPosition = 7,
+  kDockPositionRestrict = 8,
+  kDelete = 9,
+};
+
+constexpr std::array<DispatchName, 10> kNames = {{
+    {L"Title", kTitle},
+    {L"Application", kApplication},
+    {L"Window", kWindow},
+    {L"Visible", kVisible},
+    {L"ContentControl", kContentControl},
+    {L"Height", kHeight},
+    {L"Width", kWidth},
+    {L"DockPosition", kDockPosition},
+    {L"DockPositionRestrict", kDockPositionRestrict},
+    {L"Delete", kDelete},
+}};
+
+constexpr int kPointsPerInch = 72;
+
+int ToPoints(LONG pixels) {
+  return MulDiv(pixels, kPointsPerInch, USER_DEFAULT_SCREEN_DPI);
+}
+int ToPixels(int points) {
+  return MulDiv(points, USER_DEFAULT_SCREEN_DPI, kPointsPerInch);
+}
+
+HRESULT ReturnObject(const ComPtr<IDispatch>& object, IDispatch** result) {
+  if (result == nullptr) return E_POINTER;
+  *result = ComPtr<IDispatch>(object).Detach();
+  return S_OK;
+}
+
+}  // namespace
+
+TaskPane::TaskPane(std::shared_ptr<PaneFrame> frame, ComPtr<IDispatch> application, ComPtr<IDispatch> window)
+    : frame_(std::move(frame)), application_(std::move(application)), window_(std::move(window)) {}
+
+std::span<const DispatchName> TaskPane::Names() const noexcept {
+  return kNames;
+}
+
+bool TaskPane::IsDockedSideways() const {
+  return dockPosition_ == msoCTPDockPositionTop || dockPosition_ == msoCTPDockPositionBottom;
+}
+
+HRESULT TaskPane::get_Title(BSTR* title) noexcept {
+  return GuardCom([&] { return PutValue(title, Bstr(frame_->Title()).Detach()); });
+}
+
+HRESULT TaskPane::get_Application(IDispatch** application) noexcept {
+  return ReturnObject(application_, application);
+}
+
+HRESULT TaskPane::get_Window(IDispatch** window) noexcept {
+  return ReturnObject(window_, window);
+}
+
+HRESULT TaskPane::get_Visible(VARIANT_BOOL* visible) noexcept {
+  if (!frame_->IsOpen()) return E_FAIL;
+  return PutValue(visible, frame_->IsVisible() ? VARIANT_TRUE : VARIANT_FALSE);
+}
+
+HRESULT TaskPane::put_Visible(VARIANT_BOOL visible) noexcept {
+  if (!frame_->IsOpen()) return E_FAIL;
+  frame_->SetVisible(visible != VARIANT_FALSE);
+  return S_OK;
+}
+
+HRESULT TaskPane::get_ContentControl(IDispatch** control) noexcept {
+  if (!frame_->IsOpen()) return E_FAIL;
+  return ReturnObject(frame_->Container().Control(), control);
+}
+
+HRESULT TaskPane::get_Height(int* height) noexcept {
+  return frame_->IsOpen() ? PutValue(height, ToPoints(frame_->ClientSize().cy)) : E_FAIL;
+}
+
+HRESULT TaskPane::put_Height(int height) noexcept {
+  if (!frame_->IsOpen() || height <= 0) return E_FAIL;
+  frame_->SetClientSize({frame_->ClientSize().cx, ToPixels(height)});
+  return S_OK;
+}
+
+HRESULT TaskPane::get_Width(int* width) noexcept {
+  if (!frame_->IsOpen()) return E_FAIL;
+  return PutValue(width, IsDockedSideways() ? 0 : ToPoints(frame_->ClientSize().cx));
+}
+
+HRESULT TaskPane::put_Width(int width) noexcept {
+  if (!frame_->IsOpen() || width <= 0 || IsDockedSideways()) return E_FAIL;
+  frame_->SetClientSize({ToPixels(width), frame_->ClientSize().cy});
+  return S_OK;
+}
+
+HRESULT TaskPane::get_DockPosition(MsoCTPDockPosition* position) noexcept {
+  return PutValue(position, dockPosition_);
+}
+
+HRESULT TaskPane::put_DockPosition(MsoCTPDockPosition position) noexcept {
+  if (position < msoCTPDockPositionLeft || position > msoCTPDockPositionFloating) return E_INVALIDARG;
+  dockPosition_ = position;
+  return S_OK;
+}
+
+HRESULT TaskPane::get_DockPositionRestrict(MsoCTPDockPositionRestrict* restrict) noexcept {
+  return PutValue(restrict, dockRestrict_);
+}
+
+HRESULT TaskPane::put_DockPositionRestrict(MsoCTPDockPositionRestrict restrict) noexcept {
+  dockRestrict_ = restrict;
+  return S_OK;
+}
+
+HRESULT TaskPane::Delete() noexcept {
+  return GuardCom([&] { return frame_->Close(), S_OK; });
+}
+
+HRESULT TaskPane::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
+                         EXCEPINFO*, UINT*) noexcept {
+  return GuardCom([&]() -> HRESULT {
+    if (id == kDelete && (flags & DISPATCH_METHOD) != 0) return Delete();
+    if ((flags & DISPATCH_PROPERTYPUT) != 0) {
+      return arguments && arguments->cArgs == 1 ? Put(id, arguments->rgvarg[0]) : DISP_E_BADPARAMCOUNT;
+    }
+    if ((flags & DISPATCH_PROPERTYGET) == 0) return DISP_E_MEMBERNOTFOUND;
+    Variant value;
+    const HRESULT hr = Get(id, value.Get());
+    if (SUCCEEDED(hr) && result != nullptr) *result = value.Detach();
+    return hr;
+  });
+}
+
+HRESULT TaskPane::Get(DISPID id, VARIANT& value) {
+  const auto typed = [&value](VARTYPE type, HRESULT hr) {
+    if (SUCCEEDED(hr)) value.vt = type;
+    return hr;
+  };
+  int number = 0;
+  HRESULT hr = S_OK;
+  switch (id) {
+    case kTitle:
+      return typed(VT_BSTR, get_Title(&value.bstrVal));
+    case kApplication:
+      return typed(VT_DISPATCH, get_Application(&value.pdispVal));
+    case kWindow:
+      return typed(VT_DISPATCH, get_Window(&value.pdispVal));
+    case kVisible:
+      return typed(VT_BOOL, get_Visible(&value.boolVal));
+    case kContentControl:
+      return typed(VT_DISPATCH, get_ContentControl(&value.pdispVal));
+    case kHeight:
+      hr = get_Height(&number);
+      break;
+    case kWidth:
+      hr = get_Width(&number);
+      break;
+    case kDockPosition:
+      number = dockPosition_;
+      break;
+    case kDockPositionRestrict:
+      number = dockRestrict_;
+      break;
+    default:
+      return DISP_E_MEMBERNOTFOUND;
+  }
+  value.lVal = number;
+  return typed(VT_I4, hr);
+}
+
+HRESULT TaskPane::Put(DISPID id, const VARIANT& value) {
+  Variant converted(value);
+  const VARTYPE type = id == kVisible ? VT_BOOL : VT_I4;
+  const HRESULT hr = VariantChangeType(&converted.Get(), &converted.Get(), 0, type);
+  if (FAILED(hr)) return hr;
+  const int number = static_cast<int>(converted->lVal);
+  switch (id) {
+    case kVisible:
+      return put_Visible(converted->boolVal);
+    case kHeight:
+      return put_Height(number);
+    case kWidth:
+      return put_Width(number);
+    case kDockPosition:
+      return put_DockPosition(static_cast<MsoCTPDockPosition>(number));
+    case kDockPositionRestrict:
+      return put_DockPositionRestrict(static_cast<MsoCTPDockPositionRestrict>(number));
+    default:
+      return DISP_E_MEMBERNOTFOUND;
+  }
+}
+
+}  // namespace qv::devhost

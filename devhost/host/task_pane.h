@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+
+#include "addin/office_interfaces.h"
+#include "foundation/variant.h"
+#include "host/host_dispatch.h"
+#include "host/pane_frame.h"
+
+namespace qv::devhost {
+
+/// The task-pane object that the factory hands to the add-in. After `Delete` its members fail.
+class TaskPane final : public HostDispatch<_CustomTaskPane> {
+ public:
+  TaskPane(std::shared_ptr<PaneFrame> frame, ComPtr<IDispatch> application, ComPtr<IDispatch> window);
+
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments,
+                                   VARIANT* result, EXCEPINFO* exception,
+                                   UINT* wrongArgument) noexcept override;
+
+  HRESULT STDMETHODCALLTYPE get_Title(BSTR* title) noexcept override;
+  HRESULT STDMETHODCALLTYPE get_Application(IDispatch** application) noexcept override;
+  HRESULT STDMETHODCALLTYPE get_Window(IDispatch** window) noexcept override;
+  HRESULT STDMETHODCALLTYPE get_Visible(VARIANT_BOOL* visible) noexcept override;
+  HRESULT STDMETHODCALLTYPE put_Visible(VARIANT_BOOL visible) noexcept override;
+  HRESULT STDMETHODCALLTYPE get_ContentControl(IDispatch** control) noexcept override;
+  HRESULT STDMETHODCALLTYPE get_Height(int* height) noexcept override;
+  HRESULT STDMETHODCALLTYPE put_Height(int height) noexcept override;
+  HRESULT STDMETHODCALLTYPE get_Width(int* width) noexcept override;
+  HRESULT STDMETHODCALLTYPE put_Width(int width) noexcept override;
+  HRESULT STDMETHODCALLTYPE get_DockPosition(MsoCTPDockPosition* position) noexcept override;
+  HRESULT STDMETHODCALLTYPE put_DockPosition(MsoCTPDockPosition position) noexcept override;
+  HRESULT STDMETHODCALLTYPE get_DockPositionRestrict(MsoCTPDockPositionRestrict* restrict) noexcept override;
+  HRESULT STDMETHODCALLTYPE put_DockPositionRestrict(MsoCTPDockPositionRestrict restrict) noexcept override;
+  HRESULT STDMETHODCALLTYPE Delete() noexcept override;
+
+ private:
+  [[nodiscard]] std::span<const DispatchName> Names() const noexcept override;
+  [[nodiscard]] bool IsDockedSideways() const;
+  [[nodiscard]] HRESULT Get(DISPID id, VARIANT& value);
+  [[nodiscard]] HRESULT Put(DISPID id, const VARIANT& value);
+
+  std::shared_ptr<PaneFrame> frame_;
+  ComPtr<IDispatch> application_;
+  ComPtr<IDispatch> window_;
+  MsoCTPDockPosition dockPosition_ = msoCTPDockPositionRight;
+  MsoCTPDockPositionRestrict dockRestrict_ = msoCTPDockPositionRestrictNone;
+};
+
+}  // namespace qv::devhost

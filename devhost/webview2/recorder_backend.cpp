@@ -1,0 +1,30 @@
+#include "webview2/recorder_backend.h"
+
+#include "webview2/recorder.h"
+
+namespace qv::devhost {
+
+RecorderBackend::RecorderBackend(PageEvents& events, std::shared_ptr<CompletionQueue> queue)
+    : events_(events), queue_(std::move(queue)) {}
+
+void RecorderBackend::Navigate(std::uint64_t navigation, const std::wstring& uri) {
+  const auto failure = Recorder::Get().TakeNavigationFailure();
+  queue_->Post(
+      [this, alive = std::weak_ptr<int>(alive_), navigation, uri, failure] {
+        if (alive.expired()) return;
+        events_.NavigationFinished(navigation, uri, !failure,
+                                   failure.value_or(COREWEBVIEW2_WEB_ERROR_STATUS_UNKNOWN));
+      },
+      Recorder::Get().Delay());
+}
+
+void RecorderBackend::ExecuteScript(const std::wstring& script, ScriptDone done) {
+  queue_->Post(
+      [alive = std::weak_ptr<int>(alive_), answer = Recorder::Get().ResultOf(script),
+       done = std::move(done)] {
+        if (!alive.expired()) done(answer.result, answer.json);
+      },
+      Recorder::Get().Delay());
+}
+
+}  // namespace qv::devhost

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+
+#include "webview2/completion_queue.h"
+#include "webview2/page_backend.h"
+
+namespace qv::devhost {
+
+/// No page at all: every navigation succeeds and every script answers "null", unless the `Recorder` was told
+/// otherwise.
+class RecorderBackend final : public PageBackend {
+ public:
+  RecorderBackend(PageEvents& events, std::shared_ptr<CompletionQueue> queue);
+
+  void Navigate(std::uint64_t navigation, const std::wstring& uri) override;
+  void ExecuteScript(const std::wstring& script, ScriptDone done) override;
+  void PostJson(const std::wstring&) override {}
+  void SetBounds(const RECT&) override {}
+  void SetVisible(bool) override {}
+  void SetBackground(COREWEBVIEW2_COLOR) override {}
+
+ private:
+  PageEvents& events_;
+  std::shared_ptr<CompletionQueue> queue_;
+  /// Expires with the backend; waiting completions look at it first.
+  std::shared_ptr<int> alive_ = std::make_shared<int>();
+};
+
+}  // namespace qv::devhost

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <oaidl.h>
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "foundation/variant.h"
+#include "translation/bilingual_text.h"
+#include "translation/start_request.h"
+#include "workbook/cell_unit.h"
+
+namespace qv {
+
+// How cells look before and after write-back. Failures are logged and never fail a write. Host UI thread.
+
+/// A number property of any numeric type; absent when it cannot be read or is mixed.
+[[nodiscard]] std::optional<double> GetNumberProperty(IDispatch* object, std::wstring_view name);
+
+/// Reads the cell's font for a later restore (logged). `row` and `col` are 1-based.
+[[nodiscard]] BaselineFont CaptureBaselineFont(IDispatch* cell, std::int32_t row, std::int32_t col);
+
+/// Wraps the cell's text, and its merge area's.
+void WrapCellText(IDispatch* cell);
+
+/// Styles the translation inside the cell's text and nothing else.
+void StyleTranslation(IDispatch* cell, const BilingualValue& value, const TargetFont& font);
+
+/// The merge area of a merged cell, else null.
+[[nodiscard]] ComPtr<IDispatch> MergeAreaOf(IDispatch* cell);
+
+}  // namespace qv

@@ -1,0 +1,85 @@
+#include "translation/chart_titles.h"
+
+#include <cstdint>
+#include <optional>
+
+#include "foundation/text.h"
+#include "foundation/variant.h"
+#include "workbook/automation.h"
+#include "workbook/cell_text.h"
+#include "workbook/host_state.h"
+#include "workbook/platform_letters.h"
+
+namespace qv {
+namespace {
+
+constexpr std::wstring_view kIdPrefix = L"ChartTitle:";
+
+/// "ChartObjects" is a method in Excel; other hosts offer it as a property.
+ComPtr<IDispatch> ChartObjectsOf(IDispatch* sheet) {
+  Variant value;
+  if (SUCCEEDED(InvokeByName(sheet, L"ChartObjects", {}, &value))) {
+    if (ComPtr<IDispatch> charts = value.Object()) return charts;
+  }
+  return GetDispProperty(sheet, L"ChartObjects");
+}
+
+/// The title object, or null for a chart without one, which some hosts answer with an error and others with
+/// an empty object.
+ComPtr<IDispatch> TitleOf(IDispatch* charts, std::int32_t index) {
+  const ComPtr<IDispatch> object = GetCollectionItem(charts, Variant(index));
+  const ComPtr<IDispatch> chart = GetDispProperty(object.Get(), L"Chart");
+  Variant hasTitle;
+  if (FAILED(GetProperty(chart.Get(), L"HasTitle", hasTitle)) || !hasTitle.IsTrue()) return nullptr;
+  return GetDispProperty(chart.Get(), L"ChartTitle");
+}
+
+std::int32_t IndexOf(const CellUnit& unit) {
+  return static_cast<std::int32_t>(std::wcstol(unit.unitId.c_str() + kIdPrefix.size(), nullptr, 10));
+}
+
+std::optional<CellUnit> UnitOf(IDispatch* title, std::int32_t index, std::wstring_view sheetName) {
+  const std::wstring raw = GetStringProperty(title, L"Text");
+  const std::wstring_view text = TrimRight(raw);
+  if (text.size() > kMaxCellTextLength || IsUntranslatable(text, &IsPlatformLetter)) return std::nullopt;
+  CellUnit unit;
+  unit.unitId = Concat(kIdPrefix, index);
+  unit.sourceText = text;
+  unit.workText = text;
+  unit.kind = UnitKind::kChartTitle;
+  unit.sheetName = sheetName;
+  return unit;
+}
+
+}  // namespace
+
+std::vector<CellUnit> CollectChartTitles(IDispatch* sheet, std::wstring_view sheetName) {
+  std::vector<CellUnit> units;
+  const ComPtr<IDispatch> charts = ChartObjectsOf(sheet);
+  const std::int32_t count = GetIntProperty(charts.Get(), L"Count");
+  for (std::int32_t index = 1; index <= count; ++index) {
+    const ComPtr<IDispatch> title = TitleOf(charts.Get(), index);
+    if (title == nullptr) continue;
+    if (std::optional<CellUnit> unit = UnitOf(title.Get(), index, sheetName)) units.push_back(*unit);
+  }
+  return units;
+}
+
+CellWriteResult WriteChartTitle(const TargetContext& target, const CellUnit& unit, std::wstring_view text) {
+  const DisplayAlertsGuard alertsOff(target.Application());
+  const ComPtr<IDispatch> sheet = ResolveSheet(target, unit.sheetName);
+  const ComPtr<IDispatch> charts = ChartObjectsOf(sheet.Get());
+  const ComPtr<IDispatch> title = TitleOf(charts.Get(), IndexOf(unit));
+  CellWriteResult result;
+  if (title == nullptr) {
+    // A busy host answers nothing at all; a chart that is gone leaves everything else in place.
+    Variant ignored;
+    result.hr = GetProperty(target.Application(), L"ActiveWorkbook", ignored, &result.exceptionCode);
+    return result.IsBusy() ? result : CellWriteResult{E_FAIL, 0};
+  }
+  const Variant value(text);
+  result.hr = PutDispProperty(title.Get(), L"Text", &value, &result.exceptionCode);
+  return result;
+}
+
+}  // namespace qv

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "foundation/access_tokens.h"
+#include "foundation/pane_context.h"
+#include "foundation/panel_output.h"
+#include "translation/pending_requests.h"
+#include "translation/run_flags.h"
+#include "translation/run_scripts.h"
+#include "translation/run_worker.h"
+#include "translation/run_writer.h"
+#include "translation/start_request.h"
+#include "translation/translation_session.h"
+#include "workbook/collector.h"
+#include "workbook/target_context.h"
+
+namespace qv {
+
+/// One translation run at a time for one pane: takes the page's start, refuses what must not start, collects,
+/// feeds the worker, writes results as they come and keeps the page informed. Host UI thread.
+class RunController : private RunListener, private WriteListener {
+ public:
+  /// `context` is shared with workers that may outlive the pane; the others outlive the controller.
+  RunController(std::shared_ptr<PaneContext> context, PanelOutput& output, TargetContext& target,
+                AccessTokens& tokens, TranslationSession& session);
+  RunController(const RunController&) = delete;
+  RunController& operator=(const RunController&) = delete;
+  /// Shuts down. Not from within one of the controller's own calls of the host.
+  ~RunController() override;
+
+  /// "start", "startSelection" or "restart" with the page's whole message; every refusal reaches the page as
+  /// an error script.
+  void Start(std::wstring_view action, const std::wstring& message);
+  void Cancel();
+  void Pause();
+  /// Goes on when the active sheet is the run's, else tells the page why not.
+  void Resume();
+
+  /// The page's answer to a batch request, matched by its id; an unknown one is ignored.
+  void OnBatchResult(const std::wstring& message);
+
+  /// The user activated another sheet.
+  void OnSheetActivated();
+
+  /// A fresh translate page gets what it needs to show a run that is under way or paused.
+  void PushState();
+
+  /// Ends the run for good, once: wakes waiting workers, gives the workbook free, drops what is still to
+  /// come. Nothing of the host is touched afterwards.
+  void BeginShutdownEarly();
+
+  [[nodiscard]] bool IsRunning() const { return run_ != nullptr; }
+
+ private:
+  /// The run that is under way.
+  struct Run {
+    std::uint64_t id = 0;
+    StartRequest start;
+    std::shared_ptr<RunFlags> flags = std::make_shared<RunFlags>();
+    std::shared_ptr<RunWriter> writer;
+    std::wstring workbookKey;
+    RunSize size;
+    std::uint64_t startTick = 0;
+    /// The sheet that the run was started on, and the one that it works on now.
+    std::wstring sourceSheet;
+    std::wstring currentSheet;
+    /// What the page will be told when the last unit is written.
+    RunEnd end;
+    bool announced = false;
+    bool pausedBySheetChange = false;
+  };
+
+  void OnBatchTranslated(std::uint64_t runId, TranslatedBatch batch) override;
+  void OnTranslationEnded(std::uint64_t runId, const RunEnd& end) override;
+  void OnUnitStarting(std::size_t index) override;
+  void OnUnitDone(const TranslatedUnit& unit) override;
+  void OnAllWritten() override;
+
+  [[nodiscard]] bool IsDuplicate(const std::wstring& clientTraceId);
+  void TraceStart(const StartRequest& start, const std::wstring& message) const;
+  void Begin(const StartRequest& start);
+  void RestoreBeforeCollect(const StartRequest& start);
+  [[nodiscard]] std::shared_ptr<Run> NewRun(const StartRequest& start, WriteBack writeBack, Layout layout);
+  [[nodiscard]] bool Collect(Run& run);
+  void Announce(Run& run);
+  [[nodiscard]] RunJob JobOf(const Run& run) const;
+
+  void Refuse(std::wstring_view code, std::wstring_view message);
+  void Fail(std::wstring_view code, std::wstring_view message);
+  void Complete();
+  void AbandonRun();
+  void EndRun();
+
+  std::shared_ptr<PaneContext> context_;
+  PanelOutput& output_;
+  TargetContext& target_;
+  AccessTokens& tokens_;
+  TranslationSession& session_;
+  std::shared_ptr<PendingRequests> pending_ = std::make_shared<PendingRequests>();
+  std::shared_ptr<RunMailbox> mailbox_;
+
+  /// The last run id that was given out.
+  std::uint64_t runCounter_ = 0;
+  std::wstring lastStartTraceId_;
+  std::uint64_t lastStartTick_ = 0;
+  std::shared_ptr<Run> run_;
+  bool shutDown_ = false;
+};
+
+}  // namespace qv

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <memory>
+
+#include "foundation/pane_context.h"
+#include "translation/run_translation.h"
+#include "translation/ui_timer.h"
+#include "translation/write_back.h"
+#include "workbook/target_context.h"
+
+namespace qv {
+
+/// Hears how the writing of a run goes on. Host UI thread.
+class WriteListener {
+ public:
+  virtual ~WriteListener() = default;
+  virtual void OnUnitStarting(std::size_t index) = 0;
+  /// Written, refused or given up; `unit.skipped` for one that needed nothing.
+  virtual void OnUnitDone(const TranslatedUnit& unit) = 0;
+  /// Everything that was added has been done, and `Finish` was called.
+  virtual void OnAllWritten() = 0;
+};
+
+/// Writes a run's finished batches in order. A host that is busy is asked again later, a bounded number of
+/// times for each batch; meanwhile batches wait. Host UI thread.
+class RunWriter : public std::enable_shared_from_this<RunWriter> {
+ public:
+  /// Milliseconds between two tries of a busy host, and how often it is tried before a batch is given up:
+  /// about ten seconds, long enough for a cell to be left or a dialog to be answered.
+  struct Patience {
+    UINT delayMs = 250;
+    int maxBusyAnswers = 40;
+  };
+
+  /// `target`, `session` and `listener` are valid until `Stop`.
+  RunWriter(std::shared_ptr<PaneContext> pane, const TargetContext& target, TranslationSession& session,
+            WriteBack writeBack, Layout layout, WriteListener& listener, Patience patience);
+
+  /// Takes a batch and writes as far as the host lets.
+  void Add(TranslatedBatch batch);
+  /// No more batches will come.
+  void Finish();
+  /// Nothing more is written or told.
+  void Stop();
+
+ private:
+  void Drain();
+  /// False when the host is busy.
+  [[nodiscard]] bool WriteWaiting();
+  [[nodiscard]] bool WriteOne(const TranslatedUnit& unit);
+  void RetryLater();
+  void Retry();
+  void GiveUpBatch();
+
+  std::shared_ptr<PaneContext> pane_;
+  const TargetContext& target_;
+  TranslationSession& session_;
+  WriteBack writeBack_;
+  Layout layout_;
+  WriteListener& listener_;
+  Patience patience_;
+  UiTimer retryTimer_;
+  std::deque<TranslatedBatch> waiting_;
+  /// Position within the first waiting batch.
+  std::size_t nextUnit_ = 0;
+  /// In a row.
+  int busyAnswers_ = 0;
+  bool finishing_ = false;
+  bool draining_ = false;
+  /// The host was busy; the timer brings the next try.
+  bool resting_ = false;
+  bool stopped_ = false;
+};
+
+}  // namespace qv

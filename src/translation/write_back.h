@@ -1,0 +1,76 @@
+#pragma once
+
+#include <oaidl.h>
+
+#include <cstddef>
+#include <string>
+
+#include "foundation/panel_output.h"
+#include "foundation/variant.h"
+#include "translation/protection_notice.h"
+#include "translation/row_fitter.h"
+#include "translation/start_request.h"
+#include "translation/translation_session.h"
+#include "workbook/cell_access.h"
+#include "workbook/target_context.h"
+
+namespace qv {
+
+/// How translations are put into cells.
+enum class Layout {
+  /// The translation takes the place of the cell's text; the cell keeps its formatting.
+  kTarget,
+  /// The cell keeps its text and gets the translation as a new last line, which alone is styled.
+  kDual,
+};
+
+enum class WriteOutcome {
+  kWritten,
+  /// Nothing to write: no such unit, or no translation.
+  kNothing,
+  /// Refused; logged, and told once.
+  kFailed,
+  /// The host is busy; the same call may succeed later.
+  kBusy,
+};
+
+/// Puts the session's translations into the workbook. One run; host UI thread.
+class WriteBack {
+ public:
+  /// All outlive the object.
+  WriteBack(const TargetContext& target, PanelOutput& output, TranslationSession& session, TargetFont font)
+      : target_(target),
+        session_(session),
+        font_(std::move(font)),
+        notice_(target, output),
+        rows_(target, session) {}
+
+  /// Reads what must not change about the active sheet before the first unit is written in `layout`.
+  void PrepareLayout(Layout layout);
+
+  /// Writes one unit of the session (0-based) and remembers what was there before its first write.
+  [[nodiscard]] WriteOutcome WriteUnit(std::size_t index, Layout layout);
+
+  /// Counts a unit as failed that the host was too busy to take, without telling the user of protection.
+  void GiveUp(std::size_t index);
+
+  /// Lets go of the host's objects that are kept between units.
+  void ReleaseReferences();
+
+ private:
+  [[nodiscard]] IDispatch* SheetOf(const CellUnit& unit);
+  [[nodiscard]] CellWriteResult WriteCell(CellUnit& unit, Layout layout);
+  [[nodiscard]] CellWriteResult BilingualWrite(const CellUnit& unit, IDispatch* cell);
+
+  const TargetContext& target_;
+  TranslationSession& session_;
+  TargetFont font_;
+  ProtectionNotice notice_;
+  RowFitter rows_;
+  /// The sheet of the last unit: neighbours share it.
+  std::wstring sheetName_;
+  ComPtr<IDispatch> sheet_;
+  CellWriteResult lastBusy_;
+};
+
+}  // namespace qv
