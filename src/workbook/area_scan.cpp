@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "foundation/logging.h"
 #include "foundation/text.h"
@@ -41,7 +42,7 @@ class RangeFlags {
  public:
   RangeFlags(const RangeReader& range, const RangeMember& member) {
     if (FAILED(range.Get(member, answer_))) answer_ = Variant();
-    block_ = ValueBlock::Of(answer_);
+    if (std::optional<ValueBlock> block = ValueBlock::Of(answer_)) block_.emplace(std::move(*block));
   }
   RangeFlags(const RangeFlags&) = delete;
   RangeFlags& operator=(const RangeFlags&) = delete;
@@ -71,14 +72,15 @@ class BulkScan {
 
   [[nodiscard]] ScanOutcome AddArray(const ValueBlock& block) {
     units_.Reserve(block.CountTexts());
-    Variant element;
+    Variant held;
     for (std::int32_t row = 1; row <= scan_.geometry.rows; ++row) {
       if (!scan_.progress.BeginRow(row)) return ScanOutcome::kStopped;
       for (std::int32_t col = 1; col <= scan_.geometry.cols; ++col) {
-        if (!block.Read(row, col, element)) return ScanOutcome::kFailed;
+        const VARIANT* const element = block.Read(row, col, held);
+        if (element == nullptr) return ScanOutcome::kFailed;
         // The type decides most cells, so the dearer tests come after it. A single answer for the whole range
         // says nothing about one cell of it.
-        const std::wstring_view text = TextOf(element.Get());
+        const std::wstring_view text = TextOf(*element);
         if (!text.empty() && !hasFormula_.ElementIsTrue(row, col)) AddUnlessCovered(row, col, text);
       }
     }
@@ -138,11 +140,16 @@ CellRead AddCell(const AreaScan& scan, std::int32_t row, std::int32_t col, UnitL
   const std::wstring_view text = TextOf(value.Get());
   if (text.empty()) return CellRead::kFine;
 
+  HostAnswer answer;
   Variant hasFormula;
-  const bool formula = SUCCEEDED(cell.Get(kRangeHasFormula, hasFormula)) && hasFormula.IsTrue();
+  answer.hr = cell.Get(kRangeHasFormula, hasFormula, &answer.exceptionCode);
+  if (answer.IsBusy()) return CellRead::kBusy;
+  if (answer.Ok() && hasFormula.IsTrue()) return CellRead::kFine;
   const std::int32_t sheetRow = scan.geometry.firstRow + row - 1;
   const std::int32_t sheetCol = scan.geometry.firstCol + col - 1;
-  if (!formula && !IsCoveredByMerge(cell, sheetRow, sheetCol)) units.AddText(sheetRow, sheetCol, text);
+  const bool covered = IsCoveredByMerge(cell, sheetRow, sheetCol, &answer);
+  if (answer.IsBusy()) return CellRead::kBusy;
+  if (!covered) units.AddText(sheetRow, sheetCol, text);
   return CellRead::kFine;
 }
 
@@ -174,15 +181,19 @@ ScanOutcome ScanBulk(const AreaScan& scan, const BulkLogTexts& texts, UnitList& 
 }
 
 ScanOutcome ScanCells(const AreaScan& scan, UnitList& units, std::wstring& error) {
+  bool anyRead = false;
   for (std::int32_t row = 1; row <= scan.geometry.rows; ++row) {
     if (!scan.progress.BeginRow(row)) return ScanOutcome::kStopped;
     for (std::int32_t col = 1; col <= scan.geometry.cols; ++col) {
-      if (AddCell(scan, row, col, units) != CellRead::kBusy) continue;
-      error = kRangeUnreadable;
-      return ScanOutcome::kStopped;
+      const CellRead read = AddCell(scan, row, col, units);
+      if (read == CellRead::kBusy) {
+        error = kRangeUnreadable;
+        return ScanOutcome::kStopped;
+      }
+      if (read == CellRead::kFine) anyRead = true;
     }
   }
-  return ScanOutcome::kDone;
+  return anyRead ? ScanOutcome::kDone : Fail(error, kRangeUnreadable);
 }
 
 }  // namespace qv

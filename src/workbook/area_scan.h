@@ -15,7 +15,7 @@ enum class ScanOutcome {
   kDone,
   /// Another way may still work.
   kFailed,
-  /// No other way will: the pane is closing or the host is busy.
+  /// No other way will: the scan is no longer wanted or the host is busy.
   kStopped,
 };
 
@@ -37,12 +37,14 @@ struct BulkLogTexts {
 extern const BulkLogTexts kLateBoundBulk;
 extern const BulkLogTexts kTypedBulk;
 
-/// Reads the range in three calls and adds its texts to `units`. `error` is set unless done.
+/// Reads the range in three calls, and a few more for each merged cell with a text, and adds its texts to
+/// `units`. `error` is set when failed.
 [[nodiscard]] ScanOutcome ScanBulk(const AreaScan& scan, const BulkLogTexts& texts, UnitList& units,
                                    std::wstring& error);
 
 /// Reads the range cell by cell. A cell that cannot be read is left out and logged; only a busy host ends the
-/// scan, because every cell left out in silence would stay untranslated.
+/// scan, because every cell left out in silence would stay untranslated. Failed when no cell could be read.
+/// `error` is set when failed or stopped by a busy host.
 [[nodiscard]] ScanOutcome ScanCells(const AreaScan& scan, UnitList& units, std::wstring& error);
 
 }  // namespace qv

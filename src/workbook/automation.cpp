@@ -27,6 +27,14 @@ bool IsObject(HRESULT hr, const Variant& value) {
   return SUCCEEDED(hr) && value.Type() == VT_DISPATCH && value->pdispVal != nullptr;
 }
 
+/// The object of a call's result, or null with the reason in `out`.
+ComPtr<IDispatch> ObjectOf(const Variant& value, HostAnswer answer, HostAnswer* out) {
+  ComPtr<IDispatch> object = answer.Ok() ? value.Object() : nullptr;
+  if (object == nullptr && answer.Ok()) answer.hr = E_FAIL;
+  if (out != nullptr) *out = answer;
+  return object;
+}
+
 }  // namespace
 
 std::int32_t IntegerOf(const Variant& value) {
@@ -60,9 +68,11 @@ HRESULT GetIndexedProperty(IDispatch* object, std::wstring_view name, std::span<
   return InvokeMember(object, name, DISPATCH_PROPERTYGET, arguments, &value, exceptionCode);
 }
 
-ComPtr<IDispatch> GetDispProperty(IDispatch* object, std::wstring_view name) {
+ComPtr<IDispatch> GetDispProperty(IDispatch* object, std::wstring_view name, HostAnswer* answer) {
   Variant value;
-  return SUCCEEDED(GetProperty(object, name, value)) ? value.Object() : nullptr;
+  HostAnswer own;
+  own.hr = GetProperty(object, name, value, &own.exceptionCode);
+  return ObjectOf(value, own, answer);
 }
 
 std::wstring GetStringProperty(IDispatch* object, std::wstring_view name) {
@@ -70,9 +80,32 @@ std::wstring GetStringProperty(IDispatch* object, std::wstring_view name) {
   return SUCCEEDED(GetProperty(object, name, value)) ? value.Text() : std::wstring();
 }
 
+std::optional<bool> GetFlagProperty(IDispatch* object, std::wstring_view name) {
+  Variant value;
+  if (FAILED(GetProperty(object, name, value)) || value.Type() != VT_BOOL) return std::nullopt;
+  return value.IsTrue();
+}
+
 std::int32_t GetIntProperty(IDispatch* object, std::wstring_view name) {
   Variant value;
   return SUCCEEDED(GetProperty(object, name, value)) ? IntegerOf(value) : 0;
+}
+
+std::optional<double> GetNumberProperty(IDispatch* object, std::wstring_view name) {
+  Variant value;
+  if (FAILED(GetProperty(object, name, value))) return std::nullopt;
+  switch (value.Type()) {
+    case VT_R8:
+      return value->dblVal;
+    case VT_R4:
+      return value->fltVal;
+    case VT_I2:
+    case VT_I4:
+    case VT_INT:
+      return IntegerOf(value);
+    default:
+      return std::nullopt;
+  }
 }
 
 HRESULT PutDispProperty(IDispatch* object, std::wstring_view name, const Variant* value,
@@ -95,30 +128,42 @@ HRESULT InvokeByName(IDispatch* object, std::wstring_view name, std::span<const 
 
 HRESULT GetItem(IDispatch* collection, std::span<const Variant> indexes, Variant& item,
                 SCODE* exceptionCode) {
-  const HRESULT first =
-      InvokeMember(collection, L"Item", DISPATCH_PROPERTYGET, indexes, &item, exceptionCode);
-  if (IsObject(first, item) || collection == nullptr) return first;
+  HostAnswer refusal;
+  refusal.hr =
+      InvokeMember(collection, L"Item", DISPATCH_PROPERTYGET, indexes, &item, &refusal.exceptionCode);
+  if (exceptionCode != nullptr) *exceptionCode = refusal.exceptionCode;
+  if (IsObject(refusal.hr, item) || collection == nullptr) return refusal.hr;
 
   Variant value;
+  SCODE code = 0;
   const auto found = [&](HRESULT hr) {
-    if (!IsObject(hr, value)) return false;
-    item = std::move(value);
-    return true;
+    if (IsObject(hr, value)) {
+      item = std::move(value);
+      return true;
+    }
+    if (const HostAnswer answer{hr, code}; answer.IsBusy() && !refusal.IsBusy()) refusal = answer;
+    return false;
   };
-  const bool other = (first != DISP_E_UNKNOWNNAME &&
-                      found(InvokeMember(collection, L"Item", DISPATCH_METHOD, indexes, &value))) ||
-                     found(InvokeDispId(collection, DISPID_VALUE, DISPATCH_PROPERTYGET, indexes, &value)) ||
-                     found(InvokeDispId(collection, DISPID_VALUE, DISPATCH_METHOD, indexes, &value));
-  return other ? S_OK : first;
+  const auto byId = [&](WORD flags) {
+    return found(InvokeDispId(collection, DISPID_VALUE, flags, indexes, &value, &code));
+  };
+  const bool named = refusal.hr != DISP_E_UNKNOWNNAME;
+  const bool other =
+      (named && found(InvokeMember(collection, L"Item", DISPATCH_METHOD, indexes, &value, &code))) ||
+      byId(DISPATCH_PROPERTYGET) || byId(DISPATCH_METHOD);
+  if (exceptionCode != nullptr) *exceptionCode = other ? 0 : refusal.exceptionCode;
+  return other ? S_OK : refusal.hr;
 }
 
-ComPtr<IDispatch> GetCollectionItem(IDispatch* collection, const Variant& index) {
+ComPtr<IDispatch> GetCollectionItem(IDispatch* collection, const Variant& index, HostAnswer* answer) {
   Variant item;
-  return SUCCEEDED(GetItem(collection, {&index, 1}, item)) ? item.Object() : nullptr;
+  HostAnswer own;
+  own.hr = GetItem(collection, {&index, 1}, item, &own.exceptionCode);
+  return ObjectOf(item, own, answer);
 }
 
-ComPtr<IDispatch> GetCollectionItem(IDispatch* collection, std::wstring_view name) {
-  return GetCollectionItem(collection, Variant(name));
+ComPtr<IDispatch> GetCollectionItem(IDispatch* collection, std::wstring_view name, HostAnswer* answer) {
+  return GetCollectionItem(collection, Variant(name), answer);
 }
 
 bool IsHostBusy(HRESULT hr, SCODE exceptionCode) {

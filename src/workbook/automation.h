@@ -3,6 +3,7 @@
 #include <oaidl.h>
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -14,14 +15,37 @@ namespace qv {
 // Late-bound calls on the host's objects: members by name, LOCALE_USER_DEFAULT, never a type library. Host UI
 // thread only. A failed call gives the empty result and is not logged here. Memory shortage throws.
 
-/// The object of a property, or null.
-[[nodiscard]] ComPtr<IDispatch> GetDispProperty(IDispatch* object, std::wstring_view name);
+/// Whether a failure means that the host is busy now (a cell is being edited, a dialog is up) and may be
+/// asked again later.
+[[nodiscard]] bool IsHostBusy(HRESULT hr, SCODE exceptionCode);
+
+/// How the host answered one call or a short series of them.
+struct HostAnswer {
+  HRESULT hr = S_OK;
+  /// EXCEPINFO's code when hr is DISP_E_EXCEPTION, else 0.
+  SCODE exceptionCode = 0;
+
+  [[nodiscard]] bool Ok() const { return SUCCEEDED(hr); }
+  /// The host cannot do it now, but may later.
+  [[nodiscard]] bool IsBusy() const { return !Ok() && IsHostBusy(hr, exceptionCode); }
+};
+
+/// The object of a property, or null. `answer` (may be null) receives why; E_FAIL where the host gave
+/// something else.
+[[nodiscard]] ComPtr<IDispatch> GetDispProperty(IDispatch* object, std::wstring_view name,
+                                                HostAnswer* answer = nullptr);
 
 /// The text of a VT_BSTR property; empty for every other type.
 [[nodiscard]] std::wstring GetStringProperty(IDispatch* object, std::wstring_view name);
 
 /// The low 32 bits of an integer property, a real number truncated toward zero; otherwise 0.
 [[nodiscard]] std::int32_t GetIntProperty(IDispatch* object, std::wstring_view name);
+
+/// The value of a boolean property; nothing when it cannot be read or is no boolean.
+[[nodiscard]] std::optional<bool> GetFlagProperty(IDispatch* object, std::wstring_view name);
+
+/// The value of a real or signed integer property; nothing when it cannot be read or is of another type.
+[[nodiscard]] std::optional<double> GetNumberProperty(IDispatch* object, std::wstring_view name);
 
 /// The integer in a value, by the rules of `GetIntProperty`.
 [[nodiscard]] std::int32_t IntegerOf(const Variant& value);
@@ -46,17 +70,15 @@ namespace qv {
                                    SCODE* exceptionCode = nullptr);
 
 /// The object that a collection's "Item" gives for its indexes. Hosts differ in how they expose it: property,
-/// then method, then the default member the same way; the first object wins. Without one the answer of the
-/// first call: a failure, or success with a value that is no object.
+/// then method, then the default member the same way; the first object wins. Without one a busy answer of any
+/// of the calls, else the answer of the first: a failure, or success with a value that is no object.
 [[nodiscard]] HRESULT GetItem(IDispatch* collection, std::span<const Variant> indexes, Variant& item,
                               SCODE* exceptionCode = nullptr);
 
-/// An item of a host collection by 1-based number or by name, or null.
-[[nodiscard]] ComPtr<IDispatch> GetCollectionItem(IDispatch* collection, const Variant& index);
-[[nodiscard]] ComPtr<IDispatch> GetCollectionItem(IDispatch* collection, std::wstring_view name);
-
-/// Whether a failure means that the host is busy now (a cell is being edited, a dialog is up) and may be
-/// asked again later.
-[[nodiscard]] bool IsHostBusy(HRESULT hr, SCODE exceptionCode);
+/// An item of a host collection by 1-based number or by name, or null; `answer` as of `GetDispProperty`.
+[[nodiscard]] ComPtr<IDispatch> GetCollectionItem(IDispatch* collection, const Variant& index,
+                                                  HostAnswer* answer = nullptr);
+[[nodiscard]] ComPtr<IDispatch> GetCollectionItem(IDispatch* collection, std::wstring_view name,
+                                                  HostAnswer* answer = nullptr);
 
 }  // namespace qv

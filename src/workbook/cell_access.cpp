@@ -1,5 +1,6 @@
 #include "workbook/cell_access.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -11,6 +12,8 @@
 namespace qv {
 namespace {
 
+constexpr const wchar_t* kNumberFormat = L"NumberFormat";
+
 HRESULT ReadCell(IDispatch* sheet, std::int32_t row, std::int32_t col, Variant& value,
                  SCODE* exceptionCode = nullptr) {
   const std::array<Variant, 2> position = {Variant(row), Variant(col)};
@@ -20,18 +23,6 @@ HRESULT ReadCell(IDispatch* sheet, std::int32_t row, std::int32_t col, Variant& 
 /// The end of a log line about a call that gave no object.
 std::wstring FailedCellText(std::int32_t row, std::int32_t col, HRESULT hr, const Variant& value) {
   return Concat(L" failed row=", row, L" col=", col, L" hr=0x", Hex8(hr), L" vt=", value.Type(), L"\r\n");
-}
-
-/// Why a lookup came back empty: the busy answer of a host that refuses the same workbook's sheets right now,
-/// else a plain failure.
-CellWriteResult FailedLookup(const TargetContext& target) {
-  IDispatch* const workbook = target.Pinned().workbook.Get();
-  Variant ignored;
-  CellWriteResult result;
-  result.hr = workbook != nullptr
-                  ? GetProperty(workbook, L"Worksheets", ignored, &result.exceptionCode)
-                  : GetProperty(target.Application(), L"ActiveWorkbook", ignored, &result.exceptionCode);
-  return result.IsBusy() ? result : CellWriteResult{E_FAIL, 0};
 }
 
 /// One try to write a value: "Value2", then "Value". A busy host is not asked a second time.
@@ -45,107 +36,106 @@ CellWriteResult PutText(IDispatch* cell, std::wstring_view text) {
   return result;
 }
 
-/// The value of a boolean property; absent when it cannot be read or is no boolean.
-std::optional<bool> ReadFlag(IDispatch* object, std::wstring_view name) {
-  Variant value;
-  if (FAILED(GetProperty(object, name, value)) || value.Type() != VT_BOOL) return std::nullopt;
-  return value.IsTrue();
-}
-
 /// The host drops one leading apostrophe and takes the rest as text.
 std::wstring AsLiteral(std::wstring_view text) {
   return Concat(L'\'', text);
 }
 
-/// A cell formatted as text keeps whatever is put, an apostrophe included.
-bool KeepsEverything(IDispatch* cell) {
-  return GetStringProperty(cell, L"NumberFormat") == L"@";
+/// Whether a host may take the text for a number, a date, a boolean or an error ("#N/A"). In some languages
+/// full-width digits count; a text of several lines stays one.
+bool MayBecomeValue(std::wstring_view text) {
+  if (text.empty() || text.find(L'\n') != std::wstring_view::npos) return false;
+  const auto isDigit = [](wchar_t unit) {
+    return (unit >= L'0' && unit <= L'9') || (unit >= 0xFF10 && unit <= 0xFF19);
+  };
+  return text.front() == L'#' || EqualsIgnoreAsciiCase(text, L"TRUE") ||
+         EqualsIgnoreAsciiCase(text, L"FALSE") || std::ranges::any_of(text, isDigit);
+}
+
+/// "- item" is refused as a bad formula, "-item" silently becomes one.
+bool MayBecomeFormula(std::wstring_view text) {
+  return !text.empty() && std::wstring_view(L"+-@").find(text.front()) != std::wstring_view::npos;
+}
+
+/// Whether the host made something else of a text that it took. `answer` receives a busy answer; a property
+/// that cannot be read for another reason says nothing against the text.
+bool BecameOther(IDispatch* cell, std::wstring_view text, CellWriteResult& answer) {
+  Variant value;
+  const auto read = [&](const wchar_t* name) {
+    answer.hr = GetProperty(cell, name, value, &answer.exceptionCode);
+    return answer.Ok();
+  };
+  if (MayBecomeFormula(text)) {
+    if (read(L"HasFormula") && value.IsTrue()) return true;
+    if (answer.IsBusy()) return false;
+  }
+  return MayBecomeValue(text) && read(L"Value2") && !value.IsText();
+}
+
+/// Puts a text that the host misread once more, as a literal. With a text such as "1/2" the host has also
+/// changed how the cell shows numbers.
+CellWriteResult PutAgainAsLiteral(IDispatch* cell, std::wstring_view text, const Variant& formerFormat) {
+  if (formerFormat.IsText()) {
+    CellWriteResult result;
+    result.hr = PutDispProperty(cell, kNumberFormat, &formerFormat, &result.exceptionCode);
+    if (result.IsBusy()) return result;
+  }
+  return PutText(cell, AsLiteral(text));
 }
 
 CellWriteResult PutLiteralText(IDispatch* cell, std::wstring_view text) {
-  constexpr std::wstring_view kAlwaysSpecial = L"='";
-  constexpr std::wstring_view kSometimesFormula = L"+-@";
-  const wchar_t first = text.empty() ? L'\0' : text.front();
-  const bool special = first != L'\0' && kAlwaysSpecial.find(first) != std::wstring_view::npos;
-  if (special) return PutText(cell, KeepsEverything(cell) ? std::wstring(text) : AsLiteral(text));
-  const CellWriteResult result = PutText(cell, text);
-  if (result.IsBusy() || first == L'\0' || kSometimesFormula.find(first) == std::wstring_view::npos)
-    return result;
-  // "- item" is refused as a bad formula, "-item" silently becomes one.
-  const bool taken = result.Ok() && !ReadFlag(cell, L"HasFormula").value_or(false);
-  return taken ? result : PutText(cell, AsLiteral(text));
+  const bool special = !text.empty() && (text.front() == L'=' || text.front() == L'\'');
+  Variant formerFormat;
+  CellWriteResult result;
+  if (special || MayBecomeValue(text)) {
+    result.hr = GetProperty(cell, kNumberFormat, formerFormat, &result.exceptionCode);
+    if (result.IsBusy()) return result;
+  }
+  // A cell formatted as text keeps whatever is put, an apostrophe included.
+  if (special) return PutText(cell, formerFormat.Text() == L"@" ? std::wstring(text) : AsLiteral(text));
+  result = PutText(cell, text);
+  if (result.IsBusy()) return result;
+  if (!result.Ok()) return MayBecomeFormula(text) ? PutText(cell, AsLiteral(text)) : result;
+
+  CellWriteResult answer;
+  if (BecameOther(cell, text, answer)) return PutAgainAsLiteral(cell, text, formerFormat);
+  return answer.IsBusy() ? answer : result;
 }
 
-ComPtr<IDispatch> FindSheetToWrite(const TargetContext& target, std::wstring_view sheetName) {
-  ComPtr<IDispatch> sheet = ResolveSheet(target, sheetName);
-  if (sheet != nullptr) return sheet;
+/// The cell of a sheet, or null with the failure in `status`.
+ComPtr<IDispatch> FindCellToWrite(IDispatch* sheet, std::int32_t row, std::int32_t col,
+                                  CellWriteResult& status) {
+  Variant value;
+  status.hr = ReadCell(sheet, row, col, value, &status.exceptionCode);
+  ComPtr<IDispatch> cell = status.Ok() ? value.Object() : nullptr;
+  if (cell != nullptr) return cell;
+  if (status.hr == DISP_E_UNKNOWNNAME) {
+    PaneLog(L"PutCellValueDispatch: Cells get failed\r\n");
+  } else {
+    PaneLog(Concat(L"PutCellValueDispatch: cell get", FailedCellText(row, col, status.hr, value)));
+  }
+  if (status.Ok()) status.hr = E_FAIL;
+  return nullptr;
+}
+
+void LogSheetLookupFailure(const TargetContext& target, std::wstring_view sheetName) {
   if (sheetName.empty()) {
     PaneLog(L"PutCellValueDispatch: active sheet lookup failed\r\n");
   } else {
     PaneLog(Concat(L"PutCellValueDispatch: sheet lookup failed sheet=", sheetName, L" pinnedBook=",
                    target.Pinned().workbookName, L"\r\n"));
   }
-  return nullptr;
 }
 
-/// The cell to write, or null with the failure in `result`.
-ComPtr<IDispatch> FindCellToWrite(IDispatch* sheet, std::int32_t row, std::int32_t col,
-                                  CellWriteResult& result) {
-  Variant value;
-  result.hr = ReadCell(sheet, row, col, value, &result.exceptionCode);
-  ComPtr<IDispatch> cell = result.Ok() ? value.Object() : nullptr;
-  if (cell != nullptr) return cell;
-  if (result.hr == DISP_E_UNKNOWNNAME) {
-    PaneLog(L"PutCellValueDispatch: Cells get failed\r\n");
-  } else {
-    PaneLog(Concat(L"PutCellValueDispatch: cell get", FailedCellText(row, col, result.hr, value)));
-  }
-  if (result.Ok()) result.hr = E_FAIL;
-  return nullptr;
-}
-
-}  // namespace
-
-bool CellWriteResult::IsBusy() const {
-  return !Ok() && IsHostBusy(hr, exceptionCode);
-}
-
-ComPtr<IDispatch> GetCellDispatch(IDispatch* sheet, std::int32_t row, std::int32_t col) {
-  Variant value;
-  const HRESULT hr = ReadCell(sheet, row, col, value);
-  ComPtr<IDispatch> cell = SUCCEEDED(hr) ? value.Object() : nullptr;
-  if (cell == nullptr) PaneLog(Concat(L"GetCellDispatch", FailedCellText(row, col, hr, value)));
-  return cell;
-}
-
-ComPtr<IDispatch> TryGetWorksheetItemDispatch(IDispatch* sheets, const Variant& key) {
-  Variant value;
-  const HRESULT hr = GetItem(sheets, {&key, 1}, value);
-  ComPtr<IDispatch> sheet = SUCCEEDED(hr) ? value.Object() : nullptr;
-  if (sheet == nullptr) {
-    PaneLog(Concat(L"TryGetWorksheetItemDispatch failed hr=0x", Hex8(hr), L" key.vt=", key.Type(), L"\r\n"));
-  }
-  return sheet;
-}
-
-ComPtr<IDispatch> ResolveSheet(const TargetContext& target, std::wstring_view sheetName) {
-  if (sheetName.empty()) return target.GetActiveSheetDispatch();
-  const ComPtr<IDispatch> sheets = target.GetActiveWorkbookSheets();
-  return TryGetWorksheetItemDispatch(sheets.Get(), Variant(sheetName));
-}
-
-CellWriteResult PutCellValueDispatch(const TargetContext& target, std::wstring_view sheetName,
-                                     std::int32_t row, std::int32_t col, std::wstring_view text) {
+void LogEnter(std::wstring_view sheetName, std::int32_t row, std::int32_t col, std::wstring_view text) {
   PaneLog(Concat(L"PutCellValueDispatch enter sheet=", sheetName, L" row=", row, L" col=", col, L" textLen=",
                  text.size(), L"\r\n"));
-  const DisplayAlertsGuard alertsOff(target.Application());
-  const ComPtr<IDispatch> sheet = FindSheetToWrite(target, sheetName);
-  if (sheet == nullptr) return FailedLookup(target);
+}
 
-  CellWriteResult result;
-  const ComPtr<IDispatch> cell = FindCellToWrite(sheet.Get(), row, col, result);
-  if (cell == nullptr) return result;
-  result = PutLiteralText(cell.Get(), text);
+CellWriteResult PutFound(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
+                         std::int32_t col, std::wstring_view text) {
+  if (target.cell == nullptr) return target.status;
+  const CellWriteResult result = PutLiteralText(target.cell.Get(), text);
   const std::wstring where = Concat(sheetName, L" row=", row, L" col=", col);
   if (result.Ok()) {
     PaneLog(Concat(L"Excel PutCellValueDispatch ok sheet=", where, L"\r\n"));
@@ -155,14 +145,80 @@ CellWriteResult PutCellValueDispatch(const TargetContext& target, std::wstring_v
   return result;
 }
 
+}  // namespace
+
+ComPtr<IDispatch> GetCellDispatch(IDispatch* sheet, std::int32_t row, std::int32_t col) {
+  Variant value;
+  const HRESULT hr = ReadCell(sheet, row, col, value);
+  ComPtr<IDispatch> cell = SUCCEEDED(hr) ? value.Object() : nullptr;
+  if (cell == nullptr) PaneLog(Concat(L"GetCellDispatch", FailedCellText(row, col, hr, value)));
+  return cell;
+}
+
+ComPtr<IDispatch> TryGetWorksheetItemDispatch(IDispatch* sheets, const Variant& key, HostAnswer* answer) {
+  Variant value;
+  HostAnswer own;
+  own.hr = GetItem(sheets, {&key, 1}, value, &own.exceptionCode);
+  ComPtr<IDispatch> sheet = own.Ok() ? value.Object() : nullptr;
+  if (sheet == nullptr) {
+    PaneLog(
+        Concat(L"TryGetWorksheetItemDispatch failed hr=0x", Hex8(own.hr), L" key.vt=", key.Type(), L"\r\n"));
+    if (own.Ok()) own.hr = E_FAIL;
+  }
+  if (answer != nullptr) *answer = own;
+  return sheet;
+}
+
+ComPtr<IDispatch> ResolveSheet(const TargetContext& target, std::wstring_view sheetName) {
+  CellWriteResult ignored;
+  return ResolveSheet(target, sheetName, ignored);
+}
+
+ComPtr<IDispatch> ResolveSheet(const TargetContext& target, std::wstring_view sheetName,
+                               CellWriteResult& status) {
+  if (sheetName.empty()) return target.GetActiveSheetDispatch(&status);
+  const ComPtr<IDispatch> sheets = target.GetActiveWorkbookSheets(&status);
+  CellWriteResult item;
+  ComPtr<IDispatch> sheet = TryGetWorksheetItemDispatch(sheets.Get(), Variant(sheetName), &item);
+  // Without the collection its own refusal says more than that of a null object.
+  if (sheets != nullptr) status = item;
+  return sheet;
+}
+
+CellTarget FindCell(const TargetContext& target, std::wstring_view sheetName, std::int32_t row,
+                    std::int32_t col) {
+  CellTarget found;
+  found.sheet = ResolveSheet(target, sheetName, found.status);
+  if (found.sheet != nullptr) {
+    found.cell = FindCellToWrite(found.sheet.Get(), row, col, found.status);
+  } else {
+    LogSheetLookupFailure(target, sheetName);
+  }
+  return found;
+}
+
+CellWriteResult PutCellText(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
+                            std::int32_t col, std::wstring_view text) {
+  LogEnter(sheetName, row, col, text);
+  return PutFound(target, sheetName, row, col, text);
+}
+
+CellWriteResult PutCellValueDispatch(const TargetContext& target, std::wstring_view sheetName,
+                                     std::int32_t row, std::int32_t col, std::wstring_view text) {
+  // Here, so that the line also stands before those of a failed lookup.
+  LogEnter(sheetName, row, col, text);
+  const DisplayAlertsGuard alertsOff(target.Application());
+  return PutFound(FindCell(target, sheetName, row, col), sheetName, row, col, text);
+}
+
 bool IsSheetProtected(IDispatch* sheet) {
-  const std::optional<bool> contents = ReadFlag(sheet, L"ProtectContents");
-  return contents ? *contents : ReadFlag(sheet, L"Protected").value_or(false);
+  const std::optional<bool> contents = GetFlagProperty(sheet, L"ProtectContents");
+  return contents ? *contents : GetFlagProperty(sheet, L"Protected").value_or(false);
 }
 
 bool IsWorkbookReadOnly(IDispatch* application) {
   const ComPtr<IDispatch> workbook = GetDispProperty(application, L"ActiveWorkbook");
-  return ReadFlag(workbook.Get(), L"ReadOnly").value_or(false);
+  return GetFlagProperty(workbook.Get(), L"ReadOnly").value_or(false);
 }
 
 bool IsCellLocked(IDispatch* sheet, std::int32_t row, std::int32_t col) {
@@ -172,7 +228,7 @@ bool IsCellLocked(IDispatch* sheet, std::int32_t row, std::int32_t col) {
     PaneLog(Concat(L"IsCellLocked GetCellDispatch failed sheet=", sheetName, L"\r\n"));
     return false;
   }
-  const std::optional<bool> locked = ReadFlag(cell.Get(), L"Locked");
+  const std::optional<bool> locked = GetFlagProperty(cell.Get(), L"Locked");
   if (!locked) {
     PaneLog(L"IsCellLocked: get Locked failed\r\n");
     return false;

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "foundation/variant.h"
+#include "workbook/automation.h"
 #include "workbook/target_context.h"
 
 namespace qv {
@@ -18,26 +19,39 @@ namespace qv {
 [[nodiscard]] ComPtr<IDispatch> GetCellDispatch(IDispatch* sheet, std::int32_t row, std::int32_t col);
 
 /// A worksheet by name or 1-based number through the collection's "Item"; null (logged) when there is none.
-[[nodiscard]] ComPtr<IDispatch> TryGetWorksheetItemDispatch(IDispatch* sheets, const Variant& key);
+/// `answer` as of `GetDispProperty`.
+[[nodiscard]] ComPtr<IDispatch> TryGetWorksheetItemDispatch(IDispatch* sheets, const Variant& key,
+                                                            HostAnswer* answer = nullptr);
+
+/// How a cell was found or written.
+using CellWriteResult = HostAnswer;
 
 /// The sheet with that name in the target's workbook, or the active sheet for an empty name; null when
-/// missing.
+/// missing. `status` receives how the host refused it.
 [[nodiscard]] ComPtr<IDispatch> ResolveSheet(const TargetContext& target, std::wstring_view sheetName);
+[[nodiscard]] ComPtr<IDispatch> ResolveSheet(const TargetContext& target, std::wstring_view sheetName,
+                                             CellWriteResult& status);
 
-/// Outcome of writing one cell.
-struct CellWriteResult {
-  HRESULT hr = S_OK;
-  /// EXCEPINFO's code when hr is DISP_E_EXCEPTION, else 0.
-  SCODE exceptionCode = 0;
-
-  [[nodiscard]] bool Ok() const { return SUCCEEDED(hr); }
-  /// The host cannot take the write now, but may later.
-  [[nodiscard]] bool IsBusy() const;
+/// A cell and its sheet, or how the host refused them.
+struct CellTarget {
+  ComPtr<IDispatch> sheet;
+  /// Null unless `status` is good.
+  ComPtr<IDispatch> cell;
+  CellWriteResult status;
 };
 
-/// Writes a text into a cell of the named sheet (the active one for an empty name) through "Value2", else
-/// "Value", with the host's alerts off. The text is text: what the host would read as a formula is written
-/// with a leading apostrophe.
+/// The cell of the named sheet (the active one for an empty name); a failure is logged.
+[[nodiscard]] CellTarget FindCell(const TargetContext& target, std::wstring_view sheetName, std::int32_t row,
+                                  std::int32_t col);
+
+/// Writes a text into a cell already found, through "Value2", else "Value"; gives the status of a cell that
+/// was not found. The text is text: what the host would read as a formula, a number, a date or a boolean is
+/// written with a leading apostrophe, and the cell keeps its number format. `sheetName`, `row` and `col` are
+/// for the log. The caller holds the host's alerts off.
+[[nodiscard]] CellWriteResult PutCellText(const CellTarget& target, std::wstring_view sheetName,
+                                          std::int32_t row, std::int32_t col, std::wstring_view text);
+
+/// `FindCell` and `PutCellText` with the host's alerts off.
 [[nodiscard]] CellWriteResult PutCellValueDispatch(const TargetContext& target, std::wstring_view sheetName,
                                                    std::int32_t row, std::int32_t col,
                                                    std::wstring_view text);

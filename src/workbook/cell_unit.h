@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -21,26 +22,34 @@ struct BaselineFont {
 enum class UnitKind : std::int32_t { kCell = 0, kChartTitle = 1 };
 
 /// One translatable cell or chart title. Collection fills the upper part, translation and write-back the
-/// lower.
+/// lower. There can be hundreds of thousands, so what can be derived or shared is not stored in each.
 struct CellUnit {
   /// 1-based worksheet coordinates; 0 for a chart title.
   std::int32_t row = 0;
   std::int32_t col = 0;
+  /// 1-based number of the chart on its sheet; 0 for a cell.
+  std::int32_t chart = 0;
   UnitKind kind = UnitKind::kCell;
-  /// "R3C2" for a cell, "ChartTitle:" and the 1-based chart number for a chart title; unique within a sheet.
-  std::wstring unitId;
-  /// Text after normalisation.
-  std::wstring sourceText;
-  /// What is sent for translation.
-  std::wstring workText;
-  std::wstring sheetName;
-
-  std::wstring translation;
   /// Set once the unit's cell was written; cleared when it is restored.
   bool written = false;
-  /// Value and formula of the cell before the first write are kept for formulas only; see restore.
+  /// Shared by all units of a sheet; null means no name.
+  std::shared_ptr<const std::wstring> sheet;
+  /// Text after normalisation.
+  std::wstring sourceText;
+  /// Set where something else than the source is to be translated.
+  Boxed<std::wstring> replacedText;
+
+  std::wstring translation;
+  /// The formula of a cell that held one before its first write; see restore.
   Boxed<std::wstring> formulaBeforeWrite;
   Boxed<BaselineFont> baseline;
+
+  /// "R3C2" for a cell, "ChartTitle:" and the chart's number for a chart title; unique within a sheet.
+  [[nodiscard]] std::wstring UnitId() const;
+  /// What is sent for translation.
+  [[nodiscard]] const std::wstring& WorkText() const { return replacedText ? *replacedText : sourceText; }
+  /// Empty when the unit has no sheet.
+  [[nodiscard]] const std::wstring& SheetName() const;
 };
 
 }  // namespace qv

@@ -35,6 +35,8 @@ struct FallbackRules {
   const wchar_t* bulkFailedLine;
   const wchar_t* noTypedLine;
   bool warnsWhenLarge;
+  /// The error when nothing of the range can be read.
+  const wchar_t* unreadable;
 };
 
 constexpr FallbackRules kUsedRangeRules = {
@@ -43,6 +45,7 @@ constexpr FallbackRules kUsedRangeRules = {
     .bulkFailedLine = L"Excel Value2 dispatch batch failed, trying IRange path\r\n",
     .noTypedLine = L"Excel UsedRange QI IRange failed — slow per-cell dispatch fallback\r\n",
     .warnsWhenLarge = true,
+    .unreadable = kUsedRangeUnreadable,
 };
 constexpr FallbackRules kSelectionRules = {
     .typedCellsBelow = 48,
@@ -50,6 +53,7 @@ constexpr FallbackRules kSelectionRules = {
     .bulkFailedLine = L"",
     .noTypedLine = L"Excel Selection QI IRange failed — slow dispatch fallback\r\n",
     .warnsWhenLarge = false,
+    .unreadable = kSelectionUnreadable,
 };
 
 /// One rectangular piece of what is collected.
@@ -106,10 +110,20 @@ ScanOutcome ScanArea(const Area& area, Job& job, const UnitList& empty, UnitList
     units = empty;
   } else {
     PaneLog(job.rules.noTypedLine);
+    if (job.rules.warnsWhenLarge && area.geometry.Cells() >= kLargeUsedRange)
+      PaneLog(L"Excel WARN: large UsedRange without Value2 batch; expect slow collect\r\n");
   }
-  if (job.rules.warnsWhenLarge && area.geometry.Cells() >= kLargeUsedRange)
-    PaneLog(L"Excel WARN: large UsedRange without Value2 batch; expect slow collect\r\n");
   return ScanLateBoundCells(area, job, units, error);
+}
+
+bool Fail(CollectResult& result, const wchar_t* error) {
+  result.error = error;
+  return false;
+}
+
+bool GiveUp(CollectResult& result) {
+  result.error.clear();
+  return false;
 }
 
 bool ScanAreas(std::span<const Area> areas, Job& job, CollectResult& result) {
@@ -117,21 +131,24 @@ bool ScanAreas(std::span<const Area> areas, Job& job, CollectResult& result) {
   UnitList all = empty;
   std::int64_t rowsBefore = 0;
   for (const Area& area : areas) {
+    if (!job.progress.IsWanted()) return GiveUp(result);
     job.progress.SetRowsBefore(rowsBefore);
     UnitList units = empty;
-    if (ScanArea(area, job, empty, units, result.error) != ScanOutcome::kDone) return false;
+    const ScanOutcome outcome = ScanArea(area, job, empty, units, result.error);
+    if (outcome == ScanOutcome::kFailed) return Fail(result, job.rules.unreadable);
+    if (outcome == ScanOutcome::kStopped) return job.progress.IsWanted() ? false : GiveUp(result);
     all.Append(std::move(units));
     rowsBefore += area.geometry.rows;
   }
   result.error.clear();
   result.units = all.TakeUnits();
   result.warnings = all.TakeWarnings();
+  // A cell in several areas is warned about once. Few cells are too long, so looking back costs little.
+  for (auto warning = result.warnings.begin(); warning != result.warnings.end();) {
+    const bool repeated = std::find(result.warnings.begin(), warning, *warning) != warning;
+    warning = repeated ? result.warnings.erase(warning) : warning + 1;
+  }
   return true;
-}
-
-bool Fail(CollectResult& result, const wchar_t* error) {
-  result.error = error;
-  return false;
 }
 
 /// Fills `areas` with the rectangles of a selection, checked against the limit before anything is read. The
@@ -178,8 +195,9 @@ bool Collector::CollectUsedRangeCells(std::wstring_view sheetName, std::uint64_t
   area.geometry = *geometry;
 
   result.sheetName = GetStringProperty(sheet.Get(), L"Name");
+  if (result.sheetName.empty()) return Fail(result, kUsedRangeUnreadable);
   result.cells = geometry->Cells();
-  Job job{sheet.Get(), kUsedRangeRules, ScanProgress(output_, pane_, runId, geometry->rows)};
+  Job job{sheet.Get(), kUsedRangeRules, ScanProgress(output_, pane_, runId, geometry->rows, stillWanted_)};
   return ScanAreas({&area, 1}, job, result);
 }
 
@@ -194,12 +212,13 @@ bool Collector::CollectSelectionCells(std::uint64_t runId, CollectResult& result
 
   const ComPtr<IDispatch> sheet = SheetOf(selection.Get(), target_);
   result.sheetName = GetStringProperty(sheet.Get(), L"Name");
+  if (result.sheetName.empty()) return Fail(result, kSelectionUnreadable);
   std::int64_t rows = 0;
   for (const Area& area : areas) {
     result.cells += area.geometry.Cells();
     rows += area.geometry.rows;
   }
-  Job job{sheet.Get(), kSelectionRules, ScanProgress(output_, pane_, runId, rows)};
+  Job job{sheet.Get(), kSelectionRules, ScanProgress(output_, pane_, runId, rows, stillWanted_)};
   return ScanAreas(areas, job, result);
 }
 

@@ -3,8 +3,10 @@
 #include <oaidl.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "foundation/pane_context.h"
@@ -22,7 +24,7 @@ struct CollectResult {
   std::wstring sheetName;
   /// Cells of the scanned range (rows × columns).
   std::int64_t cells = 0;
-  /// Short text for the panel when the collection failed.
+  /// Short text for the panel when the collection failed; empty when it was given up.
   std::wstring error;
 };
 
@@ -30,9 +32,11 @@ struct CollectResult {
 /// scans it reports progress to the page (for a run id other than 0) and keeps the host painting.
 class Collector {
  public:
-  /// All three outlive the collector.
-  Collector(const TargetContext& target, PanelOutput& output, PaneContext& pane)
-      : target_(target), output_(output), pane_(pane) {}
+  /// The three objects outlive the collector. A scan asks `stillWanted` (may be empty) before each area and
+  /// each row, and is given up when it says no or the pane is closing.
+  Collector(const TargetContext& target, PanelOutput& output, PaneContext& pane,
+            std::function<bool()> stillWanted = {})
+      : target_(target), output_(output), pane_(pane), stillWanted_(std::move(stillWanted)) {}
 
   /// The used range of the named sheet, or of the active one. False with `result.error` on failure.
   [[nodiscard]] bool CollectUsedRangeCells(std::wstring_view sheetName, std::uint64_t runId,
@@ -45,6 +49,7 @@ class Collector {
   const TargetContext& target_;
   PanelOutput& output_;
   PaneContext& pane_;
+  std::function<bool()> stillWanted_;
 };
 
 }  // namespace qv

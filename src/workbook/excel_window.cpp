@@ -89,16 +89,14 @@ bool IsClosed(IDispatch* window) {
   return caption.Text().empty();
 }
 
-bool RebindClosedWindow(ExcelWindow& pinned, IDispatch* application) {
+void RebindClosedWindow(ExcelWindow& pinned, IDispatch* application) {
   PaneLog(L"ExcelWindow RefreshIfDocumentSwapped: pinned window caption empty\r\n");
   ComPtr<IDispatch> window = GetDispProperty(application, L"ActiveWindow");
   if (window == nullptr) window = FirstLiveWindow(application);
   ExcelWindow rebuilt = ExcelWindow::FromWindowDisp(window.Get(), application);
-  if (!rebuilt.IsValid()) return false;
   PaneLog(Concat(L"ExcelWindow RefreshIfDocumentSwapped: pinned window dead, rebound from \"", pinned.caption,
                  L"\" to \"", rebuilt.caption, L"\"\r\n"));
   pinned = std::move(rebuilt);
-  return true;
 }
 
 bool FollowSwappedWorkbook(ExcelWindow& pinned, IDispatch* application) {
@@ -121,7 +119,7 @@ ExcelWindow ExcelWindow::FromWindowDisp(IDispatch* window, IDispatch* applicatio
   if (window == nullptr) return target;
   target.window = window;
   target.hwnd = GetIntProperty(window, L"Hwnd");
-  target.identity = GetIntProperty(window, L"WindowNumber");
+  target.identity = reinterpret_cast<std::intptr_t>(window);
   target.caption = GetStringProperty(window, L"Caption");
   target.workbook = GetDispProperty(window, L"Workbook");
   if (target.workbook == nullptr) target.workbook = FindWorkbookOfWindow(window, application, target.caption);
@@ -147,8 +145,9 @@ std::wstring ExcelWindow::WindowIdentity() const {
 
 bool RefreshIfDocumentSwapped(ExcelWindow& pinned, IDispatch* application, bool rebind) {
   if (!pinned.IsValid()) return false;
-  if (IsClosed(pinned.window.Get())) return rebind && RebindClosedWindow(pinned, application);
-  return FollowSwappedWorkbook(pinned, application);
+  if (!IsClosed(pinned.window.Get())) return FollowSwappedWorkbook(pinned, application);
+  if (rebind) RebindClosedWindow(pinned, application);
+  return rebind;
 }
 
 bool SheetBelongsToTarget(IDispatch* sheet, const ExcelWindow& target) {

@@ -14,7 +14,7 @@ namespace qv {
 struct ExcelWindow {
   /// Window handle as the host reports it; only compared and printed.
   std::intptr_t hwnd = 0;
-  /// Second identifier for diagnosis: the window's number within its workbook (1-based), 0 when unknown.
+  /// Second identifier for diagnosis: the address of the window object when it was resolved.
   std::int64_t identity = 0;
   std::wstring caption;
   /// File name of the workbook.
@@ -37,8 +37,8 @@ struct ExcelWindow {
 };
 
 /// Checks a pinned target before a long operation. A closed window is replaced by the active (or first live)
-/// one when `rebind` is set; a window that shows another workbook now is followed. True when `pinned` was
-/// changed.
+/// one when `rebind` is set, and the target becomes empty when there is none; a window that shows another
+/// workbook now is followed. True when `pinned` was changed.
 [[nodiscard]] bool RefreshIfDocumentSwapped(ExcelWindow& pinned, IDispatch* application, bool rebind);
 
 /// Whether the sheet lies in the target's workbook; a target without a workbook name accepts every sheet.

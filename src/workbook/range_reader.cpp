@@ -3,7 +3,6 @@
 #include <array>
 
 #include "foundation/dispatch.h"
-#include "workbook/automation.h"
 
 namespace qv {
 namespace {
@@ -63,12 +62,24 @@ std::optional<RangeGeometry> ReadGeometry(const RangeReader& range) {
   return valid ? std::optional(geometry) : std::nullopt;
 }
 
-bool IsCoveredByMerge(const RangeReader& cell, std::int32_t row, std::int32_t col) {
-  Variant merged;
-  if (FAILED(cell.Get(kRangeMergeCells, merged)) || !merged.IsTrue()) return false;
-  const RangeReader area = cell.Child(kRangeMergeArea);
-  if (area.IsNull()) return false;
-  return area.Int(kRangeRow) != row || area.Int(kRangeColumn) != col;
+bool IsCoveredByMerge(const RangeReader& cell, std::int32_t row, std::int32_t col, HostAnswer* answer) {
+  HostAnswer own;
+  Variant value;
+  const auto read = [&](const RangeReader& range, const RangeMember& member) {
+    own.hr = range.Get(member, value, &own.exceptionCode);
+    return own.Ok();
+  };
+  const auto differs = [&](const RangeReader& range, const RangeMember& member, std::int32_t expected) {
+    return read(range, member) && IntegerOf(value) != expected;
+  };
+  bool covered = false;
+  if (read(cell, kRangeMergeCells) && value.IsTrue() && read(cell, kRangeMergeArea)) {
+    const RangeReader area = cell.For(value.Object().Get());
+    covered =
+        !area.IsNull() && (differs(area, kRangeRow, row) || (own.Ok() && differs(area, kRangeColumn, col)));
+  }
+  if (answer != nullptr) *answer = own;
+  return covered;
 }
 
 }  // namespace qv

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "foundation/variant.h"
+#include "workbook/automation.h"
 
 namespace qv {
 
@@ -72,7 +73,8 @@ struct RangeGeometry {
 [[nodiscard]] std::optional<RangeGeometry> ReadGeometry(const RangeReader& range);
 
 /// Whether a cell (1-based sheet position) lies in a merged block without being its top-left cell; false when
-/// that cannot be read.
-[[nodiscard]] bool IsCoveredByMerge(const RangeReader& cell, std::int32_t row, std::int32_t col);
+/// that cannot be read. `answer` (may be null) receives the failure that kept it from being read.
+[[nodiscard]] bool IsCoveredByMerge(const RangeReader& cell, std::int32_t row, std::int32_t col,
+                                    HostAnswer* answer = nullptr);
 
 }  // namespace qv

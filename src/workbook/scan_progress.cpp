@@ -45,7 +45,7 @@ bool ScanProgress::BeginRow(std::int32_t row) {
                                   current, L",total:", totalRows_, L"})"));
     PumpNowAndThen();
   }
-  return !pane_.IsClosing();
+  return IsWanted();
 }
 
 void ScanProgress::PumpNowAndThen() {

@@ -9,17 +9,36 @@ namespace qv {
 
 void TargetContext::Pin(ExcelWindow target) {
   pinned_ = std::move(target);
-  fullName_ = GetStringProperty(pinned_.workbook.Get(), L"FullName");
-  plainName_ = GetStringProperty(pinned_.workbook.Get(), L"Name");
+  implicit_ = false;
+  fullName_.clear();
+  plainName_.clear();
+  ReadWorkbookNames();
+}
+
+void TargetContext::ReadWorkbookNames() {
+  const auto read = [this](const wchar_t* name, std::wstring& text) {
+    Variant value;
+    if (SUCCEEDED(GetProperty(pinned_.workbook.Get(), name, value))) text = value.Text();
+  };
+  read(L"FullName", fullName_);
+  read(L"Name", plainName_);
 }
 
 bool TargetContext::RefreshPin() {
-  if (!pinned_.IsValid()) {
+  if (!pinned_.IsValid() || implicit_) {
     Pin(ExcelWindow::ResolveForInvocation(application_.Get(), nullptr));
+    implicit_ = true;
   } else if (RefreshIfDocumentSwapped(pinned_, application_.Get(), true)) {
     Pin(std::move(pinned_));
+  } else {
+    // The workbook may have been saved under another name.
+    ReadWorkbookNames();
   }
   return pinned_.workbook != nullptr;
+}
+
+void TargetContext::DropImplicitPin() {
+  if (implicit_) Pin({});
 }
 
 const std::wstring& TargetContext::WorkbookKey() const {
@@ -32,10 +51,10 @@ ComPtr<IDispatch> TargetContext::GetTargetWindowDrv() const {
   return GetDispProperty(application_.Get(), L"ActiveWindow");
 }
 
-ComPtr<IDispatch> TargetContext::ActiveSheetOr(const wchar_t* degradedLine) const {
-  if (pinned_.IsValid()) return GetDispProperty(pinned_.window.Get(), L"ActiveSheet");
+ComPtr<IDispatch> TargetContext::ActiveSheetOr(const wchar_t* degradedLine, HostAnswer* answer) const {
+  if (pinned_.IsValid()) return GetDispProperty(pinned_.window.Get(), L"ActiveSheet", answer);
   PaneLog(degradedLine);
-  return GetDispProperty(application_.Get(), L"ActiveSheet");
+  return GetDispProperty(application_.Get(), L"ActiveSheet", answer);
 }
 
 ComPtr<IDispatch> TargetContext::GetTargetActiveSheetDrv() const {
@@ -46,12 +65,12 @@ ComPtr<IDispatch> TargetContext::GetTargetSelectionDrv() const {
   return GetDispProperty(GetTargetWindowDrv().Get(), L"Selection");
 }
 
-ComPtr<IDispatch> TargetContext::DegradingActiveSheet() const {
-  return ActiveSheetOr(L"GetActiveSheetDispatch: degraded App.ActiveSheet (no pinned window)\r\n");
+ComPtr<IDispatch> TargetContext::DegradingActiveSheet(HostAnswer* answer) const {
+  return ActiveSheetOr(L"GetActiveSheetDispatch: degraded App.ActiveSheet (no pinned window)\r\n", answer);
 }
 
-ComPtr<IDispatch> TargetContext::GetActiveSheetDispatch() const {
-  ComPtr<IDispatch> sheet = DegradingActiveSheet();
+ComPtr<IDispatch> TargetContext::GetActiveSheetDispatch(HostAnswer* answer) const {
+  ComPtr<IDispatch> sheet = DegradingActiveSheet(answer);
   PaneLog(sheet != nullptr ? L"GetActiveSheetDispatch: OK\r\n"
                            : L"GetActiveSheetDispatch: no active sheet\r\n");
   return sheet;
@@ -61,17 +80,25 @@ std::wstring TargetContext::GetActiveSheetName() const {
   return GetStringProperty(DegradingActiveSheet().Get(), L"Name");
 }
 
-ComPtr<IDispatch> TargetContext::WorkbookOr(const wchar_t* degradedLine) const {
+ComPtr<IDispatch> TargetContext::WorkbookOr(const wchar_t* degradedLine, HostAnswer* answer) const {
   if (pinned_.workbook != nullptr) return pinned_.workbook;
   PaneLog(degradedLine);
-  return GetDispProperty(application_.Get(), L"ActiveWorkbook");
+  return GetDispProperty(application_.Get(), L"ActiveWorkbook", answer);
 }
 
-ComPtr<IDispatch> TargetContext::GetActiveWorkbookSheets() const {
+ComPtr<IDispatch> TargetContext::GetActiveWorkbookSheets(HostAnswer* answer) const {
+  HostAnswer first;
   const ComPtr<IDispatch> workbook =
-      WorkbookOr(L"GetActiveWorkbookSheets: degraded ActiveWorkbook (no pinned workbook)\r\n");
-  ComPtr<IDispatch> sheets = GetDispProperty(workbook.Get(), L"Worksheets");
-  return sheets != nullptr ? sheets : GetDispProperty(workbook.Get(), L"Sheets");
+      WorkbookOr(L"GetActiveWorkbookSheets: degraded ActiveWorkbook (no pinned workbook)\r\n", &first);
+  HostAnswer last = first;
+  ComPtr<IDispatch> sheets;
+  if (workbook != nullptr) {
+    sheets = GetDispProperty(workbook.Get(), L"Worksheets", &first);
+    last = first;
+    if (sheets == nullptr) sheets = GetDispProperty(workbook.Get(), L"Sheets", &last);
+  }
+  if (answer != nullptr) *answer = sheets == nullptr && first.IsBusy() ? first : last;
+  return sheets;
 }
 
 ComPtr<IDispatch> TargetContext::GetActiveWorkbookWorksheets() const {

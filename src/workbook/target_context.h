@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "foundation/variant.h"
+#include "workbook/automation.h"
 #include "workbook/excel_window.h"
 
 namespace qv {
@@ -22,9 +23,14 @@ class TargetContext {
   void Pin(ExcelWindow target);
   [[nodiscard]] const ExcelWindow& Pinned() const { return pinned_; }
 
-  /// Re-validates the pin (see RefreshIfDocumentSwapped); a pane without a pin gets the active window pinned.
-  /// True when a workbook is bound afterwards.
+  /// Re-validates the pin (see RefreshIfDocumentSwapped) and its workbook's names. A pane without a pin gets
+  /// the window that is active now, until `DropImplicitPin` or the next call. True when a workbook is bound
+  /// afterwards.
   [[nodiscard]] bool RefreshPin();
+
+  /// Unpins what `RefreshPin` chose by itself, so that the pane follows the active window again; a target
+  /// that was given to `Pin` stays.
+  void DropImplicitPin();
 
   /// Full name of the pinned workbook, else its plain name, else empty.
   [[nodiscard]] const std::wstring& WorkbookKey() const;
@@ -32,11 +38,13 @@ class TargetContext {
   [[nodiscard]] ComPtr<IDispatch> GetTargetWindowDrv() const;
   [[nodiscard]] ComPtr<IDispatch> GetTargetActiveSheetDrv() const;
   [[nodiscard]] ComPtr<IDispatch> GetTargetSelectionDrv() const;
-  [[nodiscard]] ComPtr<IDispatch> GetActiveSheetDispatch() const;
+  /// `answer` as of `GetDispProperty`.
+  [[nodiscard]] ComPtr<IDispatch> GetActiveSheetDispatch(HostAnswer* answer = nullptr) const;
   /// Name of the sheet that `GetActiveSheetDispatch` gives; empty when there is none.
   [[nodiscard]] std::wstring GetActiveSheetName() const;
-  /// "Worksheets", else "Sheets", of the pinned or active workbook.
-  [[nodiscard]] ComPtr<IDispatch> GetActiveWorkbookSheets() const;
+  /// "Worksheets", else "Sheets", of the pinned or active workbook. `answer` (may be null) receives a busy
+  /// answer of any of the calls, else the last one.
+  [[nodiscard]] ComPtr<IDispatch> GetActiveWorkbookSheets(HostAnswer* answer = nullptr) const;
   /// "Worksheets" of the pinned or active workbook.
   [[nodiscard]] ComPtr<IDispatch> GetActiveWorkbookWorksheets() const;
 
@@ -45,13 +53,18 @@ class TargetContext {
 
  private:
   /// The pinned window's active sheet; without a pin logs the line and takes the Application's.
-  [[nodiscard]] ComPtr<IDispatch> ActiveSheetOr(const wchar_t* degradedLine) const;
-  [[nodiscard]] ComPtr<IDispatch> DegradingActiveSheet() const;
+  [[nodiscard]] ComPtr<IDispatch> ActiveSheetOr(const wchar_t* degradedLine,
+                                                HostAnswer* answer = nullptr) const;
+  [[nodiscard]] ComPtr<IDispatch> DegradingActiveSheet(HostAnswer* answer = nullptr) const;
   /// The pinned workbook; without one logs the line and takes the active one.
-  [[nodiscard]] ComPtr<IDispatch> WorkbookOr(const wchar_t* degradedLine) const;
+  [[nodiscard]] ComPtr<IDispatch> WorkbookOr(const wchar_t* degradedLine, HostAnswer* answer = nullptr) const;
+  /// Takes over the workbook's names as they are now; a name that cannot be read stays.
+  void ReadWorkbookNames();
 
   ComPtr<IDispatch> application_;
   ExcelWindow pinned_;
+  /// `RefreshPin` chose the pinned window, not the user.
+  bool implicit_ = false;
   std::wstring fullName_;
   std::wstring plainName_;
 };

@@ -29,10 +29,8 @@ void UnitList::AddText(std::int32_t row, std::int32_t col, std::wstring_view raw
   CellUnit& unit = units_.emplace_back();
   unit.row = row;
   unit.col = col;
-  unit.unitId = UnitIdOf(row, col);
   unit.sourceText = *text;
-  unit.workText = *text;
-  unit.sheetName = sheetName_;
+  unit.sheet = sheet_;
 }
 
 void UnitList::Append(UnitList&& other) {

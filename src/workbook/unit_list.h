@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -16,7 +17,7 @@ namespace qv {
 class UnitList {
  public:
   UnitList(std::wstring sheetName, AlphabeticTest isAlphabetic)
-      : sheetName_(std::move(sheetName)), isAlphabetic_(isAlphabetic) {}
+      : sheet_(std::make_shared<const std::wstring>(std::move(sheetName))), isAlphabetic_(isAlphabetic) {}
 
   /// Makes room for that many units.
   void Reserve(std::size_t count) { units_.reserve(count); }
@@ -33,7 +34,7 @@ class UnitList {
   [[nodiscard]] std::vector<std::wstring> TakeWarnings() { return std::move(warnings_); }
 
  private:
-  std::wstring sheetName_;
+  std::shared_ptr<const std::wstring> sheet_;
   AlphabeticTest isAlphabetic_;
   std::vector<CellUnit> units_;
   std::vector<std::wstring> warnings_;

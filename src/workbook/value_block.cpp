@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <span>
+#include <utility>
 
 namespace qv {
 namespace {
@@ -22,35 +23,54 @@ std::optional<ValueBlock> ValueBlock::Of(const Variant& answer) {
                        SUCCEEDED(SafeArrayGetUBound(array, 1, &block.rowLimit_)) &&
                        SUCCEEDED(SafeArrayGetLBound(array, 2, &block.colBase_)) &&
                        SUCCEEDED(SafeArrayGetUBound(array, 2, &block.colLimit_));
-  return bounded ? std::optional(block) : std::nullopt;
+  if (!bounded) return std::nullopt;
+  if (block.elementType_ == VT_VARIANT) {
+    void* data = nullptr;
+    if (FAILED(SafeArrayAccessData(array, &data))) return std::nullopt;
+    block.elements_ = static_cast<const VARIANT*>(data);
+  }
+  return block;
 }
 
-bool ValueBlock::Read(std::int32_t row, std::int32_t col, Variant& element) const {
+ValueBlock::ValueBlock(ValueBlock&& other) noexcept
+    : array_(other.array_),
+      elementType_(other.elementType_),
+      elements_(std::exchange(other.elements_, nullptr)),
+      rowBase_(other.rowBase_),
+      rowLimit_(other.rowLimit_),
+      colBase_(other.colBase_),
+      colLimit_(other.colLimit_) {}
+
+ValueBlock::~ValueBlock() {
+  if (elements_ != nullptr) static_cast<void>(SafeArrayUnaccessData(array_));
+}
+
+const VARIANT* ValueBlock::Read(std::int32_t row, std::int32_t col, Variant& held) const {
   LONG indexes[] = {rowBase_ + row - 1, colBase_ + col - 1};
-  if (indexes[0] > rowLimit_ || indexes[1] > colLimit_) return false;
-  VARIANT* const out = element.Put();
-  if (elementType_ == VT_VARIANT) return SUCCEEDED(SafeArrayGetElement(array_, indexes, out));
+  if (indexes[0] > rowLimit_ || indexes[1] > colLimit_) return nullptr;
+  if (elements_ != nullptr) {
+    const std::int64_t rows = std::int64_t{rowLimit_} - rowBase_ + 1;
+    return elements_ + (col - 1) * rows + (row - 1);
+  }
+  VARIANT* const out = held.Put();
   // A plain array of texts or booleans; the types too wide for a VARIANT's value field never occur in cells.
-  if (SafeArrayGetElemsize(array_) > sizeof(out->llVal)) return false;
-  if (FAILED(SafeArrayGetElement(array_, indexes, &out->llVal))) return false;
+  if (SafeArrayGetElemsize(array_) > sizeof(out->llVal)) return nullptr;
+  if (FAILED(SafeArrayGetElement(array_, indexes, &out->llVal))) return nullptr;
   out->vt = elementType_;
-  return true;
+  return out;
 }
 
 bool ValueBlock::IsTrueAt(std::int32_t row, std::int32_t col) const {
-  Variant element;
-  return Read(row, col, element) && element.IsTrue();
+  Variant held;
+  const VARIANT* const element = Read(row, col, held);
+  return element != nullptr && element->vt == VT_BOOL && element->boolVal != VARIANT_FALSE;
 }
 
 std::size_t ValueBlock::CountTexts() const {
   const std::size_t size = static_cast<std::size_t>(std::max(0L, rowLimit_ - rowBase_ + 1)) *
                            static_cast<std::size_t>(std::max(0L, colLimit_ - colBase_ + 1));
   if (elementType_ != VT_VARIANT) return elementType_ == VT_BSTR ? size : 0;
-  void* data = nullptr;
-  if (FAILED(SafeArrayAccessData(array_, &data))) return 0;
-  const std::span elements(static_cast<const VARIANT*>(data), size);
-  const auto count = std::ranges::count(elements, VT_BSTR, &VARIANT::vt);
-  static_cast<void>(SafeArrayUnaccessData(array_));
+  const auto count = std::ranges::count(std::span(elements_, size), VT_BSTR, &VARIANT::vt);
   return static_cast<std::size_t>(count);
 }
 

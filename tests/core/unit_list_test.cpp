@@ -20,7 +20,7 @@ UnitList NewList() {
 std::vector<std::wstring> Ids(UnitList& list) {
   std::vector<std::wstring> ids;
   for (const CellUnit& unit : list.TakeUnits())
-    ids.push_back(unit.unitId);
+    ids.push_back(unit.UnitId());
   return ids;
 }
 
@@ -32,10 +32,10 @@ TEST(UnitList, FillsEveryFieldOfACellUnit) {
   ASSERT_EQ(units.size(), 1U);
   EXPECT_EQ(units[0].row, 3);
   EXPECT_EQ(units[0].col, 2);
-  EXPECT_EQ(units[0].unitId, L"R3C2");
+  EXPECT_EQ(units[0].UnitId(), L"R3C2");
   EXPECT_EQ(units[0].sourceText, L"Hello");
-  EXPECT_EQ(units[0].workText, L"Hello");
-  EXPECT_EQ(units[0].sheetName, L"Data");
+  EXPECT_EQ(units[0].WorkText(), L"Hello");
+  EXPECT_EQ(units[0].SheetName(), L"Data");
   EXPECT_EQ(units[0].kind, UnitKind::kCell);
   EXPECT_TRUE(units[0].translation.empty());
   EXPECT_FALSE(units[0].written);

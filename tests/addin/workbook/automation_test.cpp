@@ -10,6 +10,8 @@ namespace qv::test {
 namespace {
 
 using devhost::memory::ItemForm;
+using devhost::memory::kHostBusy;
+using devhost::memory::kOnPut;
 using devhost::memory::MemberFault;
 
 class Automation : public WorkbookTest {};
@@ -68,6 +70,26 @@ TEST_F(Automation, ItemsAreFoundInWhicheverFormTheHostOffersThem) {
   }
 }
 
+TEST_F(Automation, AnItemThatIsMissingIsToldFromOneThatABusyHostRefuses) {
+  const ComPtr<IDispatch> sheets =
+      GetDispProperty(GetDispProperty(engine.Application(), L"ActiveWorkbook").Get(), L"Worksheets");
+  HostAnswer answer;
+  EXPECT_EQ(GetCollectionItem(sheets.Get(), L"Nowhere", &answer), nullptr);
+  EXPECT_FALSE(answer.Ok());
+  EXPECT_FALSE(answer.IsBusy());
+  // The property by name is refused, or only the default member after it.
+  for (const long after : {0L, 1L}) {
+    engine.Faults().Fail(
+        {.member = "Worksheets.*", .error = {DISP_E_EXCEPTION, kHostBusy}, .times = 1, .after = after});
+    EXPECT_EQ(GetCollectionItem(sheets.Get(), L"Nowhere", &answer), nullptr);
+    EXPECT_TRUE(answer.IsBusy()) << after;
+    EXPECT_EQ(answer.exceptionCode, kHostBusy) << after;
+    engine.Faults().Clear();
+  }
+  EXPECT_NE(GetCollectionItem(sheets.Get(), L"Data", &answer), nullptr);
+  EXPECT_TRUE(answer.Ok());
+}
+
 /// Remembers how each put arrived and fails those by reference.
 class PutRecorder final : public ComObject<IDispatch> {
  public:
@@ -123,6 +145,67 @@ TEST_F(Automation, AlertsOfAHostThatHidesThemAreLeftAlone) {
   engine.Faults().Fail({.member = "Application.DisplayAlerts", .on = devhost::memory::kOnGet});
   const DisplayAlertsGuard guard(engine.Application());
   EXPECT_TRUE(engine.Host().displayAlerts);
+}
+
+/// The next puts of a switch are refused by a busy host.
+void RefusePuts(devhost::MemoryEngine& engine, const char* member, long times) {
+  engine.Faults().Fail(
+      {.member = member, .error = {DISP_E_EXCEPTION, kHostBusy}, .times = times, .on = kOnPut});
+}
+
+TEST_F(Automation, AlertsThatABusyHostKeepsOffAreOwedTheirFormerValue) {
+  const auto endBusy = [this] {
+    const DisplayAlertsGuard guard(engine.Application());
+    RefusePuts(engine, "Application.DisplayAlerts", 1);
+  };
+  endBusy();
+  EXPECT_FALSE(engine.Host().displayAlerts);
+  endBusy();
+  EXPECT_FALSE(engine.Host().displayAlerts) << "owed a second time";
+  {
+    // Its own former value is the "off" of the guard around it, which takes the debt over.
+    const DisplayAlertsGuard outer(engine.Application());
+    { const DisplayAlertsGuard inner(engine.Application()); }
+    EXPECT_FALSE(engine.Host().displayAlerts);
+  }
+  EXPECT_TRUE(engine.Host().displayAlerts);
+  EXPECT_TRUE(RestoreOwedHostState(engine.Application()));
+}
+
+TEST_F(Automation, WhatIsOwedIsPutBackOnceTheHostTakesIt) {
+  {
+    const DisplayAlertsGuard alertsOff(engine.Application());
+    const ScreenUpdatingGuard screenOff(engine.Application());
+    EXPECT_FALSE(engine.Host().screenUpdating);
+    RefusePuts(engine, "Application.*", 3);
+  }
+  EXPECT_FALSE(RestoreOwedHostState(engine.Application())) << "the alerts are refused once more";
+  EXPECT_FALSE(engine.Host().displayAlerts);
+  EXPECT_TRUE(engine.Host().screenUpdating);
+  EXPECT_TRUE(RestoreOwedHostState(engine.Application()));
+  EXPECT_TRUE(engine.Host().displayAlerts);
+
+  engine.Host().displayAlerts = false;
+  EXPECT_TRUE(RestoreOwedHostState(engine.Application()));
+  EXPECT_FALSE(engine.Host().displayAlerts) << "paid once only";
+  engine.Host().displayAlerts = true;
+}
+
+TEST_F(Automation, AScreenThatCouldNotBeSwitchedOnIsOwed) {
+  {
+    const ScreenUpdatingGuard screenOff(engine.Application());
+    RefusePuts(engine, "Application.ScreenUpdating", 2);
+  }
+  // A guard whose own "off" is refused still ends the one before.
+  { const ScreenUpdatingGuard next(engine.Application()); }
+  EXPECT_TRUE(engine.Host().screenUpdating);
+
+  EXPECT_TRUE(SetScreenUpdating(engine.Application(), false));
+  RefusePuts(engine, "Application.ScreenUpdating", 1);
+  RestoreScreenUpdating(engine.Application());
+  EXPECT_FALSE(engine.Host().screenUpdating);
+  EXPECT_TRUE(RestoreOwedHostState(engine.Application()));
+  EXPECT_TRUE(engine.Host().screenUpdating);
 }
 
 TEST_F(Automation, ScreenUpdatingIsSwitched) {

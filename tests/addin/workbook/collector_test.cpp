@@ -66,7 +66,7 @@ TEST_F(Collecting, TakesTextsAndBooleansOnlyRowByRow) {
   EXPECT_EQ(Units(), (Texts{L"C3=first", L"E3=two", L"C4=TRUE", L"E4=\u4E2D\u6587", L"B5=last"}));
   EXPECT_EQ(result.cells, 12);
   EXPECT_EQ(result.sheetName, L"Sheet1");
-  EXPECT_EQ(result.units[0].sheetName, L"Sheet1");
+  EXPECT_EQ(result.units[0].SheetName(), L"Sheet1");
   for (const wchar_t* line :
        {L"Excel CollectUsedRangeCells sheet=Sheet1\r\n", L"Excel CollectCellsFromDispatchValue2\r\n",
         L"Excel Value2 dispatch batch rows=3 cols=4 r0=3 c0=2\r\n", L"Excel Value2 dispatch cells=5\r\n"})
@@ -195,6 +195,68 @@ TEST_F(Collecting, ABusyHostEndsTheCollectionInsteadOfLosingCells) {
   EXPECT_FALSE(CollectSheet());
   EXPECT_EQ(result.error, L"无法读取区域");
   EXPECT_TRUE(result.units.empty());
+}
+
+TEST_F(Collecting, ABusyHostIsNoticedInEveryReadOfACell) {
+  SetText("A1", L"title");
+  SetText("A2", L"below");
+  engine.Merge(L"Sheet1", "A1:B1");
+  engine.Host().typedRange = false;
+  for (const char* member : {"Range.HasFormula", "Range.MergeCells", "Range.MergeArea"}) {
+    engine.Faults().failBulkGets = 1;
+    engine.Faults().Fail({.member = member, .error = {DISP_E_EXCEPTION, kHostBusy}});
+    EXPECT_FALSE(CollectSheet()) << member;
+    EXPECT_EQ(result.error, L"无法读取区域") << member;
+    engine.Faults().Clear();
+  }
+}
+
+TEST_F(Collecting, ARangeOfWhichNoCellCanBeReadIsAFailure) {
+  FillBlock(2, 2);
+  for (const bool typed : {true, false}) {
+    engine.Host().typedRange = typed;
+    engine.Faults().Fail({.member = "Range.Value2"});
+    EXPECT_FALSE(CollectSheet());
+    EXPECT_EQ(result.error, L"无法读取已用区域");
+    EXPECT_FALSE(CollectSelection("A1:B2"));
+    EXPECT_EQ(result.error, L"无法读取选区");
+    engine.Faults().Clear();
+  }
+}
+
+TEST_F(Collecting, ASheetWithoutAReadableNameIsNotCollected) {
+  SetText("A1", L"text");
+  engine.Faults().Fail({.member = "Worksheet.Name"});
+  EXPECT_FALSE(CollectSheet());
+  EXPECT_EQ(result.error, L"无法读取已用区域");
+  EXPECT_FALSE(CollectSelection("A1"));
+  EXPECT_EQ(result.error, L"无法读取选区");
+}
+
+TEST_F(Collecting, AScanThatNobodyWantsAnyMoreIsGivenUp) {
+  FillBlock(6, 1);
+  int asked = 0;
+  const auto collect = [&](int wantedTimes, const std::string& address) {
+    asked = 0;
+    engine.Select(L"Sheet1", address);
+    return Collector(target, panel, pane, [&, wantedTimes] { return ++asked <= wantedTimes; })
+        .CollectSelectionCells(0, result);
+  };
+  EXPECT_TRUE(collect(100, "A1:A6"));
+  EXPECT_FALSE(collect(3, "A1:A6"));
+  EXPECT_LE(asked, 5) << "and no other way is tried";
+  EXPECT_TRUE(result.units.empty());
+  EXPECT_EQ(result.error, L"");
+  engine.ResetCounters();
+  EXPECT_FALSE(collect(0, "A1,A3"));
+  EXPECT_EQ(engine.Calls("Range.Value2"), 0U);
+}
+
+TEST_F(Collecting, ATooLongCellInTwoAreasIsWarnedAboutOnce) {
+  SetText("A1", std::wstring(20001, L'a'));
+  SetText("B1", std::wstring(20001, L'a'));
+  ASSERT_TRUE(CollectSelection("A1:B1,A1:A2"));
+  EXPECT_EQ(result.warnings.size(), 2U);
 }
 
 TEST_F(Collecting, FailuresHaveTheirTexts) {

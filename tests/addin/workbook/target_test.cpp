@@ -121,10 +121,46 @@ TEST_F(Target, AnotherDocumentInTheSameWindowIsFollowed) {
   EXPECT_FALSE(RefreshIfDocumentSwapped(pinned, engine.Application(), true));
 }
 
-TEST_F(Target, APaneWithoutAPinGetsTheActiveWindow) {
+TEST_F(Target, APaneWhoseWindowsAreAllClosedIsLeftWithoutATarget) {
+  Pin();
+  engine.CloseWindow(book->windows[0]);
+  const TraceTail trace;
+  EXPECT_FALSE(target.RefreshPin());
+  EXPECT_FALSE(target.Pinned().IsValid());
+  EXPECT_EQ(target.WorkbookKey(), L"");
+  EXPECT_TRUE(trace.Has(L"pinned window dead, rebound from \"Book.xlsx\" to \"\"\r\n"));
+}
+
+TEST_F(Target, ASaveUnderAnotherNameChangesTheKey) {
+  Pin();
+  book->path = L"D:\\Moved";
+  EXPECT_TRUE(target.RefreshPin());
+  EXPECT_EQ(target.WorkbookKey(), L"D:\\Moved\\Book.xlsx");
+  engine.Faults().Fail({.member = "Workbook.*", .error = {DISP_E_EXCEPTION, kHostBusy}});
+  EXPECT_TRUE(target.RefreshPin());
+  EXPECT_EQ(target.WorkbookKey(), L"D:\\Moved\\Book.xlsx") << "a busy host does not cost the names";
+}
+
+TEST_F(Target, APaneWithoutAPinKeepsTheActiveWindowForOneRunOnly) {
   EXPECT_TRUE(target.RefreshPin());
   EXPECT_EQ(target.Pinned().workbookName, L"Book.xlsx");
   EXPECT_EQ(target.Pinned().hwnd, book->windows[0]->hwnd);
+  const auto other = engine.AddWorkbook(L"Other.xlsx", L"C:\\Books", {L"Elsewhere"});
+  EXPECT_EQ(target.GetActiveSheetName(), L"Sheet1") << "the run goes on where it began";
+  EXPECT_TRUE(target.RefreshPin());
+  EXPECT_EQ(target.Pinned().workbookName, L"Other.xlsx") << "the next run begins where the user is";
+  target.DropImplicitPin();
+  EXPECT_FALSE(target.Pinned().IsValid());
+  EXPECT_EQ(target.WorkbookKey(), L"");
+  engine.ActivateWindow(book->windows[0]);
+  EXPECT_EQ(target.GetActiveSheetName(), L"Sheet1");
+
+  EXPECT_TRUE(target.RefreshPin());
+  Pin();
+  engine.ActivateWindow(other->windows[0]);
+  target.DropImplicitPin();
+  EXPECT_TRUE(target.RefreshPin());
+  EXPECT_EQ(target.Pinned().workbookName, L"Book.xlsx") << "what was pinned on purpose stays";
 }
 
 TEST_F(Target, SheetsBelongToTheWorkbookWhoseNameTheyShare) {
