@@ -44,23 +44,6 @@ ComPtr<IDispatch> FontOfPiece(IDispatch* cell, std::int32_t start, std::int32_t 
 
 }  // namespace
 
-std::optional<double> GetNumberProperty(IDispatch* object, std::wstring_view name) {
-  Variant value;
-  if (FAILED(GetProperty(object, name, value))) return std::nullopt;
-  switch (value.Type()) {
-    case VT_R8:
-      return value->dblVal;
-    case VT_R4:
-      return value->fltVal;
-    case VT_I2:
-    case VT_I4:
-    case VT_INT:
-      return IntegerOf(value);
-    default:
-      return std::nullopt;
-  }
-}
-
 BaselineFont CaptureBaselineFont(IDispatch* cell, std::int32_t row, std::int32_t col) {
   PaneLog(Concat(L"CellStyleBaseline capture row=", row, L" col=", col, L"\r\n"));
   const ComPtr<IDispatch> font = GetDispProperty(cell, L"Font");
@@ -68,17 +51,13 @@ BaselineFont CaptureBaselineFont(IDispatch* cell, std::int32_t row, std::int32_t
   Variant name;
   if (SUCCEEDED(GetProperty(font.Get(), L"Name", name)) && name.IsText()) baseline.name = name.Text();
   baseline.size = GetNumberProperty(font.Get(), L"Size");
-  Variant bold;
-  if (SUCCEEDED(GetProperty(font.Get(), L"Bold", bold)) && bold.Type() == VT_BOOL) {
-    baseline.bold = bold.IsTrue();
-  }
+  baseline.bold = GetFlagProperty(font.Get(), L"Bold");
   baseline.color = CaptureColor(font.Get(), row, col);
   return baseline;
 }
 
 ComPtr<IDispatch> MergeAreaOf(IDispatch* cell) {
-  Variant merged;
-  if (FAILED(GetProperty(cell, L"MergeCells", merged)) || !merged.IsTrue()) return nullptr;
+  if (!GetFlagProperty(cell, L"MergeCells").value_or(false)) return nullptr;
   return GetDispProperty(cell, L"MergeArea");
 }
 

@@ -15,9 +15,6 @@ namespace qv {
 
 // How cells look before and after write-back. Failures are logged and never fail a write. Host UI thread.
 
-/// A number property of any numeric type; absent when it cannot be read or is mixed.
-[[nodiscard]] std::optional<double> GetNumberProperty(IDispatch* object, std::wstring_view name);
-
 /// Reads the cell's font for a later restore (logged). `row` and `col` are 1-based.
 [[nodiscard]] BaselineFont CaptureBaselineFont(IDispatch* cell, std::int32_t row, std::int32_t col);
 

@@ -7,13 +7,10 @@
 #include "foundation/variant.h"
 #include "workbook/automation.h"
 #include "workbook/cell_text.h"
-#include "workbook/host_state.h"
 #include "workbook/platform_letters.h"
 
 namespace qv {
 namespace {
-
-constexpr std::wstring_view kIdPrefix = L"ChartTitle:";
 
 /// "ChartObjects" is a method in Excel; other hosts offer it as a property.
 ComPtr<IDispatch> ChartObjectsOf(IDispatch* sheet) {
@@ -29,13 +26,8 @@ ComPtr<IDispatch> ChartObjectsOf(IDispatch* sheet) {
 ComPtr<IDispatch> TitleOf(IDispatch* charts, std::int32_t index) {
   const ComPtr<IDispatch> object = GetCollectionItem(charts, Variant(index));
   const ComPtr<IDispatch> chart = GetDispProperty(object.Get(), L"Chart");
-  Variant hasTitle;
-  if (FAILED(GetProperty(chart.Get(), L"HasTitle", hasTitle)) || !hasTitle.IsTrue()) return nullptr;
+  if (!GetFlagProperty(chart.Get(), L"HasTitle").value_or(false)) return nullptr;
   return GetDispProperty(chart.Get(), L"ChartTitle");
-}
-
-std::int32_t IndexOf(const CellUnit& unit) {
-  return static_cast<std::int32_t>(std::wcstol(unit.unitId.c_str() + kIdPrefix.size(), nullptr, 10));
 }
 
 std::optional<CellUnit> UnitOf(IDispatch* title, std::int32_t index, std::wstring_view sheetName) {
@@ -43,11 +35,10 @@ std::optional<CellUnit> UnitOf(IDispatch* title, std::int32_t index, std::wstrin
   const std::wstring_view text = TrimRight(raw);
   if (text.size() > kMaxCellTextLength || IsUntranslatable(text, &IsPlatformLetter)) return std::nullopt;
   CellUnit unit;
-  unit.unitId = Concat(kIdPrefix, index);
+  unit.chart = index;
   unit.sourceText = text;
-  unit.workText = text;
   unit.kind = UnitKind::kChartTitle;
-  unit.sheetName = sheetName;
+  unit.sheet = std::make_shared<const std::wstring>(sheetName);
   return unit;
 }
 
@@ -66,10 +57,9 @@ std::vector<CellUnit> CollectChartTitles(IDispatch* sheet, std::wstring_view she
 }
 
 CellWriteResult WriteChartTitle(const TargetContext& target, const CellUnit& unit, std::wstring_view text) {
-  const DisplayAlertsGuard alertsOff(target.Application());
-  const ComPtr<IDispatch> sheet = ResolveSheet(target, unit.sheetName);
+  const ComPtr<IDispatch> sheet = ResolveSheet(target, unit.SheetName());
   const ComPtr<IDispatch> charts = ChartObjectsOf(sheet.Get());
-  const ComPtr<IDispatch> title = TitleOf(charts.Get(), IndexOf(unit));
+  const ComPtr<IDispatch> title = TitleOf(charts.Get(), unit.chart);
   CellWriteResult result;
   if (title == nullptr) {
     // A busy host answers nothing at all; a chart that is gone leaves everything else in place.
@@ -77,6 +67,9 @@ CellWriteResult WriteChartTitle(const TargetContext& target, const CellUnit& uni
     result.hr = GetProperty(target.Application(), L"ActiveWorkbook", ignored, &result.exceptionCode);
     return result.IsBusy() ? result : CellWriteResult{E_FAIL, 0};
   }
+  // Charts may have been deleted or added since: the number then names another one.
+  const std::wstring shown = GetStringProperty(title.Get(), L"Text");
+  if (TrimRight(shown) != unit.sourceText && !unit.written) return {E_FAIL, 0};
   const Variant value(text);
   result.hr = PutDispProperty(title.Get(), L"Text", &value, &result.exceptionCode);
   return result;

@@ -15,9 +15,7 @@ constexpr std::wstring_view kTranslatePath = L"/v1/translate";
 
 }  // namespace
 
-ServiceAnswer PostTranslateHttp(const ServiceAccess& access, std::wstring_view path, std::wstring_view body,
-                                const RunFlags& flags) {
-  if (!flags.Pass()) return {0, {}, std::wstring(kMessageCancelled)};
+ServiceAnswer PostTranslateHttp(const ServiceAccess& access, std::wstring_view path, std::wstring_view body) {
   HttpRequest request;
   request.endpoint = access.endpoint;
   request.path = path;
@@ -25,14 +23,18 @@ ServiceAnswer PostTranslateHttp(const ServiceAccess& access, std::wstring_view p
   request.headers = L"Content-Type: application/json\r\n";
   if (!access.token.empty()) request.headers += Concat(L"Authorization: Bearer ", access.token, L"\r\n");
   const HttpResponse response = SendHttp(request);
-  // A body that did not arrive whole says nothing.
-  return {response.status, response.ok ? FromUtf8(response.body) : std::wstring(), response.error};
+  // A body that did not arrive whole says nothing, and once there is a status it says more than the
+  // transport.
+  return {response.status, response.ok ? FromUtf8(response.body) : std::wstring(),
+          response.status == 0 ? response.error : std::wstring()};
 }
 
 TranslateResult HttpTransport::Send(const TranslateRequest& request) {
+  // Before the clock starts: a pause is no time of the service.
+  if (!flags_.Pass()) return TranslateResult::Cancelled();
   const ULONGLONG begin = GetTickCount64();
   const ServiceAnswer answer =
-      PostTranslateHttp(access_, kTranslatePath, BuildTranslateBody(request, access_.clientContext), flags_);
+      PostTranslateHttp(access_, kTranslatePath, BuildTranslateBody(request, access_.clientContext));
   const TranslateResult result = flags_.IsCancelled() ? TranslateResult::Cancelled()
                                                       : ParseTranslateResponse(answer, request.texts.size());
   const auto elapsed = static_cast<std::int64_t>(GetTickCount64() - begin);

@@ -18,12 +18,11 @@ struct ServiceAccess {
   std::wstring clientContext;
 };
 
-/// Posts a JSON body to a path of the service. Waits while the run is paused; a cancelled one fails with
-/// "Cancelled" before anything is sent. Worker thread.
+/// Posts a JSON body to a path of the service. Worker thread.
 [[nodiscard]] ServiceAnswer PostTranslateHttp(const ServiceAccess& access, std::wstring_view path,
-                                              std::wstring_view body, const RunFlags& flags);
+                                              std::wstring_view body);
 
-/// Sends batches straight to the service.
+/// Sends batches straight to the service. Waits while the run is paused; a cancelled run sends nothing more.
 class HttpTransport final : public Transport {
  public:
   /// `flags` outlives the transport.

@@ -25,10 +25,11 @@ TranslateResult PanelTransport::Exchange(const TranslateRequest& request, const 
   const std::shared_ptr<PendingRequest> waiting = pending_->Register(requestId, request.runId);
   if (waiting == nullptr) return TranslateResult::Failure(L"internal_error", L"CreateEvent failed");
   // The page is reached from the UI thread only; a closed queue means that there is no page any more.
-  const bool posted = pane_->Tasks().PostFunction(
-      [output = output_, json = TranslateBatchRequestMessage(requestId, request)] {
-        output->PostPanelJson(json);
-      });
+  const bool posted = pane_->Tasks().PostFunction([output = output_, pending = pending_, requestId,
+                                                   json = TranslateBatchRequestMessage(requestId, request)] {
+    // The run may have been cancelled while this waited, and the page been told so.
+    if (pending->Has(requestId)) output->PostPanelJson(json);
+  });
   // A cancel that came before the registration has not found this request.
   if (!posted || flags_.IsCancelled()) {
     pending_->Remove(requestId);

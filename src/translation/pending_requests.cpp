@@ -18,6 +18,11 @@ void PendingRequests::Remove(const std::wstring& requestId) {
   byId_.erase(requestId);
 }
 
+bool PendingRequests::Has(const std::wstring& requestId) {
+  const std::scoped_lock lock(mutex_);
+  return byId_.contains(requestId);
+}
+
 bool PendingRequests::Complete(const std::wstring& requestId, const TranslateResult& result) {
   const std::scoped_lock lock(mutex_);
   const auto entry = byId_.find(requestId);

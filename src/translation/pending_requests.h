@@ -30,6 +30,9 @@ class PendingRequests {
 
   void Remove(const std::wstring& requestId);
 
+  /// Whether somebody still waits for the answer.
+  [[nodiscard]] bool Has(const std::wstring& requestId);
+
   /// Gives the result to whoever waits; false for an unknown id.
   [[nodiscard]] bool Complete(const std::wstring& requestId, const TranslateResult& result);
 

@@ -18,7 +18,9 @@ struct Obstacle {
   bool cellLocked = false;
 };
 
-Obstacle FindObstacle(const TargetContext& target, IDispatch* sheet, const CellUnit& unit) {
+Obstacle FindObstacle(const TargetContext& target, const CellUnit& unit) {
+  const ComPtr<IDispatch> found = ResolveSheet(target, unit.SheetName());
+  IDispatch* const sheet = found.Get();
   Obstacle obstacle;
   obstacle.sheetProtected = IsSheetProtected(sheet);
   obstacle.readOnly = IsWorkbookReadOnly(target.Application());
@@ -35,29 +37,28 @@ const wchar_t* MessageFor(const Obstacle& obstacle) {
 }
 
 void LogRefusedWrite(const CellUnit& unit, const Obstacle& obstacle, bool bilingual) {
-  PaneLog(Concat(L"Excel PutCellValue failed sheet=", unit.sheetName, L" row=", unit.row, L" col=", unit.col,
-                 L" addr=", A1Address(unit.row, unit.col), L" protected=", obstacle.sheetProtected,
+  PaneLog(Concat(L"Excel PutCellValue failed sheet=", unit.SheetName(), L" row=", unit.row, L" col=",
+                 unit.col, L" addr=", A1Address(unit.row, unit.col), L" protected=", obstacle.sheetProtected,
                  L" locked=", obstacle.cellLocked, L" readonlyFlag=", obstacle.readOnly, L" bilingual=",
                  bilingual, L"\r\n"));
 }
 
 void LogSilentFailure(const CellUnit& unit, const CellWriteResult& result, const Obstacle& obstacle) {
-  PaneLog(Concat(L"Excel write failed hr=0x", Hex8(result.hr), L" sheet=", unit.sheetName, L" row=", unit.row,
-                 L" col=", unit.col, L" protected=", obstacle.sheetProtected, L" locked=",
+  PaneLog(Concat(L"Excel write failed hr=0x", Hex8(result.hr), L" sheet=", unit.SheetName(), L" row=",
+                 unit.row, L" col=", unit.col, L" protected=", obstacle.sheetProtected, L" locked=",
                  obstacle.cellLocked, L" (no protection toast)\r\n"));
 }
 
 void LogNotice(const CellUnit& unit, const CellWriteResult& result, const Obstacle& obstacle) {
-  PaneLog(Concat(L"NotifySheetProtectionBlocked hr=0x", Hex8(result.hr), L" sheet=", unit.sheetName,
+  PaneLog(Concat(L"NotifySheetProtectionBlocked hr=0x", Hex8(result.hr), L" sheet=", unit.SheetName(),
                  L" protected=", obstacle.sheetProtected, L" readonlyFlag=", obstacle.readOnly,
                  L" cellLocked=", obstacle.cellLocked, L" row=", unit.row, L" col=", unit.col, L"\r\n"));
 }
 
 }  // namespace
 
-void ProtectionNotice::OnWriteFailed(const CellUnit& unit, IDispatch* sheet, const CellWriteResult& result,
-                                     bool bilingual) {
-  const Obstacle obstacle = FindObstacle(target_, sheet, unit);
+void ProtectionNotice::OnWriteFailed(const CellUnit& unit, const CellWriteResult& result, bool bilingual) {
+  const Obstacle obstacle = FindObstacle(target_, unit);
   LogRefusedWrite(unit, obstacle, bilingual);
   if (given_) {
     LogSilentFailure(unit, result, obstacle);
@@ -71,7 +72,9 @@ void ProtectionNotice::OnWriteFailed(const CellUnit& unit, IDispatch* sheet, con
   output_.RunPanelScript(ToastScript(message, L"warn"));
 }
 
-void ProtectionNotice::OnWriteGivenUp(const CellUnit& unit, const CellWriteResult& result) {
+void ProtectionNotice::OnWriteGivenUp(const CellUnit& unit, const CellWriteResult& result, bool bilingual) {
+  // A busy host is not asked about protection either.
+  LogRefusedWrite(unit, {}, bilingual);
   LogSilentFailure(unit, result, {});
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <oaidl.h>
-
 #include "foundation/panel_output.h"
 #include "workbook/cell_access.h"
 #include "workbook/cell_unit.h"
@@ -15,10 +13,10 @@ class ProtectionNotice {
   /// Both outlive the notice.
   ProtectionNotice(const TargetContext& target, PanelOutput& output) : target_(target), output_(output) {}
 
-  void OnWriteFailed(const CellUnit& unit, IDispatch* sheet, const CellWriteResult& result, bool bilingual);
+  void OnWriteFailed(const CellUnit& unit, const CellWriteResult& result, bool bilingual);
 
   /// A write that was given up because the host stayed busy: logged, but nothing for the user to unlock.
-  void OnWriteGivenUp(const CellUnit& unit, const CellWriteResult& result);
+  void OnWriteGivenUp(const CellUnit& unit, const CellWriteResult& result, bool bilingual);
 
  private:
   const TargetContext& target_;

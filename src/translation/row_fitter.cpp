@@ -32,8 +32,8 @@ CellMetrics MetricsOf(IDispatch* cell) {
 }
 
 /// "sheet=Data row=3", as height lines begin.
-std::wstring Place(const CellUnit& unit) {
-  return Concat(L"sheet=", unit.sheetName, L" row=", unit.row);
+std::wstring Place(std::wstring_view sheetName, std::int32_t row) {
+  return Concat(L"sheet=", sheetName, L" row=", row);
 }
 
 }  // namespace
@@ -41,8 +41,7 @@ std::wstring Place(const CellUnit& unit) {
 void RowFitter::NoteFrozenRows() {
   const ComPtr<IDispatch> window = target_.GetTargetWindowDrv();
   const ComPtr<IDispatch> sheet = target_.GetActiveSheetDispatch();
-  Variant frozen;
-  if (FAILED(GetProperty(window.Get(), L"FreezePanes", frozen)) || !frozen.IsTrue()) return;
+  if (!GetFlagProperty(window.Get(), L"FreezePanes").value_or(false)) return;
   const std::int32_t lastFrozenRow = GetIntProperty(window.Get(), L"SplitRow");
   const std::wstring sheetName = GetStringProperty(sheet.Get(), L"Name");
   lastFrozenRows_.insert_or_assign(sheetName, lastFrozenRow);
@@ -52,55 +51,81 @@ void RowFitter::NoteFrozenRows() {
   }
 }
 
-bool RowFitter::IsFrozen(const CellUnit& unit) const {
-  const auto entry = lastFrozenRows_.find(unit.sheetName);
-  return entry != lastFrozenRows_.end() && unit.row <= entry->second;
+void RowFitter::BeginCell(const CellUnit& unit, IDispatch* cell) {
+  if (open_ && open_->row == unit.row && open_->sheetName == unit.SheetName()) return;
+  FinishRow();
+  OpenRow row{unit.SheetName(), unit.row, GetDispProperty(cell, L"EntireRow"), kDefaultRowHeight, {}};
+  if (row.range == nullptr) PaneLog(L"Excel bilingual EntireRow missing\r\n");
+  row.previous = GetNumberProperty(row.range.Get(), kRowHeight).value_or(kDefaultRowHeight);
+  open_ = std::move(row);
 }
 
-void RowFitter::Fit(const CellUnit& unit, IDispatch* cell, std::wstring_view text) {
-  if (IsFrozen(unit)) {
-    PaneLog(Concat(L"Excel bilingual keep frozen row height ", Place(unit), L"\r\n"));
-    return;
+void RowFitter::EndCell(IDispatch* cell, std::wstring_view text) {
+  if (open_) open_->cells.emplace_back(cell, text);
+}
+
+void RowFitter::FinishRow() {
+  if (!open_) return;
+  // The host may bring the next cell while it is being called.
+  const OpenRow row = *std::exchange(open_, std::nullopt);
+  // A hidden row has no height, and must not get one.
+  if (row.range == nullptr || row.cells.empty() || row.previous == 0.0) return;
+  if (IsFrozen(row)) {
+    KeepHeight(row);
+  } else {
+    Fit(row);
   }
-  const ComPtr<IDispatch> row = GetDispProperty(cell, L"EntireRow");
-  if (row == nullptr) {
-    PaneLog(L"Excel bilingual EntireRow missing\r\n");
-    return;
+}
+
+bool RowFitter::IsFrozen(const OpenRow& row) const {
+  const auto entry = lastFrozenRows_.find(row.sheetName);
+  return entry != lastFrozenRows_.end() && row.row <= entry->second;
+}
+
+void RowFitter::KeepHeight(const OpenRow& row) {
+  PaneLog(Concat(L"Excel bilingual keep frozen row height ", Place(row.sheetName, row.row), L"\r\n"));
+  const std::optional<double> height = GetNumberProperty(row.range.Get(), kRowHeight);
+  if (height && *height != row.previous && !PutRowHeight(row.range.Get(), row.previous)) {
+    PaneLog(L"Excel bilingual RowHeight set failed\r\n");
   }
-  const double previous = GetNumberProperty(row.Get(), kRowHeight).value_or(kDefaultRowHeight);
-  if (FAILED(InvokeByName(row.Get(), L"AutoFit", {}, nullptr))) {
+}
+
+void RowFitter::Fit(const OpenRow& row) {
+  if (FAILED(InvokeByName(row.range.Get(), L"AutoFit", {}, nullptr))) {
     PaneLog(L"Excel bilingual AutoFit failed, using estimate\r\n");
-    FitByEstimate(unit, cell, row.Get(), previous, text);
+    FitByEstimate(row);
     return;
   }
-  const double fitted = GetNumberProperty(row.Get(), kRowHeight).value_or(previous);
-  if (const std::optional<double> height = GrownRowHeight(previous, fitted)) {
-    Grow(unit, row.Get(), previous, *height);
-    PaneLog(Concat(L"Excel bilingual rowHeight autofit ", Place(unit), L" orig=", Fixed{previous, 1},
-                   L" fitted=", Fixed{fitted, 1}, L"\r\n"));
-  } else if (fitted != previous && !PutRowHeight(row.Get(), previous)) {
+  const std::optional<double> fitted = GetNumberProperty(row.range.Get(), kRowHeight);
+  const std::optional<double> height = fitted ? GrownRowHeight(row.previous, *fitted) : std::nullopt;
+  if (height) {
+    if (!Grow(row, *height)) return;
+    PaneLog(Concat(L"Excel bilingual rowHeight autofit ", Place(row.sheetName, row.row), L" orig=",
+                   Fixed{row.previous, 1}, L" fitted=", Fixed{*fitted, 1}, L"\r\n"));
+  } else if (fitted != row.previous && !PutRowHeight(row.range.Get(), row.previous)) {
     PaneLog(L"Excel bilingual RowHeight set failed\r\n");
   }
 }
 
-void RowFitter::FitByEstimate(const CellUnit& unit, IDispatch* cell, IDispatch* row, double previous,
-                              std::wstring_view text) {
-  const double current = GetNumberProperty(row, kRowHeight).value_or(previous);
-  const double needed = EstimateRowHeight(text, MetricsOf(cell));
-  const std::optional<double> height = GrownRowHeight(previous, std::max(current, needed));
-  if (!height) return;
-  Grow(unit, row, previous, *height);
-  PaneLog(Concat(L"Excel bilingual rowHeight ", Place(unit), L" orig=", Fixed{previous, 1}, L" cur=",
-                 Fixed{current, 1}, L" need=", Fixed{needed, 1}, L" set=", Fixed{*height, 1}, L"\r\n"));
+void RowFitter::FitByEstimate(const OpenRow& row) {
+  const double current = GetNumberProperty(row.range.Get(), kRowHeight).value_or(row.previous);
+  double needed = 0.0;
+  for (const auto& [cell, text] : row.cells)
+    needed = std::max(needed, EstimateRowHeight(text, MetricsOf(cell.Get())));
+  const std::optional<double> height = GrownRowHeight(row.previous, std::max(current, needed));
+  if (!height || !Grow(row, *height)) return;
+  PaneLog(Concat(L"Excel bilingual rowHeight ", Place(row.sheetName, row.row), L" orig=",
+                 Fixed{row.previous, 1}, L" cur=", Fixed{current, 1}, L" need=", Fixed{needed, 1}, L" set=",
+                 Fixed{*height, 1}, L"\r\n"));
 }
 
-void RowFitter::Grow(const CellUnit& unit, IDispatch* row, double previous, double height) {
-  if (!PutRowHeight(row, height)) {
-    PaneLog(L"Excel bilingual RowHeight set failed\r\n");
-    return;
-  }
-  // The first height is the user's own.
-  session_.previousRowHeights.try_emplace({unit.sheetName, unit.row}, previous);
+bool RowFitter::Grow(const OpenRow& row, double height) {
+  // The first height is the user's own; kept also when the put fails, for the fitting may have changed the
+  // row.
+  session_.previousRowHeights.try_emplace({row.sheetName, row.row}, row.previous);
+  if (PutRowHeight(row.range.Get(), height)) return true;
+  PaneLog(L"Excel bilingual RowHeight set failed\r\n");
+  return false;
 }
 
 }  // namespace qv

@@ -17,6 +17,8 @@ namespace {
 
 constexpr std::int32_t kSheetVisible = -1;
 
+constexpr const wchar_t* kUsedRangeUnreadable = L"无法读取已用区域";
+
 void Append(std::vector<CellUnit>& units, std::vector<CellUnit> more) {
   std::ranges::move(more, std::back_inserter(units));
 }
@@ -31,7 +33,7 @@ bool IsVisible(IDispatch* sheet) {
 std::size_t CountCharacters(const std::vector<CellUnit>& units) {
   std::size_t characters = 0;
   for (const CellUnit& unit : units)
-    characters += unit.workText.size();
+    characters += unit.WorkText().size();
   return characters;
 }
 
@@ -43,6 +45,8 @@ class WorkbookWalk {
 
   bool Visit(IDispatch* sheet) {
     const std::wstring name = GetStringProperty(sheet, L"Name");
+    // An empty name would mean the active sheet.
+    if (name.empty()) return Fail();
     CollectResult part;
     if (!collector_.CollectUsedRangeCells(name, runId_, part)) {
       all_.error = part.error;
@@ -63,6 +67,11 @@ class WorkbookWalk {
     return true;
   }
 
+  bool Fail() {
+    all_.error = kUsedRangeUnreadable;
+    return false;
+  }
+
  private:
   Collector& collector_;
   std::uint64_t runId_;
@@ -77,10 +86,12 @@ bool CollectAllSheets(Collector& collector, std::uint64_t runId, const TargetCon
   const ComPtr<IDispatch> sheets = target.GetActiveWorkbookWorksheets();
   const std::int32_t count = GetIntProperty(sheets.Get(), L"Count");
   WorkbookWalk walk(collector, runId, result);
+  // A workbook has a sheet; none means that the host does not answer now.
+  if (count < 1) return walk.Fail();
   for (std::int32_t i = 1; i <= count; ++i) {
     const ComPtr<IDispatch> sheet = GetCollectionItem(sheets.Get(), Variant(i));
-    if (sheet == nullptr || !IsVisible(sheet.Get())) continue;
-    if (!walk.Visit(sheet.Get())) return false;
+    if (sheet == nullptr) return walk.Fail();
+    if (IsVisible(sheet.Get()) && !walk.Visit(sheet.Get())) return false;
   }
   return true;
 }
@@ -88,6 +99,10 @@ bool CollectAllSheets(Collector& collector, std::uint64_t runId, const TargetCon
 bool CollectOneSheet(Collector& collector, std::uint64_t runId, const TargetContext& target,
                      CollectResult& result) {
   if (!collector.CollectUsedRangeCells(L"", runId, result)) return false;
+  if (result.sheetName.empty()) {
+    result.error = kUsedRangeUnreadable;
+    return false;
+  }
   const ComPtr<IDispatch> sheet = ResolveSheet(target, result.sheetName);
   std::vector<CellUnit> charts = CollectChartTitles(sheet.Get(), result.sheetName);
   PaneLog(Concat(L"Excel whole-sheet chart titles=", charts.size(), L"\r\n"));
@@ -98,8 +113,9 @@ bool CollectOneSheet(Collector& collector, std::uint64_t runId, const TargetCont
 }  // namespace
 
 bool CollectForRun(const StartRequest& start, std::uint64_t runId, const TargetContext& target,
-                   PanelOutput& output, PaneContext& pane, CollectResult& result) {
-  Collector collector(target, output, pane);
+                   PanelOutput& output, PaneContext& pane, const std::function<bool()>& stillWanted,
+                   CollectResult& result) {
+  Collector collector(target, output, pane, stillWanted);
   if (start.selection) return collector.CollectSelectionCells(runId, result);
   if (start.allSheets) return CollectAllSheets(collector, runId, target, result);
   return CollectOneSheet(collector, runId, target, result);

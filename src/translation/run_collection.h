@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "foundation/pane_context.h"
 #include "foundation/panel_output.h"
@@ -11,9 +12,10 @@
 namespace qv {
 
 /// Collects what a run translates: the selection, the active sheet with its chart titles, or all visible
-/// sheets in order with theirs. Reports scan progress to the page. False with `result.error` on failure. Host
-/// UI thread.
+/// sheets in order with theirs. Reports scan progress to the page. False with `result.error` on failure,
+/// without one when `stillWanted` says no. Host UI thread.
 [[nodiscard]] bool CollectForRun(const StartRequest& start, std::uint64_t runId, const TargetContext& target,
-                                 PanelOutput& output, PaneContext& pane, CollectResult& result);
+                                 PanelOutput& output, PaneContext& pane,
+                                 const std::function<bool()>& stillWanted, CollectResult& result);
 
 }  // namespace qv

@@ -22,6 +22,10 @@ namespace {
 /// A page that posts the same start twice within this time means one start.
 constexpr std::uint64_t kDuplicateStartMs = 2500;
 
+/// How long a busy host is left alone before it is asked again to take its settings back.
+constexpr UINT kRepayMs = 1000;
+constexpr int kMostRepays = 120;
+
 constexpr std::wstring_view kClientProduct = L"excel";
 
 std::wstring_view UsageKindOf(const StartRequest& start) {
@@ -57,8 +61,9 @@ void RunController::Start(std::wstring_view action, const std::wstring& message)
     return;
   }
   TraceStart(start, message);
+  const std::uint64_t serial = ++startSerial_;
   AbandonRun();
-  Begin(start);
+  Begin(start, serial);
 }
 
 bool RunController::IsDuplicate(const std::wstring& clientTraceId) {
@@ -80,17 +85,24 @@ void RunController::TraceStart(const StartRequest& start, const std::wstring& me
                                                                     tokens_.Transport().size()));
 }
 
-void RunController::Begin(const StartRequest& start) {
+void RunController::Begin(const StartRequest& start, std::uint64_t serial) {
+  // The host may run messages inside any call, and with them a newer start or the pane's end; what counts is
+  // asked of it first, and nothing is claimed until then.
+  if (IsOutdated(serial)) return;
   if (target_.Application() == nullptr) {
     return Refuse(L"app_not_connected", L"Excel Application not connected");
   }
+  if (start.restart) session_.Replace({}, {});
   // A window that was closed meanwhile must not make the sheet of the new one look missing.
   const bool workbookBound = target_.RefreshPin();
-  if (target_.GetActiveSheetDispatch() == nullptr) return Refuse(L"no_active_sheet", L"没有活动工作表");
+  const bool hasSheet = target_.GetActiveSheetDispatch() != nullptr;
+  if (IsOutdated(serial)) return;
+  if (!hasSheet) return Refuse(L"no_active_sheet", L"没有活动工作表");
   RestoreBeforeCollect(start);
-  const Layout layout = start.bilingual ? Layout::kDual : Layout::kTarget;
   WriteBack writeBack(target_, output_, session_, start.font);
-  writeBack.PrepareLayout(layout);
+  writeBack.PrepareLayout(start.bilingual ? Layout::kDual : Layout::kTarget);
+  std::wstring sheetName = target_.GetActiveSheetName();
+  if (IsOutdated(serial)) return;
   if (!workbookBound) {
     return Refuse(L"workbook_unavailable", L"无法确定当前窗口的工作簿，请重新打开任务窗格后再试");
   }
@@ -98,7 +110,7 @@ void RunController::Begin(const StartRequest& start) {
     return Refuse(L"workbook_busy", L"同一工作簿的另一个窗口正在翻译，请稍候再试");
   }
 
-  const std::shared_ptr<Run> run = NewRun(start, std::move(writeBack), layout);
+  const std::shared_ptr<Run> run = NewRun(start, std::move(writeBack), std::move(sheetName));
   run_ = run;
   output_.RunPanelScript(BlurChatInputScript());
   if (!start.selection) Announce(*run);
@@ -118,14 +130,15 @@ void RunController::RestoreBeforeCollect(const StartRequest&) {
 }
 
 std::shared_ptr<RunController::Run> RunController::NewRun(const StartRequest& start, WriteBack writeBack,
-                                                          Layout layout) {
+                                                          std::wstring sheetName) {
   auto run = std::make_shared<Run>();
   run->id = ++runCounter_;
   run->start = start;
   run->workbookKey = target_.WorkbookKey();
   run->startTick = GetTickCount64();
-  run->sourceSheet = target_.GetActiveSheetName();
+  run->sourceSheet = std::move(sheetName);
   run->currentSheet = run->sourceSheet;
+  const Layout layout = start.bilingual ? Layout::kDual : Layout::kTarget;
   run->writer = std::make_shared<RunWriter>(context_, target_, session_, std::move(writeBack), layout,
                                             static_cast<WriteListener&>(*this), RunWriter::Patience());
   return run;
@@ -138,7 +151,8 @@ void RunController::Announce(Run& run) {
 
 bool RunController::Collect(Run& run) {
   CollectResult result;
-  const bool collected = CollectForRun(run.start, run.id, target_, output_, *context_, result);
+  const auto stillWanted = [this, &run] { return run_.get() == &run; };
+  const bool collected = CollectForRun(run.start, run.id, target_, output_, *context_, stillWanted, result);
   // The host may have taken the pane away meanwhile.
   if (run_.get() != &run) return false;
   if (!collected) {
@@ -157,8 +171,8 @@ RunJob RunController::JobOf(const Run& run) const {
   job.mailbox = mailbox_;
   job.flags = run.flags;
   for (const CellUnit& unit : session_.units) {
-    job.texts.texts.push_back(unit.workText);
-    job.texts.unitIds.push_back(unit.unitId);
+    job.texts.texts.push_back(unit.WorkText());
+    job.texts.unitIds.push_back(unit.UnitId());
   }
   job.head.sourceLang = run.start.sourceLang;
   job.head.targetLang = run.start.targetLang;
@@ -188,7 +202,7 @@ void RunController::OnTranslationEnded(std::uint64_t runId, const RunEnd& end) {
 
 void RunController::OnUnitStarting(std::size_t index) {
   if (!run_->start.allSheets || index >= session_.units.size()) return;
-  const std::wstring& sheetName = session_.units[index].sheetName;
+  const std::wstring& sheetName = session_.units[index].SheetName();
   if (sheetName == run_->currentSheet) return;
   run_->currentSheet = sheetName;
   output_.RunPanelScript(RunSheetChangedScript(run_->id, sheetName, run_->sourceSheet, run_->start.Mode()));
@@ -207,53 +221,74 @@ void RunController::OnAllWritten() {
   if (end.ok) {
     Complete();
   } else if (end.code == kCodeCancelled) {
-    EndRun();
-    output_.RunPanelScript(CancelledScript());
+    Cancel();
   } else {
     Fail(end.code, end.message);
   }
 }
 
+void RunController::OnWritingBroke() {
+  Fail(L"internal_error", L"Writing translations failed");
+}
+
 void RunController::Complete() {
-  const std::shared_ptr<Run> run = run_;
-  EndRun();
   output_.RunPanelScript(
-      CompleteScript(run->id, run->size, GetTickCount64() - run->startTick, run->start.allSheets));
+      CompleteScript(run_->id, run_->size, GetTickCount64() - run_->startTick, run_->start.allSheets));
+  StopRun();
+  RestoreHost();
 }
 
 void RunController::Refuse(std::wstring_view code, std::wstring_view message) {
+  target_.DropImplicitPin();
   output_.RunPanelScript(ShowRunError(code, message, std::nullopt));
 }
 
 void RunController::Fail(std::wstring_view code, std::wstring_view message) {
-  const std::shared_ptr<Run> run = run_;
   // A page takes the error of a run that it knows.
-  Announce(*run);
-  EndRun();
+  Announce(*run_);
+  const std::shared_ptr<Run> run = StopRun();
   output_.RunPanelScript(ShowRunError(code, message, run->id));
+  RestoreHost();
 }
 
 void RunController::Cancel() {
   if (run_ == nullptr) return;
-  AbandonRun();
+  const std::shared_ptr<Run> run = StopRun();
   output_.RunPanelScript(CancelledScript());
+  if (run->start.viaPanel) output_.PostPanelJson(TranslateAbortForRunMessage(run->id));
+  RestoreHost();
 }
 
 void RunController::AbandonRun() {
   if (run_ == nullptr) return;
-  const std::shared_ptr<Run> run = run_;
-  EndRun();
+  const std::shared_ptr<Run> run = StopRun();
   if (run->start.viaPanel) output_.PostPanelJson(TranslateAbortForRunMessage(run->id));
+  RestoreHost();
 }
 
-void RunController::EndRun() {
-  if (run_ == nullptr) return;
-  const std::shared_ptr<Run> run = std::exchange(run_, nullptr);
+std::shared_ptr<RunController::Run> RunController::StopRun() {
+  std::shared_ptr<Run> run = std::exchange(run_, nullptr);
   run->flags->Cancel();
   pending_->CancelRun(run->id);
   run->writer->Stop();
-  RestoreScreenUpdating(target_.Application());
   WorkbookBusyTable::ReleaseWorkbook(run->workbookKey, context_.get());
+  target_.DropImplicitPin();
+  return run;
+}
+
+void RunController::RestoreHost() {
+  RestoreScreenUpdating(target_.Application());
+  repaysLeft_ = kMostRepays;
+  RepayHost();
+}
+
+void RunController::RepayHost() {
+  // A host that was too busy to take its settings back is asked again for a while; after that the next run
+  // does.
+  if (shutDown_ || repaysLeft_-- == 0 || RestoreOwedHostState(target_.Application())) return;
+  static_cast<void>(repayTimer_.Start(context_->Window(), kRepayMs, [this] {
+    static_cast<void>(context_->Tasks().PostFunction([this] { RepayHost(); }));
+  }));
 }
 
 void RunController::Pause() {
@@ -263,14 +298,17 @@ void RunController::Pause() {
 }
 
 void RunController::Resume() {
-  if (run_ == nullptr || !run_->flags->IsPaused()) return;
-  const std::wstring activeSheet = target_.GetActiveSheetName();
-  if (activeSheet != run_->currentSheet) {
-    output_.RunPanelScript(ResumeBlockedScript(activeSheet, run_->currentSheet));
+  const std::shared_ptr<Run> run = run_;
+  if (run == nullptr || !run->flags->IsPaused()) return;
+  // A run over all sheets goes on whatever sheet is shown.
+  const std::wstring activeSheet = run->start.allSheets ? run->sourceSheet : target_.GetActiveSheetName();
+  if (run_ != run) return;
+  if (activeSheet != run->sourceSheet) {
+    output_.RunPanelScript(ResumeBlockedScript(activeSheet, run->sourceSheet));
     return;
   }
-  run_->flags->SetPaused(false);
-  const bool bySheetChange = std::exchange(run_->pausedBySheetChange, false);
+  run->flags->SetPaused(false);
+  const bool bySheetChange = std::exchange(run->pausedBySheetChange, false);
   output_.RunPanelScript(ResumedScript(bySheetChange ? L"sheet_changed" : L"manual"));
 }
 
@@ -278,12 +316,13 @@ void RunController::OnBatchResult(const std::wstring& message) {
   AcceptBatchResult(*pending_, message);
 }
 
-void RunController::OnSheetActivated() {
+void RunController::OnSheetActivated(bool translationViewShown) {
   if (shutDown_) return;
   const std::wstring activeSheet = target_.GetActiveSheetName();
-  output_.RunPanelScript(ActiveSheetChangedScript(activeSheet));
+  if (shutDown_) return;
+  if (translationViewShown) output_.RunPanelScript(ActiveSheetChangedScript(activeSheet));
   if (run_ == nullptr || run_->start.allSheets || run_->flags->IsPaused()) return;
-  if (activeSheet == run_->currentSheet) return;
+  if (activeSheet == run_->sourceSheet) return;
   run_->flags->SetPaused(true);
   run_->pausedBySheetChange = true;
 }
@@ -300,8 +339,10 @@ void RunController::BeginShutdownEarly() {
   // A worker that waits for the page is woken; one that waits for the network is left to end by itself.
   // Either finds nobody to talk to.
   mailbox_->Close();
-  EndRun();
-  target_.ReleaseReferences();
+  repayTimer_.Stop();
+  if (run_ == nullptr) return;
+  StopRun();
+  RestoreScreenUpdating(target_.Application());
 }
 
 }  // namespace qv

@@ -16,6 +16,7 @@
 #include "translation/run_writer.h"
 #include "translation/start_request.h"
 #include "translation/translation_session.h"
+#include "translation/ui_timer.h"
 #include "workbook/collector.h"
 #include "workbook/target_context.h"
 
@@ -44,14 +45,14 @@ class RunController : private RunListener, private WriteListener {
   /// The page's answer to a batch request, matched by its id; an unknown one is ignored.
   void OnBatchResult(const std::wstring& message);
 
-  /// The user activated another sheet.
-  void OnSheetActivated();
+  /// The user activated another sheet. The page is told only while it shows a translation view.
+  void OnSheetActivated(bool translationViewShown);
 
   /// A fresh translate page gets what it needs to show a run that is under way or paused.
   void PushState();
 
   /// Ends the run for good, once: wakes waiting workers, gives the workbook free, drops what is still to
-  /// come. Nothing of the host is touched afterwards.
+  /// come. Nothing of the host is touched afterwards; its references are the pane's to release.
   void BeginShutdownEarly();
 
   [[nodiscard]] bool IsRunning() const { return run_ != nullptr; }
@@ -80,12 +81,16 @@ class RunController : private RunListener, private WriteListener {
   void OnUnitStarting(std::size_t index) override;
   void OnUnitDone(const TranslatedUnit& unit) override;
   void OnAllWritten() override;
+  void OnWritingBroke() override;
 
   [[nodiscard]] bool IsDuplicate(const std::wstring& clientTraceId);
   void TraceStart(const StartRequest& start, const std::wstring& message) const;
-  void Begin(const StartRequest& start);
+  void Begin(const StartRequest& start, std::uint64_t serial);
+  /// A newer start, or the shutdown, came while the host was being called.
+  [[nodiscard]] bool IsOutdated(std::uint64_t serial) const { return shutDown_ || serial != startSerial_; }
   void RestoreBeforeCollect(const StartRequest& start);
-  [[nodiscard]] std::shared_ptr<Run> NewRun(const StartRequest& start, WriteBack writeBack, Layout layout);
+  [[nodiscard]] std::shared_ptr<Run> NewRun(const StartRequest& start, WriteBack writeBack,
+                                            std::wstring sheetName);
   [[nodiscard]] bool Collect(Run& run);
   void Announce(Run& run);
   [[nodiscard]] RunJob JobOf(const Run& run) const;
@@ -94,7 +99,11 @@ class RunController : private RunListener, private WriteListener {
   void Fail(std::wstring_view code, std::wstring_view message);
   void Complete();
   void AbandonRun();
-  void EndRun();
+  /// Takes the run away from its worker and its writer and frees the workbook. Calls nothing of the host.
+  std::shared_ptr<Run> StopRun();
+  /// What a run leaves to be put back; the last step of its end, for the host may bring a new start in it.
+  void RestoreHost();
+  void RepayHost();
 
   std::shared_ptr<PaneContext> context_;
   PanelOutput& output_;
@@ -106,9 +115,12 @@ class RunController : private RunListener, private WriteListener {
 
   /// The last run id that was given out.
   std::uint64_t runCounter_ = 0;
+  std::uint64_t startSerial_ = 0;
   std::wstring lastStartTraceId_;
   std::uint64_t lastStartTick_ = 0;
   std::shared_ptr<Run> run_;
+  UiTimer repayTimer_;
+  int repaysLeft_ = 0;
   bool shutDown_ = false;
 };
 

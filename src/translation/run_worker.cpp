@@ -1,6 +1,8 @@
 #include "translation/run_worker.h"
 
+#include <chrono>
 #include <string>
+#include <thread>
 #include <utility>
 
 #include "foundation/guard.h"
@@ -11,16 +13,21 @@
 namespace qv {
 namespace {
 
+/// How long a full message queue is waited for; the host that does not read its messages for so long is not
+/// coming back.
+constexpr auto kPostPatience = std::chrono::seconds(60);
+constexpr auto kPostPause = std::chrono::milliseconds(20);
+
 /// Posts each batch as one task. A pane that is closing refuses them, and then they are not wanted any more.
 class PostingSink final : public RunSink {
  public:
   explicit PostingSink(const RunJob& job) : job_(job) {}
 
   void Deliver(TranslatedBatch batch) override {
-    static_cast<void>(job_.pane->Tasks().PostFunction(
-        [mailbox = job_.mailbox, runId = job_.head.runId, units = std::move(batch)]() mutable {
-          if (mailbox->Listener() != nullptr) mailbox->Listener()->OnBatchTranslated(runId, std::move(units));
-        }));
+    Post([mailbox = job_.mailbox, runId = job_.head.runId,
+          units = std::make_shared<TranslatedBatch>(std::move(batch))] {
+      if (mailbox->Listener() != nullptr) mailbox->Listener()->OnBatchTranslated(runId, std::move(*units));
+    });
   }
 
   void Trace(std::string_view event, const std::wstring& detail) override {
@@ -28,12 +35,22 @@ class PostingSink final : public RunSink {
   }
 
   void End(const RunEnd& end) {
-    static_cast<void>(job_.pane->Tasks().PostFunction([mailbox = job_.mailbox, runId = job_.head.runId, end] {
+    Post([mailbox = job_.mailbox, runId = job_.head.runId, end] {
       if (mailbox->Listener() != nullptr) mailbox->Listener()->OnTranslationEnded(runId, end);
-    }));
+    });
   }
 
  private:
+  /// A lost batch would be a hole in the sheet, so a full queue is tried again.
+  template <typename Task>
+  void Post(const Task& task) {
+    const auto deadline = std::chrono::steady_clock::now() + kPostPatience;
+    while (!job_.pane->Tasks().PostFunction(task)) {
+      if (job_.pane->IsClosing() || std::chrono::steady_clock::now() >= deadline) return job_.flags->Cancel();
+      std::this_thread::sleep_for(kPostPause);
+    }
+  }
+
   const RunJob& job_;
 };
 

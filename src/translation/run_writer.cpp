@@ -3,27 +3,32 @@
 #include <utility>
 
 #include "foundation/guard.h"
+#include "foundation/variant.h"
 #include "workbook/host_state.h"
 
 namespace qv {
 namespace {
 
-/// Keeps the screen still for a batch, and never longer: between batches the user looks at the sheet.
-class StillScreen {
+/// How long a slice may keep the host's UI thread.
+constexpr ULONGLONG kSliceMs = 60;
+/// Time for what the user does, between two slices.
+constexpr UINT kBreathMs = USER_TIMER_MINIMUM;
+
+class FlagScope {
  public:
-  explicit StillScreen(IDispatch* application)
-      : application_(application), still_(SetScreenUpdating(application, false)) {}
-  StillScreen(const StillScreen&) = delete;
-  StillScreen& operator=(const StillScreen&) = delete;
-  ~StillScreen() {
-    if (!still_) return;
-    Guard(L"StillScreen", [this] { static_cast<void>(SetScreenUpdating(application_.Get(), true)); });
-  }
+  explicit FlagScope(bool& flag) : flag_(flag) { flag_ = true; }
+  FlagScope(const FlagScope&) = delete;
+  FlagScope& operator=(const FlagScope&) = delete;
+  ~FlagScope() { flag_ = false; }
 
  private:
-  ComPtr<IDispatch> application_;
-  bool still_;
+  bool& flag_;
 };
+
+/// Posted messages go before input and painting, so a chain of posted slices would starve the user.
+bool UserIsWaiting() {
+  return HIWORD(GetQueueStatus(QS_INPUT | QS_PAINT)) != 0;
+}
 
 }  // namespace
 
@@ -51,43 +56,68 @@ void RunWriter::Finish() {
 
 void RunWriter::Stop() {
   stopped_ = true;
-  retryTimer_.Stop();
+  timer_.Stop();
   waiting_.clear();
 }
 
 void RunWriter::Drain() {
-  // A host that runs messages inside a call may bring the next batch while one is being written; while it is
-  // busy the timer goes on.
+  // A host that runs messages inside a call may bring the next batch while one is being written.
   if (stopped_ || draining_ || resting_) return;
   const std::shared_ptr<RunWriter> keepAlive = shared_from_this();
-  draining_ = true;
-  const bool hostTookAll = waiting_.empty() || WriteWaiting();
-  draining_ = false;
-  writeBack_.ReleaseReferences();
+  const Slice slice = WriteSlice();
   if (stopped_) return;
-  if (!hostTookAll) {
+  if (slice == Slice::kHostBusy) {
     RetryLater();
+  } else if (slice == Slice::kTimeIsUp || !waiting_.empty()) {
+    ContinueSoon();
   } else if (finishing_) {
     listener_.OnAllWritten();
   }
 }
 
-bool RunWriter::WriteWaiting() {
-  const StillScreen stillScreen(target_.Application());
+RunWriter::Slice RunWriter::WriteSlice() {
+  const FlagScope draining(draining_);
+  Slice slice = Slice::kAllTaken;
+  try {
+    if (!waiting_.empty()) slice = WriteWaiting();
+  } catch (...) {
+    static_cast<void>(HandleCurrentException(L"RunWriter"));
+    writeBack_.ReleaseReferences();
+    if (stopped_) return Slice::kAllTaken;
+    Stop();
+    listener_.OnWritingBroke();
+  }
+  return slice;
+}
+
+RunWriter::Slice RunWriter::WriteWaiting() {
+  const DisplayAlertsGuard alertsOff(target_.Application());
+  const ScreenUpdatingGuard stillScreen(target_.Application());
+  const ULONGLONG begin = GetTickCount64();
+  Slice slice = Slice::kAllTaken;
   while (!stopped_ && !waiting_.empty()) {
     if (nextUnit_ == waiting_.front().size()) {
       waiting_.pop_front();
       nextUnit_ = 0;
       continue;
     }
+    if (GetTickCount64() - begin >= kSliceMs) {
+      slice = Slice::kTimeIsUp;
+      break;
+    }
     const TranslatedUnit unit = waiting_.front()[nextUnit_];
-    if (!WriteOne(unit)) return false;
+    if (!WriteOne(unit)) {
+      slice = Slice::kHostBusy;
+      break;
+    }
     if (stopped_) break;
     busyAnswers_ = 0;
     ++nextUnit_;
     listener_.OnUnitDone(unit);
   }
-  return true;
+  writeBack_.FinishRow();
+  writeBack_.ReleaseReferences();
+  return slice;
 }
 
 bool RunWriter::WriteOne(const TranslatedUnit& unit) {
@@ -97,15 +127,29 @@ bool RunWriter::WriteOne(const TranslatedUnit& unit) {
   return writeBack_.WriteUnit(unit.index, layout_) != WriteOutcome::kBusy;
 }
 
-void RunWriter::RetryLater() {
-  resting_ = ++busyAnswers_ <= patience_.maxBusyAnswers &&
-             retryTimer_.Start(pane_->Window(), patience_.delayMs, [weak = weak_from_this()] {
-               if (const std::shared_ptr<RunWriter> writer = weak.lock()) writer->Retry();
-             });
-  if (!resting_) GiveUpBatch();
+void RunWriter::ContinueSoon() {
+  resting_ = true;
+  const bool posted =
+      !UserIsWaiting() && pane_->Tasks().PostFunction([writer = shared_from_this()] { writer->Continue(); });
+  if (!posted && !ContinueAfter(kBreathMs)) Continue();
 }
 
-void RunWriter::Retry() {
+void RunWriter::RetryLater() {
+  if (++busyAnswers_ > patience_.maxBusyAnswers || !ContinueAfter(patience_.delayMs)) GiveUpBatch();
+}
+
+bool RunWriter::ContinueAfter(UINT delayMs) {
+  resting_ = timer_.Start(pane_->Window(), delayMs, [weak = weak_from_this()] {
+    const std::shared_ptr<RunWriter> writer = weak.lock();
+    if (writer == nullptr) return;
+    const bool posted = writer->pane_->Tasks().PostFunction([writer] { writer->Continue(); });
+    // A queue that is full for a moment is tried again; a closed one belongs to a pane that goes away.
+    if (!posted && !writer->pane_->IsClosing()) static_cast<void>(writer->ContinueAfter(kBreathMs));
+  });
+  return resting_;
+}
+
+void RunWriter::Continue() {
   resting_ = false;
   Drain();
 }
@@ -114,7 +158,7 @@ void RunWriter::GiveUpBatch() {
   const TranslatedBatch batch = std::move(waiting_.front());
   waiting_.pop_front();
   for (std::size_t i = std::exchange(nextUnit_, 0); i < batch.size() && !stopped_; ++i) {
-    if (!batch[i].skipped) writeBack_.GiveUp(batch[i].index);
+    if (!batch[i].skipped) writeBack_.GiveUp(batch[i].index, layout_);
     listener_.OnUnitDone(batch[i]);
   }
   busyAnswers_ = 0;

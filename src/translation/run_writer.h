@@ -21,10 +21,13 @@ class WriteListener {
   virtual void OnUnitDone(const TranslatedUnit& unit) = 0;
   /// Everything that was added has been done, and `Finish` was called.
   virtual void OnAllWritten() = 0;
+  /// Writing cannot go on (no memory); nothing more is written.
+  virtual void OnWritingBroke() = 0;
 };
 
-/// Writes a run's finished batches in order. A host that is busy is asked again later, a bounded number of
-/// times for each batch; meanwhile batches wait. Host UI thread.
+/// Writes a run's finished batches in order, in short slices between which the host handles its messages. A
+/// host that is busy is asked again later; after a bounded number of busy answers in a row the first waiting
+/// batch is given up. Host UI thread.
 class RunWriter : public std::enable_shared_from_this<RunWriter> {
  public:
   /// Milliseconds between two tries of a busy host, and how often it is tried before a batch is given up:
@@ -46,12 +49,18 @@ class RunWriter : public std::enable_shared_from_this<RunWriter> {
   void Stop();
 
  private:
+  enum class Slice { kAllTaken, kTimeIsUp, kHostBusy };
+
   void Drain();
-  /// False when the host is busy.
-  [[nodiscard]] bool WriteWaiting();
+  [[nodiscard]] Slice WriteSlice();
+  [[nodiscard]] Slice WriteWaiting();
   [[nodiscard]] bool WriteOne(const TranslatedUnit& unit);
+  void ContinueSoon();
   void RetryLater();
-  void Retry();
+  /// `Continue` as a task of the pane after the delay, so that what keeps the pane alive in its tasks does so
+  /// here.
+  [[nodiscard]] bool ContinueAfter(UINT delayMs);
+  void Continue();
   void GiveUpBatch();
 
   std::shared_ptr<PaneContext> pane_;
@@ -61,7 +70,7 @@ class RunWriter : public std::enable_shared_from_this<RunWriter> {
   Layout layout_;
   WriteListener& listener_;
   Patience patience_;
-  UiTimer retryTimer_;
+  UiTimer timer_;
   std::deque<TranslatedBatch> waiting_;
   /// Position within the first waiting batch.
   std::size_t nextUnit_ = 0;
@@ -69,7 +78,7 @@ class RunWriter : public std::enable_shared_from_this<RunWriter> {
   int busyAnswers_ = 0;
   bool finishing_ = false;
   bool draining_ = false;
-  /// The host was busy; the timer brings the next try.
+  /// A task or the timer brings the next slice.
   bool resting_ = false;
   bool stopped_ = false;
 };

@@ -46,7 +46,7 @@ StartRequest ParseStartRequest(std::wstring_view action, std::wstring_view messa
   start.selection = action == L"startSelection" || JsonGetString(message, L"panelMode") == L"selection";
   start.restart =
       action == L"restart" || JsonGetBool(message, L"restart") || JsonGetBool(message, L"panelIsRestart");
-  start.allSheets = JsonGetBool(message, L"excelTranslateAllSheets");
+  start.allSheets = !start.selection && JsonGetBool(message, L"excelTranslateAllSheets");
   start.bilingual = JsonGetBool(message, L"excelBilingualBelow");
   start.viaPanel = JsonGetBool(message, L"nativeTranslateViaJs");
   start.hasViaPanelField = JsonHasKey(message, L"nativeTranslateViaJs");

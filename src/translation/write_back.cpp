@@ -10,29 +10,9 @@
 #include "workbook/automation.h"
 
 namespace qv {
-namespace {
-
-/// What a restore needs of a cell; taken before its first write.
-void CaptureBaseline(CellUnit& unit, IDispatch* cell) {
-  if (unit.baseline) return;
-  unit.baseline = CaptureBaselineFont(cell, unit.row, unit.col);
-  Variant hasFormula;
-  if (FAILED(GetProperty(cell, L"HasFormula", hasFormula)) || !hasFormula.IsTrue()) return;
-  unit.formulaBeforeWrite = GetStringProperty(cell, L"Formula");
-}
-
-}  // namespace
 
 void WriteBack::PrepareLayout(Layout layout) {
   if (layout == Layout::kDual) rows_.NoteFrozenRows();
-}
-
-IDispatch* WriteBack::SheetOf(const CellUnit& unit) {
-  if (sheet_ == nullptr || sheetName_ != unit.sheetName) {
-    sheet_ = ResolveSheet(target_, unit.sheetName);
-    sheetName_ = unit.sheetName;
-  }
-  return sheet_.Get();
 }
 
 WriteOutcome WriteBack::WriteUnit(std::size_t index, Layout layout) {
@@ -41,46 +21,78 @@ WriteOutcome WriteBack::WriteUnit(std::size_t index, Layout layout) {
   }
   // A copy: the host may run a new start of the page before it comes back from a call.
   const std::uint64_t generation = session_.generation;
-  CellUnit unit = session_.units[index];
+  const CellUnit unit = session_.units[index];
   const CellWriteResult result = unit.kind == UnitKind::kChartTitle
                                      ? WriteChartTitle(target_, unit, unit.translation)
-                                     : WriteCell(unit, layout);
+                                     : WriteCell(index, unit, layout);
+  if (session_.generation != generation) return WriteOutcome::kNothing;
   if (result.IsBusy()) {
     lastBusy_ = result;
     return WriteOutcome::kBusy;
   }
   if (!result.Ok()) {
-    notice_.OnWriteFailed(unit, SheetOf(unit), result, layout == Layout::kDual);
+    notice_.OnWriteFailed(unit, result, layout == Layout::kDual);
     return WriteOutcome::kFailed;
   }
-  unit.written = true;
-  if (session_.generation == generation) session_.units[index] = std::move(unit);
+  session_.units[index].written = true;
   return WriteOutcome::kWritten;
 }
 
-CellWriteResult WriteBack::WriteCell(CellUnit& unit, Layout layout) {
-  const ComPtr<IDispatch> cell = GetCellDispatch(SheetOf(unit), unit.row, unit.col);
-  if (cell != nullptr) CaptureBaseline(unit, cell.Get());
-  return layout == Layout::kDual
-             ? BilingualWrite(unit, cell.Get())
-             : PutCellValueDispatch(target_, unit.sheetName, unit.row, unit.col, unit.translation);
+CellTarget WriteBack::FindTarget(const CellUnit& unit) {
+  CellTarget place;
+  if (sheet_ != nullptr && sheetName_ == unit.SheetName()) {
+    place.sheet = sheet_;
+    place.cell = GetCellDispatch(sheet_.Get(), unit.row, unit.col);
+    if (place.cell != nullptr) return place;
+  }
+  // The whole way also tells how the host refuses.
+  place = FindCell(target_, unit.SheetName(), unit.row, unit.col);
+  sheet_ = place.sheet;
+  sheetName_ = unit.SheetName();
+  return place;
 }
 
-CellWriteResult WriteBack::BilingualWrite(const CellUnit& unit, IDispatch* cell) {
+CellWriteResult WriteBack::WriteCell(std::size_t index, const CellUnit& unit, Layout layout) {
+  const CellTarget place = FindTarget(unit);
+  if (place.cell == nullptr) return place.status;
+  CaptureBaseline(index, place.cell.Get());
+  return layout == Layout::kDual ? BilingualWrite(unit, place)
+                                 : PutCellText(place, unit.SheetName(), unit.row, unit.col, unit.translation);
+}
+
+void WriteBack::CaptureBaseline(std::size_t index, IDispatch* cell) {
+  const std::uint64_t generation = session_.generation;
+  const CellUnit& unit = session_.units[index];
+  if (unit.baseline) return;
+  BaselineFont font = CaptureBaselineFont(cell, unit.row, unit.col);
+  const std::optional<bool> hasFormula = GetFlagProperty(cell, L"HasFormula");
+  std::wstring formula = hasFormula.value_or(false) ? GetStringProperty(cell, L"Formula") : std::wstring();
+  if (session_.generation != generation) return;
+  // Kept at once: a busy host makes the same unit come again, with a cell that may look different by then.
+  CellUnit& live = session_.units[index];
+  live.baseline = std::move(font);
+  if (!formula.empty()) live.formulaBeforeWrite = std::move(formula);
+}
+
+CellWriteResult WriteBack::BilingualWrite(const CellUnit& unit, const CellTarget& place) {
   const BilingualValue value = MakeBilingualValue(unit.sourceText, unit.translation);
-  CellWriteResult result = PutCellValueDispatch(target_, unit.sheetName, unit.row, unit.col, value.text);
-  if (!result.Ok() || cell == nullptr) return result;
-  WrapCellText(cell);
+  // A row of automatic height grows with its text, so its height is read before.
+  rows_.BeginCell(unit, place.cell.Get());
+  const CellWriteResult result = PutCellText(place, unit.SheetName(), unit.row, unit.col, value.text);
+  if (!result.Ok()) return result;
+  WrapCellText(place.cell.Get());
   PaneLog(Concat(L"BilingualWrite row=", unit.row, L" col=", unit.col, L" originalLen=", value.originalLength,
                  L" trimmedLen=", value.trimmedLength, L" start1Based=", value.start, L" transLen=",
                  value.length, L"\r\n"));
-  StyleTranslation(cell, value, font_);
-  rows_.Fit(unit, cell, value.text);
+  StyleTranslation(place.cell.Get(), value, font_);
+  rows_.EndCell(place.cell.Get(), value.text);
   return result;
 }
 
-void WriteBack::GiveUp(std::size_t index) {
-  if (index < session_.units.size()) notice_.OnWriteGivenUp(session_.units[index], lastBusy_);
+void WriteBack::GiveUp(std::size_t index, Layout layout) {
+  if (index < session_.units.size()) {
+    notice_.OnWriteGivenUp(session_.units[index], lastBusy_, layout == Layout::kDual);
+  }
 }
 
 void WriteBack::ReleaseReferences() {

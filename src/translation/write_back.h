@@ -48,19 +48,24 @@ class WriteBack {
   /// Reads what must not change about the active sheet before the first unit is written in `layout`.
   void PrepareLayout(Layout layout);
 
-  /// Writes one unit of the session (0-based) and remembers what was there before its first write.
+  /// Writes one unit of the session (0-based) and remembers what was there before its first write. The caller
+  /// holds the host's alerts off.
   [[nodiscard]] WriteOutcome WriteUnit(std::size_t index, Layout layout);
 
   /// Counts a unit as failed that the host was too busy to take, without telling the user of protection.
-  void GiveUp(std::size_t index);
+  void GiveUp(std::size_t index, Layout layout);
+
+  /// Adjusts the height of the row written last; rows are fitted once, when all their cells are written.
+  void FinishRow() { rows_.FinishRow(); }
 
   /// Lets go of the host's objects that are kept between units.
   void ReleaseReferences();
 
  private:
-  [[nodiscard]] IDispatch* SheetOf(const CellUnit& unit);
-  [[nodiscard]] CellWriteResult WriteCell(CellUnit& unit, Layout layout);
-  [[nodiscard]] CellWriteResult BilingualWrite(const CellUnit& unit, IDispatch* cell);
+  [[nodiscard]] CellTarget FindTarget(const CellUnit& unit);
+  [[nodiscard]] CellWriteResult WriteCell(std::size_t index, const CellUnit& unit, Layout layout);
+  void CaptureBaseline(std::size_t index, IDispatch* cell);
+  [[nodiscard]] CellWriteResult BilingualWrite(const CellUnit& unit, const CellTarget& place);
 
   const TargetContext& target_;
   TranslationSession& session_;

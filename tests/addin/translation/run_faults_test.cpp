@@ -140,6 +140,7 @@ class CountingListener final : public WriteListener {
   void OnUnitStarting(std::size_t) override { ++started; }
   void OnUnitDone(const TranslatedUnit&) override { ++done; }
   void OnAllWritten() override { finished = true; }
+  void OnWritingBroke() override { ADD_FAILURE() << "writing broke"; }
 
   int started = 0;
   int done = 0;
@@ -153,7 +154,7 @@ TEST_F(RunTest, AHostThatStaysBusyCostsTheBatchButNoNotice) {
     CellUnit& unit = units[static_cast<std::size_t>(row) - 1];
     unit.row = row;
     unit.col = 1;
-    unit.sheetName = L"Data";
+    unit.sheet = std::make_shared<const std::wstring>(L"Data");
     unit.sourceText = L"a";
   }
   pane->session.Replace(units, {});
@@ -193,11 +194,11 @@ TEST_F(RunTest, APaneClosedInsideAWriteStopsThere) {
   FillRows(5);
   int writes = 0;
   engine->Faults().OnCall("Range.Value2", [&] {
-    // The first call is the collector's bulk read.
-    if (++writes == 3) pane->Close();
+    // Before come the bulk read of the collector, and the first write with the look at what became of it.
+    if (++writes == 4) pane->Close();
   });
   pane->Start();
-  ASSERT_TRUE(PumpUntil([&] { return writes >= 3; }));
+  ASSERT_TRUE(PumpUntil([&] { return writes >= 4; }));
   EXPECT_EQ(Text("A1"), L"ES:Text number 1");
   EXPECT_EQ(Text("A3"), L"Text number 3");
   EXPECT_EQ(pane->page.Count(L"onProgress({"), 1);
@@ -208,7 +209,7 @@ TEST_F(RunTest, CancelInsideAWriteStopsThere) {
   FillRows(5);
   int writes = 0;
   engine->Faults().OnCall("Range.Value2", [&] {
-    if (++writes == 3) pane->controller->Cancel();
+    if (++writes == 4) pane->controller->Cancel();
   });
   pane->Start();
   ASSERT_TRUE(PumpUntilPageHas(L"onCancelled()"));

@@ -84,6 +84,7 @@ void TestPane::Close() {
   context->MarkClosing();
   context->Tasks().Close();
   controller->BeginShutdownEarly();
+  target.ReleaseReferences();
 }
 
 void TestPane::Start(const std::wstring& members, std::wstring_view action) {

@@ -177,11 +177,11 @@ TEST_F(RunTest, AnotherSheetPausesAndResumeWantsTheRunsSheetBack) {
   FillRows(30);
   pane->Start();
   // Still the run's sheet: no pause, so nothing to resume.
-  pane->controller->OnSheetActivated();
+  pane->controller->OnSheetActivated(true);
   pane->controller->Resume();
   EXPECT_FALSE(pane->page.Has(L"onExcelTranslateResumed"));
   engine->ActivateSheet(L"More");
-  pane->controller->OnSheetActivated();
+  pane->controller->OnSheetActivated(true);
   EXPECT_EQ(pane->page.received.back(),
             L"if(window.onExcelActiveSheetChanged)onExcelActiveSheetChanged({\"sheetName\":\"More\"})");
   pane->controller->Resume();
