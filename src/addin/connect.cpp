@@ -108,7 +108,8 @@ void CConnect::EndConnection() {
   ReleasePaneFactory();
   if (g_connected != this) return;
   g_connected = nullptr;
-  PaneRegistry::BeginShutdownEarly();
+  // The host's Application object is let go of whatever becomes of the panes.
+  Guard(L"EndConnection", [] { PaneRegistry::BeginShutdownEarly(); });
   HostSession::Get().Disconnect();
 }
 

@@ -13,9 +13,6 @@ class CTPConsumerBase : public ICustomTaskPaneConsumer {
     return S_OK;
   }
 
-  /// Null until the host has handed it over.
-  [[nodiscard]] const ComPtr<ICTPFactory>& PaneFactory() const { return factory_; }
-
  protected:
   ~CTPConsumerBase() = default;
   void ReleasePaneFactory() { factory_.Reset(); }

@@ -64,11 +64,14 @@ LSTATUS SetRegistryText(HKEY key, const wchar_t* name, const std::wstring& text)
                         static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
 }
 
-HRESULT ApplyRegistryChanges(std::span<const RegistryChange> changes) {
+HRESULT ApplyRegistryChanges(std::span<const RegistryChange> changes, OnFailure onFailure) {
+  HRESULT first = S_OK;
   for (const RegistryChange& change : changes) {
-    if (const LSTATUS status = Apply(change); status != ERROR_SUCCESS) return HRESULT_FROM_WIN32(status);
+    if (FAILED(first) && onFailure == OnFailure::kStop) break;
+    const LSTATUS status = Apply(change);
+    if (status != ERROR_SUCCESS && SUCCEEDED(first)) first = HRESULT_FROM_WIN32(status);
   }
-  return S_OK;
+  return first;
 }
 
 }  // namespace qv

@@ -7,10 +7,10 @@
 #include "addin/registrar.h"
 #include "addin/registrar_script.h"
 #include "addin/resources/resource.h"
+#include "foundation/module.h"
 #include "foundation/text.h"
 #include "foundation/unique_handle.h"
 #include "foundation/variant.h"
-#include "panel/module.h"
 #include "panel/type_library.h"
 
 // Exported by oleaut32 but missing from MinGW's headers.
@@ -36,15 +36,24 @@ std::optional<std::wstring> LoadScript(int id) {
 }
 
 template <typename Plan>
-HRESULT RunScripts(const Plan& plan) {
+HRESULT RunScript(int id, const Plan& plan, OnFailure onFailure) {
+  const auto script = LoadScript(id);
+  if (!script) return HRESULT_FROM_WIN32(ERROR_RESOURCE_NAME_NOT_FOUND);
+  const std::optional<std::vector<RegistryChange>> changes = plan(*script);
+  if (!changes) return HRESULT_FROM_WIN32(ERROR_INVALID_DATA);
+  return ApplyRegistryChanges(*changes, onFailure);
+}
+
+/// The first failure of any script.
+template <typename Plan>
+HRESULT RunScripts(const Plan& plan, OnFailure onFailure) {
+  HRESULT first = S_OK;
   for (const int id : kScripts) {
-    const auto script = LoadScript(id);
-    if (!script) return HRESULT_FROM_WIN32(ERROR_RESOURCE_NAME_NOT_FOUND);
-    const std::optional<std::vector<RegistryChange>> changes = plan(*script);
-    if (!changes) return HRESULT_FROM_WIN32(ERROR_INVALID_DATA);
-    if (const HRESULT hr = ApplyRegistryChanges(*changes); FAILED(hr)) return hr;
+    if (FAILED(first) && onFailure == OnFailure::kStop) break;
+    const HRESULT hr = RunScript(id, plan, onFailure);
+    if (SUCCEEDED(first)) first = hr;
   }
-  return S_OK;
+  return first;
 }
 
 HRESULT RegisterTypeLibrary(std::wstring path) {
@@ -93,7 +102,8 @@ void DisallowInWps() {
 HRESULT RegisterAddIn() {
   const std::wstring path = ThisModulePath();
   if (path.empty()) return HRESULT_FROM_WIN32(ERROR_INSUFFICIENT_BUFFER);
-  HRESULT hr = RunScripts([&](const std::wstring& script) { return PlanRegistration(script, path); });
+  HRESULT hr = RunScripts([&](const std::wstring& script) { return PlanRegistration(script, path); },
+                          OnFailure::kStop);
   if (FAILED(hr)) return hr;
   hr = RegisterTypeLibrary(path);
   if (FAILED(hr)) return hr;
@@ -103,7 +113,8 @@ HRESULT RegisterAddIn() {
 }
 
 HRESULT UnregisterAddIn() {
-  const HRESULT classes = RunScripts([](const std::wstring& script) { return PlanUnregistration(script); });
+  const HRESULT classes =
+      RunScripts([](const std::wstring& script) { return PlanUnregistration(script); }, OnFailure::kGoOn);
   // A library that is not registered (any more) gives a failure, which is as good as success.
   static_cast<void>(UnRegisterTypeLibForUser(kTypeLibraryId, kTypeLibraryMajor, kTypeLibraryMinor,
                                              LOCALE_NEUTRAL, SYS_WIN64));

@@ -6,7 +6,7 @@
 
 namespace qv {
 
-// Dispatch ids of the ribbon callbacks that do more than open a page.
+// Dispatch ids that the connection tells apart from the others.
 inline constexpr std::int32_t kRibbonGetImage = 108;
 inline constexpr std::int32_t kRibbonOnLoad = 130;
 

@@ -1,7 +1,6 @@
 #include "foundation/access_tokens.h"
 
 #include "foundation/json_text.h"
-#include "foundation/text.h"
 
 namespace qv {
 namespace {
@@ -12,7 +11,7 @@ std::wstring& ProcessToken() {
 }
 
 std::wstring WithoutValueOf(std::wstring_view message, std::wstring_view key) {
-  const std::wstring needle = Concat(L'"', key, L'"');
+  const std::wstring needle = JsonKeyNeedle(key);
   std::wstring out;
   std::size_t copied = 0;
   for (std::size_t at = message.find(needle); at != std::wstring_view::npos; at = message.find(needle, at)) {

@@ -1,4 +1,5 @@
 #include "foundation/catalog_tables.h"
+#include "foundation/support_contact.h"
 
 namespace qv {
 namespace {
@@ -45,8 +46,8 @@ constexpr CatalogEntry kRows[kCatalogKeyCount] = {
     {L"msg.title", L"AI Assistant"},
     {L"msg.webview2.body",
      L"The sidebar cannot open because its browser component failed to start.\n\nCheck whether drive C: is "
-     L"full, free some space, and open the sidebar again.\n\nIf that does not help, contact support: "
-     L"support@quorvantis.example\nClosing this message copies that contact to the clipboard."},
+     L"full, free some space, and open the sidebar again.\n\nIf that does not help, contact "
+     L"support: " QV_SUPPORT_CONTACT L"\nClosing this message copies that contact to the clipboard."},
     {L"msg.welcome.body",
      L"AI Assistant is installed. Open it and sign in now?\n\nYou can also open the AI Assistant tab in the "
      L"ribbon later."},

@@ -29,8 +29,8 @@ struct ComBaseOf {
 
 /// Base of every COM object of the add-in: reference count, the module's lock count and `QueryInterface` over
 /// the listed interfaces and their direct bases (`ComBaseOf`). The first interface gives the object's
-/// identity. A new object starts with one reference, which belongs to its creator; give it away with
-/// ComPtr::Attach.
+/// identity. A new object starts with one reference, which belongs to its creator: make it with `MakeCom`, or
+/// hand that reference over with `TakeReference`.
 template <typename First, typename... Rest>
 class ComObject : public First, public Rest... {
  public:

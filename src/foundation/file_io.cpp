@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 
+#include "foundation/module.h"
 #include "foundation/unique_handle.h"
 
 namespace qv {
@@ -83,16 +84,9 @@ std::wstring ShellFolder(int csidl) {
 }
 
 std::wstring GetModuleDirectory() {
-  HMODULE module = nullptr;
-  constexpr DWORD kByAddress =
-      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
-  if (!GetModuleHandleExW(kByAddress, reinterpret_cast<LPCWSTR>(&GetModuleDirectory), &module)) return {};
-  std::array<wchar_t, MAX_PATH> path{};
-  const DWORD length = GetModuleFileNameW(module, path.data(), MAX_PATH);
-  if (length == 0 || length >= MAX_PATH) return {};
-  const std::wstring_view text(path.data(), length);
-  const std::size_t slash = text.rfind(L'\\');
-  return slash == std::wstring_view::npos ? std::wstring() : std::wstring(text.substr(0, slash));
+  const std::wstring path = ThisModulePath();
+  const std::size_t slash = path.rfind(L'\\');
+  return slash == std::wstring::npos ? std::wstring() : path.substr(0, slash);
 }
 
 }  // namespace qv

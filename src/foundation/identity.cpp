@@ -4,8 +4,6 @@
 
 #include <objbase.h>
 
-#include <array>
-
 #include "foundation/file_io.h"
 #include "foundation/host_session.h"
 #include "foundation/text.h"
@@ -58,12 +56,18 @@ bool GetVersionNumbers(OSVERSIONINFOW& version) {
 }
 
 std::wstring ReadInstallId() {
-  std::array<wchar_t, 256> text{};
-  DWORD size = sizeof(text);
+  constexpr DWORD kAnyText = RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND;
+  // In bytes, with room for a final zero that the stored value may lack.
+  DWORD size = 0;
+  if (RegGetValueW(HKEY_CURRENT_USER, kRegistryPath, kInstallIdName, kAnyText, nullptr, nullptr, &size) !=
+      ERROR_SUCCESS) {
+    return {};
+  }
+  std::wstring text(size / sizeof(wchar_t) + 1, L'\0');
+  size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
   const LSTATUS status =
-      RegGetValueW(HKEY_CURRENT_USER, kRegistryPath, kInstallIdName,
-                   RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND, nullptr, text.data(), &size);
-  return status == ERROR_SUCCESS ? text.data() : L"";
+      RegGetValueW(HKEY_CURRENT_USER, kRegistryPath, kInstallIdName, kAnyText, nullptr, text.data(), &size);
+  return status == ERROR_SUCCESS ? std::wstring(text.c_str()) : std::wstring();
 }
 
 std::wstring NewInstallId() {

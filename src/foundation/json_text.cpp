@@ -17,20 +17,16 @@ std::size_t SkipAny(std::wstring_view text, std::size_t at, std::wstring_view un
   return std::min(text.find_first_not_of(units, at), text.size());
 }
 
-std::wstring Needle(std::wstring_view key) {
-  return Concat(L'"', key, L'"');
-}
-
 /// Index behind the first occurrence of the quoted key, or kNone.
 std::size_t FindBehindKey(std::wstring_view json, std::wstring_view key) {
-  const std::wstring needle = Needle(key);
+  const std::wstring needle = JsonKeyNeedle(key);
   const std::size_t at = json.find(needle);
   return at == kNone ? kNone : at + needle.size();
 }
 
 /// Index behind the colon of the first occurrence of the quoted key that a colon follows, or kNone.
 std::size_t FindBehindColon(std::wstring_view json, std::wstring_view key) {
-  const std::wstring needle = Needle(key);
+  const std::wstring needle = JsonKeyNeedle(key);
   for (std::size_t at = json.find(needle); at != kNone; at = json.find(needle, at)) {
     at += needle.size();
     const std::size_t colon = SkipAny(json, at, L" \t");
@@ -233,8 +229,12 @@ bool JsonGetFlagDefaultTrue(std::wstring_view json, std::wstring_view key) {
   return !json.substr(SkipAny(json, colon + 1, L" \t")).starts_with(L"false");
 }
 
+std::wstring JsonKeyNeedle(std::wstring_view key) {
+  return Concat(L'"', key, L'"');
+}
+
 bool JsonHasKey(std::wstring_view json, std::wstring_view key) {
-  return Contains(json, Needle(key));
+  return Contains(json, JsonKeyNeedle(key));
 }
 
 std::wstring JsonDecodeString(std::wstring_view json, std::size_t begin, std::size_t* end) {

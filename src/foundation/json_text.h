@@ -41,6 +41,9 @@ namespace qv {
 /// that were written before it existed.
 [[nodiscard]] bool JsonGetFlagDefaultTrue(std::wstring_view json, std::wstring_view key);
 
+/// What every reader looks for: the key between quotation marks, as it is.
+[[nodiscard]] std::wstring JsonKeyNeedle(std::wstring_view key);
+
 /// Whether the quoted key occurs anywhere; tells an absent member from an empty or false one.
 [[nodiscard]] bool JsonHasKey(std::wstring_view json, std::wstring_view key);
 

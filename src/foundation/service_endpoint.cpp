@@ -22,8 +22,8 @@ bool IsHostUnit(wchar_t unit) {
          unit == L'-' || unit == L'.';
 }
 
-/// The text ahead of a prefix in any case of ASCII letters removed; nothing when `text` does not begin with
-/// it.
+/// What follows a prefix, which may stand in any case of ASCII letters; nothing when `text` does not begin
+/// with it.
 std::optional<std::wstring_view> WithoutPrefix(std::wstring_view text, std::wstring_view prefix) {
   if (!EqualsIgnoreAsciiCase(text.substr(0, prefix.size()), prefix)) return std::nullopt;
   return text.substr(prefix.size());

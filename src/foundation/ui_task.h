@@ -45,7 +45,9 @@ class UiTaskQueue {
   /// Drops everything that waits and refuses what comes. UI thread.
   void Close();
 
-  /// False when the task was destroyed at once: no window, closed, or the message could not be posted.
+  /// False when the task was destroyed at once: no window, closed, or the window's thread has its message
+  /// queue full (10 000 by default, as while the host shows a box for long). Nothing posts it again: a caller
+  /// that cannot do without the task deals with false.
   [[nodiscard]] bool Post(std::unique_ptr<UiTask> task);
 
   template <typename Body>

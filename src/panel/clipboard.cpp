@@ -1,7 +1,10 @@
 #include "panel/clipboard.h"
 
+#include <windows.h>
+
 #include <cstring>
 
+#include "foundation/module.h"
 #include "foundation/unique_handle.h"
 
 namespace qv {
@@ -11,6 +14,12 @@ struct GlobalTraits {
   using Type = HGLOBAL;
   static Type None() { return nullptr; }
   static void Close(Type handle) { GlobalFree(handle); }
+};
+
+struct WindowTraits {
+  using Type = HWND;
+  static Type None() { return nullptr; }
+  static void Close(Type handle) { DestroyWindow(handle); }
 };
 
 class OpenedClipboard {
@@ -29,7 +38,7 @@ class OpenedClipboard {
 
 }  // namespace
 
-void CopyTextToClipboard(HWND owner, std::wstring_view text) {
+void CopyTextToClipboard(std::wstring_view text) {
   UniqueHandle<GlobalTraits> memory(GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t)));
   if (!memory) return;
   auto* const target = static_cast<wchar_t*>(GlobalLock(memory.Get()));
@@ -38,7 +47,12 @@ void CopyTextToClipboard(HWND owner, std::wstring_view text) {
   target[text.size()] = L'\0';
   GlobalUnlock(memory.Get());
 
-  const OpenedClipboard clipboard(owner);
+  // A window of the host would get the clipboard's messages, and without an owner nothing can be put in. The
+  // text outlives its owner.
+  const UniqueHandle<WindowTraits> owner(
+      CreateWindowExW(0, L"Static", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, ThisModule(), nullptr));
+  if (!owner) return;
+  const OpenedClipboard clipboard(owner.Get());
   if (!clipboard || !EmptyClipboard()) return;
   // The clipboard owns the memory only once it has accepted it.
   if (SetClipboardData(CF_UNICODETEXT, memory.Get()) != nullptr) static_cast<void>(memory.Detach());

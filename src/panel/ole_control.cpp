@@ -3,6 +3,7 @@
 #include <olectl.h>
 
 #include "foundation/guard.h"
+#include "panel/pane_background.h"
 
 namespace qv {
 namespace {
@@ -152,7 +153,7 @@ HRESULT OleControl::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, HDC dc
   if (bounds == nullptr) return E_POINTER;
   // The page lives in the browser's window; a drawing of the control elsewhere is its empty ground.
   const RECT area = {bounds->left, bounds->top, bounds->right, bounds->bottom};
-  FillRect(dc, &area, GetSysColorBrush(COLOR_WINDOW));
+  FillRect(dc, &area, PaneBackgroundBrush());
   return S_OK;
 }
 HRESULT OleControl::GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, HDC, LOGPALETTE** palette) noexcept {

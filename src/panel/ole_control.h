@@ -99,7 +99,8 @@ class OleControl : public ComObject<IQuorvantisExcelPane, IOleObject, IOleInPlac
   /// `DoVerb` begins; `verb` and `parent` as the container gave them.
   virtual void OnVerb(LONG verb, HWND parent) = 0;
   /// Shows the window at `position` in `parent`, creating it when missing; `operation` names the caller for
-  /// the log. False when there is no window afterwards.
+  /// the log. An existing window stays where it is when `position` is empty. False when there is no window
+  /// afterwards.
   [[nodiscard]] virtual bool ShowControlWindow(const wchar_t* operation, HWND parent,
                                                const RECT& position) = 0;
   virtual void HideControlWindow() = 0;

@@ -25,7 +25,12 @@ HRESULT OleControl::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, HWND parent,
 
 HRESULT OleControl::Activate(LONG verb, HWND parent, LPCRECT position) {
   RECT place = position != nullptr ? *position : RECT{};
-  if (const HRESULT hr = ActivateInSite(parent, place); FAILED(hr)) return hr;
+  if (inPlaceActive_ && ControlWindow() != nullptr) {
+    // The site has said where the window belongs; what comes with a later verb may be any window of the host.
+    place = {};
+  } else if (const HRESULT hr = ActivateInSite(parent, place); FAILED(hr)) {
+    return hr;
+  }
   if (!ShowControlWindow(L"DoVerb", parent, place)) return E_FAIL;
   // Whether the container wants to know is its own business.
   if (clientSite_ != nullptr) static_cast<void>(clientSite_->ShowObject());

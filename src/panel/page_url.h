@@ -7,7 +7,7 @@
 
 namespace qv {
 
-/// Page that an empty or unknown request leads to; it is the panel's root.
+/// The panel's root page, which an empty request leads to.
 inline constexpr std::wstring_view kRootPage = L"translate";
 
 /// What one address of the panel is made of.

@@ -7,14 +7,12 @@
 #include "foundation/text.h"
 #include "panel/fonts.h"
 #include "panel/page_scripts.h"
+#include "panel/pane_timers.h"
 #include "workbook/automation.h"
 #include "workbook/doc_key.h"
 
 namespace qv {
 namespace {
-
-/// Pane timer that a start makes pointless.
-constexpr UINT_PTR kDeferredStartTimer = 3;
 
 /// The local store of glossaries and instructions while it holds nothing.
 constexpr wchar_t kEmptySnapshot[] = L"{\"glossaries\":[],\"instructions\":[]}";
@@ -77,7 +75,8 @@ void PaneActions::UiLangGet(const PanelMessage& message) {
 
 void PaneActions::Start(const PanelMessage& message) {
   if (const std::wstring token = TokenOf(message); !token.empty()) static_cast<void>(tokens_.Store(token));
-  KillTimer(context_.Window(), kDeferredStartTimer);
+  // A preview that is still to come would disturb the run.
+  KillTimer(context_.Window(), kPreviewTimer);
   run_.Start(message.action, message.text);
 }
 

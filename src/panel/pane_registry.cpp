@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/guard.h"
 #include "foundation/variant.h"
 #include "panel/web_view2_pane.h"
 
@@ -36,7 +37,7 @@ void PaneRegistry::BeginShutdownEarly() {
   // References of our own: letting go of the host's objects may let the host let go of a pane.
   std::vector<ComPtr<CWebView2Pane>> panes(Panes().begin(), Panes().end());
   for (const ComPtr<CWebView2Pane>& pane : panes)
-    pane->BeginShutdownEarly();
+    Guard(L"BeginShutdownEarly", [&] { pane->BeginShutdownEarly(); });
 }
 
 }  // namespace qv

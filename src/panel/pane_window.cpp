@@ -1,8 +1,9 @@
 #include "panel/pane_window.h"
 
 #include "foundation/guard.h"
+#include "foundation/module.h"
 #include "foundation/ui_task.h"
-#include "panel/module.h"
+#include "panel/pane_background.h"
 
 namespace qv {
 namespace {
@@ -15,7 +16,7 @@ bool RegisterWindowClass(WNDPROC procedure) {
   description.lpfnWndProc = procedure;
   description.hInstance = ThisModule();
   description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  description.hbrBackground = GetSysColorBrush(COLOR_WINDOW);
+  description.hbrBackground = PaneBackgroundBrush();
   description.lpszClassName = kClassName;
   return RegisterClassExW(&description) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
 }
@@ -24,6 +25,8 @@ bool RegisterWindowClass(WNDPROC procedure) {
 
 PaneWindow::~PaneWindow() {
   Destroy();
+  // When the window is on its way out already, its last messages come after this object is gone.
+  if (handle_ != nullptr) SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
   // A class outlives its DLL and would then lead into nothing, so the last window takes it away; while others
   // exist this fails.
   UnregisterClassW(kClassName, ThisModule());
@@ -46,6 +49,10 @@ void PaneWindow::Place(HWND parent, const RECT& position) {
   if (parent != nullptr && GetParent(handle_) != parent) SetParent(handle_, parent);
   SetWindowPos(handle_, nullptr, position.left, position.top, position.right - position.left,
                position.bottom - position.top, SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+}
+
+void PaneWindow::Show() {
+  if (handle_ != nullptr) ShowWindow(handle_, SW_SHOWNA);
 }
 
 void PaneWindow::Hide() {

@@ -33,8 +33,10 @@ class PaneWindow {
 
   /// Null while there is none.
   [[nodiscard]] HWND Handle() const { return handle_; }
-  /// Shows the window in this parent at this place.
+  /// Shows the window in this parent (null: the one that it has) at this place.
   void Place(HWND parent, const RECT& position);
+  /// Shows the window where it is.
+  void Show();
   void Hide();
 
  private:

@@ -28,16 +28,17 @@ void PanelBridge::OnWebMessage(const std::wstring& source, const std::optional<s
   }
   LogPaneDiagnostic(context_->LogIdentity(), L"WebMessageReceived", S_OK);
   if (!text) return;
-  // A refused post means that the pane is closing.
-  static_cast<void>(context_->Tasks().PostFunction([this, message = *text] { OnJsMessage(message); }));
+  if (!context_->Tasks().PostFunction([this, message = *text] { OnJsMessage(message); })) {
+    LogPaneDiagnostic(context_->LogIdentity(), L"WebMessageReceived dropped", E_ABORT);
+  }
 }
 
 void PanelBridge::OnJsMessage(const std::wstring& text) {
   PanelMessage message{JsonGetString(text, L"action"), text};
-  if (message.action.empty() || actions_ == nullptr) return;
+  if (message.action.empty()) return;
   PaneLog(Concat(L"OnJsMessage action=", message.action, L" nativeTokenLen=", NativeAccessToken::Get().size(),
                  L"\r\n"));
-  RoutePanelMessage(*actions_, message);
+  RoutePanelMessage(actions_, message);
 }
 
 void PanelBridge::RunPanelScript(const std::wstring& script) {
@@ -49,7 +50,8 @@ void PanelBridge::PostPanelJson(const std::wstring& json) {
 }
 
 void PanelBridge::PostPanelScript(const std::wstring& script) {
-  // A refused post means that the page is going away.
+  // Refused when the page is going away, or when the host does not get round to its messages at all; a
+  // script that reports progress is not worth more than a try.
   static_cast<void>(context_->Tasks().PostFunction([this, script] { RunPanelScript(script); }));
 }
 

@@ -15,12 +15,12 @@ namespace qv {
 /// The only way between the page and the native code of one pane. UI thread, except `PostPanelScript`.
 class PanelBridge final : public PanelOutput {
  public:
-  /// All outlive the bridge; `context` is shared because posted tasks may outlive the pane.
-  PanelBridge(std::shared_ptr<PaneContext> context, WebView& view, const AccessTokens& tokens)
-      : context_(std::move(context)), view_(view), tokens_(tokens) {}
-
-  /// Who carries out what the page asks for; outlives the bridge's last message.
-  void SetActions(PanelActions& actions) { actions_ = &actions; }
+  /// `actions` carries out what the page asks for and need not be constructed yet. It, the view and the
+  /// tokens are there whenever a message or a posted script runs; `context` is shared with all that works for
+  /// the pane.
+  PanelBridge(std::shared_ptr<PaneContext> context, WebView& view, const AccessTokens& tokens,
+              PanelActions& actions)
+      : context_(std::move(context)), view_(view), tokens_(tokens), actions_(actions) {}
 
   /// A message arrived inside the browser's event. It is routed as a posted task, because an action may pump
   /// messages or call into the host; the order of messages is kept. A page that is not the service's own is
@@ -41,7 +41,7 @@ class PanelBridge final : public PanelOutput {
   std::shared_ptr<PaneContext> context_;
   WebView& view_;
   const AccessTokens& tokens_;
-  PanelActions* actions_ = nullptr;
+  PanelActions& actions_;
 };
 
 }  // namespace qv

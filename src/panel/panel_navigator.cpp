@@ -32,14 +32,22 @@ void PanelNavigator::OnViewReady() {
   NavigateToPage(requested.empty() ? std::wstring(kRootPage) : requested, std::wstring(currentMode_), {});
 }
 
-bool PanelNavigator::OnNavigated() {
+void PanelNavigator::TakePageBack() {
   loading_ = false;
   if (const std::wstring shown = PanelPageFromUrl(view_.Source()); !shown.empty()) currentPage_ = shown;
+}
+
+bool PanelNavigator::ShowPendingPage() {
   // Taken once: a server that answers a page with another one must not be asked for ever.
   const std::wstring requested = std::exchange(pendingPage_, {});
   if (requested.empty() || requested == currentPage_) return true;
   NavigateToPage(requested, std::wstring(currentMode_), {});
   return false;
+}
+
+void PanelNavigator::OnNavigationFailed() {
+  loading_ = false;
+  pendingPage_.clear();
 }
 
 }  // namespace qv

@@ -22,8 +22,15 @@ class PanelNavigator {
   /// The view can navigate now: shows the page asked for meanwhile, else the root.
   void OnViewReady();
 
-  /// A page was loaded. False when another one was asked for while it loaded; that one is loading now.
-  [[nodiscard]] bool OnNavigated();
+  /// A page was loaded: its name becomes the current one when it is a page of the panel.
+  void TakePageBack();
+
+  /// Loads the page that was asked for while the last one loaded, if it is another one. False when it is
+  /// loading now.
+  [[nodiscard]] bool ShowPendingPage();
+
+  /// A page could not be loaded; nothing is tried again.
+  void OnNavigationFailed();
 
   [[nodiscard]] const std::wstring& CurrentPage() const { return currentPage_; }
 

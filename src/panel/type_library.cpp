@@ -1,6 +1,6 @@
 #include "panel/type_library.h"
 
-#include "panel/module.h"
+#include "foundation/module.h"
 
 namespace qv {
 

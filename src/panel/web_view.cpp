@@ -1,6 +1,7 @@
 #include "panel/web_view.h"
 
 #include "foundation/text.h"
+#include "panel/pane_background.h"
 #include "panel/task_memory.h"
 #include "panel/web_view_environment.h"
 #include "panel/web_view_handler.h"
@@ -12,8 +13,16 @@ constexpr wchar_t kEnvironmentStep[] = L"CreateCoreWebView2EnvironmentWithOption
 constexpr wchar_t kControllerStep[] = L"CreateCoreWebView2Controller";
 constexpr wchar_t kUserDataStep[] = L"QuorvantisWebView2UserDataDir";
 
-/// Shown until the page has painted.
-constexpr COREWEBVIEW2_COLOR kBackground = {.A = 255, .R = 255, .G = 255, .B = 255};
+constexpr COREWEBVIEW2_COLOR kBackground = {.A = 255,
+                                            .R = GetRValue(kPaneBackground),
+                                            .G = GetGValue(kPaneBackground),
+                                            .B = GetBValue(kPaneBackground)};
+
+/// A load that another one replaced ends with either, depending on how far it had come.
+bool WasGivenUp(COREWEBVIEW2_WEB_ERROR_STATUS status) {
+  return status == COREWEBVIEW2_WEB_ERROR_STATUS_CONNECTION_ABORTED ||
+         status == COREWEBVIEW2_WEB_ERROR_STATUS_OPERATION_CANCELED;
+}
 
 }  // namespace
 
@@ -136,7 +145,12 @@ void WebView::OnNavigationCompleted(WebView* view, ICoreWebView2*,
   static_cast<void>(args->get_WebErrorStatus(&status));
   view->Log(Concat(L"NavigationCompleted success=", success != FALSE, L" status=", static_cast<int>(status)),
             hr);
-  if (success != FALSE && !view->context_.IsClosing()) view->events_.OnNavigated();
+  if (view->context_.IsClosing()) return;
+  if (success != FALSE) {
+    view->events_.OnNavigated();
+  } else if (!WasGivenUp(status)) {
+    view->events_.OnNavigationFailed();
+  }
 }
 
 void WebView::Navigate(const std::wstring& url) {

@@ -24,6 +24,8 @@ class WebViewEvents {
   virtual void OnWebMessage(const std::wstring& source, const std::optional<std::wstring>& text) = 0;
   /// A page was loaded.
   virtual void OnNavigated() = 0;
+  /// A page could not be loaded. Not told of a load that was given up, as when another one takes its place.
+  virtual void OnNavigationFailed() = 0;
   /// The start-up failed for good.
   virtual void OnWebViewFailed(const wchar_t* step, HRESULT hr) = 0;
 };

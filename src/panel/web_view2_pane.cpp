@@ -1,16 +1,15 @@
 #include "panel/web_view2_pane.h"
 
+#include "foundation/guard.h"
 #include "foundation/host_session.h"
 #include "foundation/logging.h"
 #include "foundation/text.h"
 #include "panel/pane_registry.h"
+#include "panel/pane_timers.h"
 #include "panel/web_view_failure.h"
 
 namespace qv {
 namespace {
-
-/// Timers of a pane window are numbered from 1; this is the last one.
-constexpr UINT_PTR kLastPaneTimer = 8;
 
 /// A handle in the form "%p".
 Hex HandleDigits(HWND window) {
@@ -23,23 +22,22 @@ CWebView2Pane::CWebView2Pane()
     : context_(std::make_shared<PaneContext>(PaneRegistry::NextNumber())),
       view_(*context_, *this),
       navigator_(*context_, view_),
-      bridge_(context_, view_, tokens_),
+      bridge_(context_, view_, tokens_, actions_),
       run_(context_, bridge_, target_, tokens_, session_),
       actions_(*context_, bridge_, tokens_, target_, run_),
       window_(*this) {
-  bridge_.SetActions(actions_);
   PaneRegistry::Add(*this);
 }
 
 CWebView2Pane::~CWebView2Pane() {
   PaneRegistry::Remove(*this);
-  OnClose();
+  Guard(L"CWebView2Pane", [this] { OnClose(); });
 }
 
 void CWebView2Pane::FinalConstruct() {
   const HostSession& host = HostSession::Get();
   Log(L"FinalConstruct (excel)", S_OK);
-  Log(Concat(L"FinalConstruct pane=", Number(), L" target ", host.Endpoint().host), S_OK);
+  Log(Concat(L"FinalConstruct pane=", context_->Number(), L" target ", host.Endpoint().host), S_OK);
   target_.SetApplication(host.Application());
   const HRESULT hr =
       hostEvents_.Subscribe(host.Application().Get(), [this](const HostEvent& event) { OnHostEvent(event); });
@@ -51,15 +49,27 @@ void CWebView2Pane::OnVerb(LONG verb, HWND parent) {
 }
 
 bool CWebView2Pane::ShowControlWindow(const wchar_t* operation, HWND parent, const RECT& position) {
-  if (context_->IsClosing()) return false;
-  if (window_.Handle() != nullptr) {
-    window_.Place(parent, position);
+  if (window_.Handle() == nullptr) return CreateControlWindow(operation, parent, position);
+  if (IsRectEmpty(&position)) {
+    window_.Show();
     return true;
   }
-  const bool created = window_.Create(parent, position);
-  Log(Concat(L"Create in ", operation, created ? L" OK" : L" failed"),
-      created ? S_OK : HRESULT_FROM_WIN32(GetLastError()));
-  return created;
+  window_.Place(parent, position);
+  context_->SetWindows(window_.Handle(), GetParent(window_.Handle()));
+  return true;
+}
+
+bool CWebView2Pane::CreateControlWindow(const wchar_t* operation, HWND parent, const RECT& position) {
+  HRESULT hr = S_OK;
+  if (context_->IsClosing()) {
+    // A pane whose window is gone does not start again; its container makes a new control.
+    hr = HRESULT_FROM_WIN32(ERROR_INVALID_STATE);
+  } else if (!window_.Create(parent, position)) {
+    const DWORD error = GetLastError();
+    hr = error != ERROR_SUCCESS ? HRESULT_FROM_WIN32(error) : E_FAIL;
+  }
+  Log(Concat(L"Create in ", operation, SUCCEEDED(hr) ? L" OK" : L" failed"), hr);
+  return SUCCEEDED(hr);
 }
 
 void CWebView2Pane::OnWindowCreated(HWND window, HWND parent) {
@@ -77,6 +87,8 @@ void CWebView2Pane::OnWindowTask(LPARAM task) {
 }
 
 void CWebView2Pane::OnWindowDestroyed() {
+  // Letting go of the host's objects may make the container let go of the control.
+  const ComPtr<OleControl> keptAlive(this);
   Shutdown();
   context_->SetWindows(nullptr, nullptr);
 }
@@ -86,8 +98,10 @@ void CWebView2Pane::OnWebMessage(const std::wstring& source, const std::optional
 }
 
 void CWebView2Pane::OnNavigated() {
-  const bool settled = navigator_.OnNavigated();
+  navigator_.TakePageBack();
+  // Before another page is asked for: from then on the page that is shown is a page that is left.
   bridge_.SendAccessTokenToPanel();
+  const bool settled = navigator_.ShowPendingPage();
   if (settled && navigator_.CurrentPage() == kRootPage) run_.PushState();
 }
 
@@ -101,14 +115,14 @@ void CWebView2Pane::OnHostEvent(const HostEvent& event) {
   const ComPtr<OleControl> keptAlive(this);
   // Sheets of other workbooks come and go without concerning this pane.
   if (event.sheet != nullptr && !SheetBelongsToTarget(event.sheet.Get(), target_.Pinned())) return;
-  run_.OnSheetActivated();
+  run_.OnSheetActivated(navigator_.CurrentPage() == kRootPage);
 }
 
 void CWebView2Pane::BeginShutdownEarly() {
   if (earlyShutdownDone_) return;
   earlyShutdownDone_ = true;
   if (const HWND window = window_.Handle()) {
-    for (UINT_PTR timer = 1; timer <= kLastPaneTimer; ++timer)
+    for (const UINT_PTR timer : {kPaneWidthTimer, kPreviewTimer})
       KillTimer(window, timer);
   }
   run_.BeginShutdownEarly();

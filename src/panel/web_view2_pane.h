@@ -28,11 +28,6 @@ class CWebView2Pane final : public OleControl, private PaneWindowEvents, private
   /// Second step of the creation: announces the pane and subscribes to the host's events.
   void FinalConstruct();
 
-  [[nodiscard]] int Number() const { return context_->Number(); }
-  [[nodiscard]] PanelNavigator& Navigator() { return navigator_; }
-  [[nodiscard]] PanelBridge& Bridge() { return bridge_; }
-  [[nodiscard]] TargetContext& Target() { return target_; }
-
   /// Ends everything that touches the host, once: the run, the event subscription, the automation references.
   /// The page stays until the host closes the control.
   void BeginShutdownEarly();
@@ -58,8 +53,10 @@ class CWebView2Pane final : public OleControl, private PaneWindowEvents, private
   void OnWebViewReady() override { navigator_.OnViewReady(); }
   void OnWebMessage(const std::wstring& source, const std::optional<std::wstring>& text) override;
   void OnNavigated() override;
+  void OnNavigationFailed() override { navigator_.OnNavigationFailed(); }
   void OnWebViewFailed(const wchar_t* step, HRESULT hr) override;
 
+  [[nodiscard]] bool CreateControlWindow(const wchar_t* operation, HWND parent, const RECT& position);
   void OnHostEvent(const HostEvent& event);
   /// Everything but the window goes; it may be on its way out itself.
   void Shutdown();

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "foundation/logging.h"
+#include "foundation/file_io.h"
 #include "foundation/unique_handle.h"
 
 namespace qv {
@@ -64,10 +64,9 @@ HMODULE LoadLoader() {
 }  // namespace
 
 std::wstring WebViewUserDataDir() {
-  std::array<wchar_t, MAX_PATH> local{};
-  if (SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, local.data()) != S_OK)
-    return {};
-  const std::wstring product = std::wstring(local.data()) + L"\\Quorvantis";
+  const std::wstring local = ShellFolder(CSIDL_LOCAL_APPDATA);
+  if (local.empty()) return {};
+  const std::wstring product = local + L"\\Quorvantis";
   const std::wstring profile = product + L"\\WebView2";
   return EnsureFolder(product) && EnsureFolder(profile) ? profile : std::wstring();
 }

@@ -6,14 +6,12 @@
 #include "foundation/catalog.h"
 #include "foundation/identity.h"
 #include "foundation/logging.h"
+#include "foundation/support_contact.h"
 #include "panel/clipboard.h"
 #include "panel/page_scripts.h"
 
 namespace qv {
 namespace {
-
-/// Identifier of the support contact, as users enter it in their chat program.
-constexpr wchar_t kSupportContact[] = L"quorvantis-support";
 
 void TellUserOnce(HWND paneWindow) {
   static std::atomic<bool> told{false};
@@ -23,7 +21,7 @@ void TellUserOnce(HWND paneWindow) {
   const std::wstring title = GetCatalogText(L"msg.title");
   // The pane may be gone when the box closes; only what is local is used from here on.
   MessageBoxW(host, body.c_str(), title.c_str(), MB_ICONWARNING | MB_SETFOREGROUND);
-  CopyTextToClipboard(host, kSupportContact);
+  CopyTextToClipboard(kSupportContact);
 }
 
 }  // namespace

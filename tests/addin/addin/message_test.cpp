@@ -125,6 +125,18 @@ TEST_F(Messages, AskAboutTheClient) {
   EXPECT_TRUE(Ask(view, L"uiLangGet").starts_with(std::string(kReplyStart) + R"({"uiLang":")"));
 }
 
+/// The id is the user's own, however long an installer made it.
+TEST_F(Messages, TellTheWholeInstallationId) {
+  const std::uint32_t view = OpenPane();
+  constexpr wchar_t kKey[] = L"Software\\Quorvantis";
+  const std::wstring id(300, L'7');
+  ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, kKey, L"InstallId", REG_SZ, id.c_str(),
+                            static_cast<DWORD>((id.size() + 1) * sizeof(wchar_t))),
+            ERROR_SUCCESS);
+  EXPECT_NE(Ask(view, L"clientInfoGet").find('"' + ToUtf8(id) + '"'), std::string::npos);
+  RegDeleteKeyValueW(HKEY_CURRENT_USER, kKey, L"InstallId");
+}
+
 wchar_t Unchanged(wchar_t unit) {
   return unit;
 }

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "addin_test.h"
-#include "foundation/catalog.h"
+#include "foundation/support_contact.h"
 #include "foundation/text.h"
 #include "host/message_pump.h"
 
@@ -73,6 +73,29 @@ TEST_F(Pane, KeepsItsPageWhileHidden) {
   EXPECT_TRUE((GetWindowLongW(NewestView().parent, GWL_STYLE) & WS_VISIBLE) != 0);
   devhost::DispatchWaitingMessages();
   EXPECT_EQ(Browser().ItemCount(), items);
+}
+
+TEST_F(Pane, StaysInItsPlaceWhenItIsActivatedAgain) {
+  OpenPane();
+  const HWND window = NewestView().parent;
+  const HWND parent = GetParent(window);
+  RECT before{};
+  GetWindowRect(window, &before);
+  ComPtr<IOleObject> object;
+  ASSERT_EQ(pane_.frame->Container().Control().As(&object), S_OK);
+  // What a host passes with a later verb need not be the control's own place.
+  const HWND stranger =
+      CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr);
+  const RECT nothing{};
+  const RECT elsewhere{5, 6, 20, 30};
+  for (const RECT* place : {static_cast<const RECT*>(nullptr), &nothing, &elsewhere}) {
+    EXPECT_EQ(object->DoVerb(OLEIVERB_UIACTIVATE, nullptr, nullptr, 0, stranger, place), S_OK);
+    EXPECT_EQ(GetParent(window), parent);
+    RECT after{};
+    GetWindowRect(window, &after);
+    EXPECT_TRUE(EqualRect(&after, &before));
+  }
+  DestroyWindow(stranger);
 }
 
 TEST_F(Pane, AnswersAsAControl) {
@@ -167,6 +190,9 @@ TEST_F(Pane, ClosesWithItsParentWindow) {
   EXPECT_FALSE(IsWindow(window));
   devhost::DispatchWaitingMessages();
   EXPECT_EQ(engine_.Counters().value("sinks", -1), 0);
+  // It does not start again, and says so.
+  EXPECT_TRUE(FAILED(pane_.frame->Container().DoVerb(OLEIVERB_SHOW)));
+  EXPECT_NE(Log().find("Create in DoVerb failed hr=0x8"), std::string::npos) << Log();
 }
 
 TEST_F(Pane, DropsMessagesThatComeWhileItCloses) {
@@ -218,12 +244,12 @@ TEST_F(Pane, ExplainsAFailedStartOnce) {
     devhost::DispatchWaitingMessages();
     EXPECT_EQ(boxes_.Count(), 1);
   }
-  EXPECT_NE(CatalogText(L"en", L"msg.webview2.body"), L"");
   EXPECT_FALSE(boxes_.Title().empty());
+  EXPECT_TRUE(Contains(boxes_.Text(), kSupportContact)) << ToUtf8(boxes_.Text());
 
   ASSERT_TRUE(OpenClipboard(nullptr));
   const HANDLE memory = GetClipboardData(CF_UNICODETEXT);
-  EXPECT_STREQ(static_cast<const wchar_t*>(GlobalLock(memory)), L"quorvantis-support");
+  EXPECT_STREQ(static_cast<const wchar_t*>(GlobalLock(memory)), kSupportContact);
   GlobalUnlock(memory);
   CloseClipboard();
 }

@@ -122,6 +122,29 @@ TEST_F(Registration, UnregistersWithoutWps) {
   EXPECT_EQ(Call("DllUnregisterServer"), S_OK);
 }
 
+TEST_F(Registration, TakesAwayWhatItCan) {
+  ASSERT_EQ(Call("DllRegisterServer"), S_OK);
+  // Of the first script's first key, nobody may do anything with it.
+  UniqueRegistryKey key;
+  ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Classes\\ExcelAddin.Connect.1", 0,
+                          WRITE_DAC | READ_CONTROL, key.Put()),
+            ERROR_SUCCESS);
+  ACL nobody{};
+  InitializeAcl(&nobody, sizeof(nobody), ACL_REVISION);
+  SECURITY_DESCRIPTOR descriptor{};
+  InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION);
+  SetSecurityDescriptorDacl(&descriptor, TRUE, &nobody, FALSE);
+  ASSERT_EQ(RegSetKeySecurity(key.Get(), DACL_SECURITY_INFORMATION, &descriptor), ERROR_SUCCESS);
+
+  EXPECT_EQ(Call("DllUnregisterServer"), HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+  SetSecurityDescriptorDacl(&descriptor, TRUE, nullptr, FALSE);
+  ASSERT_EQ(RegSetKeySecurity(key.Get(), DACL_SECURITY_INFORMATION, &descriptor), ERROR_SUCCESS);
+  for (const auto& [name, data] : OwnValues()) {
+    EXPECT_TRUE(name.starts_with("Software\\Classes\\ExcelAddin.Connect.1") || name == ToUtf8(kAllowList))
+        << name;
+  }
+}
+
 TEST_F(Registration, MakesTheTypeLibraryLoadable) {
   ASSERT_EQ(Call("DllRegisterServer"), S_OK);
   ComPtr<ITypeLib> library;

@@ -1,4 +1,4 @@
-#include "panel/module.h"
+#include "foundation/module.h"
 
 #include <array>
 

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <windows.h>
+
+namespace qv {
+
+// Timers of a pane's window.
+
+/// Watches the pane's width.
+inline constexpr UINT_PTR kPaneWidthTimer = 1;
+/// Holds the preview back until the selection has come to rest.
+inline constexpr UINT_PTR kPreviewTimer = 3;
+
+}  // namespace qv
