@@ -66,11 +66,11 @@ void RunCommands(CommandRunner& runner) {
   while (!runner.IsFinished()) {
     const HANDLE ready = reader.Ready();
     MsgWaitForMultipleObjectsEx(1, &ready, runner.NextWake(), QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+    // One at a time: work that posts its own continuation must not keep the commands waiting.
     MSG message{};
-    while (!runner.IsFinished() && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
       TranslateMessage(&message);
       DispatchMessageW(&message);
-      runner.Advance();
     }
     if (const auto line = reader.Take()) runner.Take(*line);
     runner.Advance();

@@ -98,6 +98,19 @@ TEST(BatchTranslator, FatalCodesAreNotRetried) {
   }
 }
 
+TEST(BatchTranslator, AFatalCodeOfTheSecondAttemptEndsTheBatch) {
+  RunFlags flags;
+  int calls = 0;
+  ScriptedTransport transport([&](const TranslateRequest&) {
+    return ++calls == 1 ? TranslateResult::Failure(L"", L"e")
+                        : TranslateResult::Failure(kCodeUnauthorized, L"m");
+  });
+  BatchTranslator translator(transport, flags);
+  BatchFigures figures;
+  EXPECT_EQ(translator.TranslateBatch(RequestOf({L"one", L"two"}), figures).code, kCodeUnauthorized);
+  EXPECT_EQ(calls, 2);
+}
+
 TEST(BatchTranslator, RetriesOnceThenSplitsDownToTheBadSegment) {
   RunFlags flags;
   std::map<std::wstring, int> attempts;
