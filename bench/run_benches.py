@@ -23,7 +23,7 @@ REPEATS = 3
 def windows_benches():
     """Rows of the Windows programs: name, value, unit."""
     for program in ("qv_collect_bench.exe", "qv_translation_bench.exe"):
-        command = [str(ROOT / "scripts" / "wine.sh"), str(Path(os.environ["QV_BIN"]) / program)]
+        command = [str(ROOT / "scripts" / "wine.sh"), str(Path(os.environ["QV_BUILD"]) / "windows" / "bench" / program)]
         output = subprocess.run(command, check=True, capture_output=True, text=True).stdout
         for line in output.splitlines():
             if line.count("\t") == 2:
