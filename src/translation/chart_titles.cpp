@@ -36,9 +36,9 @@ std::optional<CellUnit> UnitOf(IDispatch* title, std::int32_t index, std::wstrin
   if (text.size() > kMaxCellTextLength || IsUntranslatable(text, &IsPlatformLetter)) return std::nullopt;
   CellUnit unit;
   unit.chart = index;
-  unit.sourceText = text;
   unit.kind = UnitKind::kChartTitle;
-  unit.sheet = std::make_shared<const std::wstring>(sheetName);
+  unit.sheet = std::make_shared<SheetTexts>(sheetName);
+  unit.sourceText = unit.sheet->Keep(text);
   return unit;
 }
 

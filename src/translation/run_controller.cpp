@@ -171,7 +171,7 @@ RunJob RunController::JobOf(const Run& run) const {
   job.mailbox = mailbox_;
   job.flags = run.flags;
   for (const CellUnit& unit : session_.units) {
-    job.texts.texts.push_back(unit.WorkText());
+    job.texts.texts.emplace_back(unit.WorkText());
     job.texts.unitIds.push_back(unit.UnitId());
   }
   job.head.sourceLang = run.start.sourceLang;
@@ -210,8 +210,8 @@ void RunController::OnUnitStarting(std::size_t index) {
 
 void RunController::OnUnitDone(const TranslatedUnit& unit) {
   if (unit.index >= session_.units.size()) return;
-  const std::wstring& original = session_.units[unit.index].sourceText;
-  const std::wstring& translated = unit.skipped ? original : unit.translation;
+  const std::wstring_view original = session_.units[unit.index].sourceText;
+  const std::wstring_view translated = unit.skipped ? original : std::wstring_view(unit.translation);
   output_.RunPanelScript(
       ProgressScript(run_->id, run_->size, {unit.index, unit.skipped, original, translated}));
 }

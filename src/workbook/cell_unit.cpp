@@ -11,7 +11,7 @@ std::wstring CellUnit::UnitId() const {
 
 const std::wstring& CellUnit::SheetName() const {
   static const std::wstring kNone;
-  return sheet ? *sheet : kNone;
+  return sheet ? sheet->SheetName() : kNone;
 }
 
 }  // namespace qv

@@ -4,8 +4,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "workbook/boxed.h"
+#include "workbook/sheet_texts.h"
 
 namespace qv {
 
@@ -33,9 +35,9 @@ struct CellUnit {
   /// Set once the unit's cell was written; cleared when it is restored.
   bool written = false;
   /// Shared by all units of a sheet; null means no name.
-  std::shared_ptr<const std::wstring> sheet;
-  /// Text after normalisation.
-  std::wstring sourceText;
+  std::shared_ptr<SheetTexts> sheet;
+  /// Text after normalisation; kept by `sheet`.
+  std::wstring_view sourceText;
   /// Set where something else than the source is to be translated.
   Boxed<std::wstring> replacedText;
 
@@ -47,7 +49,7 @@ struct CellUnit {
   /// "R3C2" for a cell, "ChartTitle:" and the chart's number for a chart title; unique within a sheet.
   [[nodiscard]] std::wstring UnitId() const;
   /// What is sent for translation.
-  [[nodiscard]] const std::wstring& WorkText() const { return replacedText ? *replacedText : sourceText; }
+  [[nodiscard]] std::wstring_view WorkText() const { return replacedText ? *replacedText : sourceText; }
   /// Empty when the unit has no sheet.
   [[nodiscard]] const std::wstring& SheetName() const;
 };

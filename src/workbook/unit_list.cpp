@@ -29,7 +29,7 @@ void UnitList::AddText(std::int32_t row, std::int32_t col, std::wstring_view raw
   CellUnit& unit = units_.emplace_back();
   unit.row = row;
   unit.col = col;
-  unit.sourceText = *text;
+  unit.sourceText = sheet_->Keep(*text);
   unit.sheet = sheet_;
 }
 

@@ -16,8 +16,8 @@ namespace qv {
 /// The units of one collection in the order in which they were found, and the warnings about cells left out.
 class UnitList {
  public:
-  UnitList(std::wstring sheetName, AlphabeticTest isAlphabetic)
-      : sheet_(std::make_shared<const std::wstring>(std::move(sheetName))), isAlphabetic_(isAlphabetic) {}
+  UnitList(std::wstring_view sheetName, AlphabeticTest isAlphabetic)
+      : sheet_(std::make_shared<SheetTexts>(sheetName)), isAlphabetic_(isAlphabetic) {}
 
   /// Makes room for that many units.
   void Reserve(std::size_t count) { units_.reserve(count); }
@@ -34,7 +34,7 @@ class UnitList {
   [[nodiscard]] std::vector<std::wstring> TakeWarnings() { return std::move(warnings_); }
 
  private:
-  std::shared_ptr<const std::wstring> sheet_;
+  std::shared_ptr<SheetTexts> sheet_;
   AlphabeticTest isAlphabetic_;
   std::vector<CellUnit> units_;
   std::vector<std::wstring> warnings_;

@@ -154,7 +154,7 @@ TEST_F(RunTest, AHostThatStaysBusyCostsTheBatchButNoNotice) {
     CellUnit& unit = units[static_cast<std::size_t>(row) - 1];
     unit.row = row;
     unit.col = 1;
-    unit.sheet = std::make_shared<const std::wstring>(L"Data");
+    unit.sheet = std::make_shared<SheetTexts>(L"Data");
     unit.sourceText = L"a";
   }
   pane->session.Replace(units, {});

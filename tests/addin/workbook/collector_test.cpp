@@ -31,7 +31,7 @@ class Collecting : public WorkbookTest {
   [[nodiscard]] std::vector<std::wstring> Units() const {
     std::vector<std::wstring> units;
     for (const CellUnit& unit : result.units)
-      units.push_back(A1Address(unit.row, unit.col) + L"=" + unit.sourceText);
+      units.push_back(A1Address(unit.row, unit.col) + L"=" + std::wstring(unit.sourceText));
     return units;
   }
 
