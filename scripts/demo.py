@@ -25,8 +25,15 @@ class Refusal(Exception):
     """Something the user can mend; its text is the one line that is printed."""
 
 
+class OneLineParser(argparse.ArgumentParser):
+    """Says what is wrong with the command line in one line."""
+
+    def error(self, message):
+        raise Refusal(f"{message[:1].upper()}{message[1:]}; scripts/demo.sh --help tells the options.")
+
+
 def parse_arguments():
-    parser = argparse.ArgumentParser(prog="demo.sh", add_help=False, allow_abbrev=False)
+    parser = OneLineParser(prog="demo.sh", add_help=False, allow_abbrev=False)
     parser.add_argument("file", nargs="?", type=Path)
     parser.add_argument("--from", dest="source", default="en")
     parser.add_argument("--to", dest="target", default="es")
@@ -217,8 +224,8 @@ def demo(options):
 
 
 def main():
-    options = parse_arguments()
     try:
+        options = parse_arguments()
         if options.check_arguments:
             if options.file is not None:
                 check_workbook(options.file)

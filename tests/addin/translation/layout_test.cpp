@@ -89,6 +89,18 @@ TEST_F(LayoutTest, RowsGrowButNeverShrinkAndFrozenOnesStay) {
   EXPECT_EQ(pane->session.previousRowHeights, expected);
 }
 
+TEST_F(LayoutTest, ARowIsFittedOnceAndAHiddenOneStaysHidden) {
+  for (const char* address : {"A1", "B1", "C1", "A2"})
+    Set(address, L"Text");
+  engine->Sheet().HideRow(2, true);
+  engine->ResetCounters();
+  Translate(L"\"excelBilingualBelow\":true");
+  EXPECT_EQ(Text("A2"), L"Text\nES:Text");
+  EXPECT_TRUE(engine->Sheet().IsRowHidden(2));
+  EXPECT_EQ(engine->Sheet().RowHeight(1), 30.0);
+  EXPECT_EQ(engine->Counters().at("calls").at("Range.AutoFit"), 1);
+}
+
 TEST_F(LayoutTest, WithoutAutoFitTheHeightIsEstimated) {
   Set("A1", L"Text");
   engine->Fault({{"missing", "Range.AutoFit"}});

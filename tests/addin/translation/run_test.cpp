@@ -173,6 +173,32 @@ TEST_F(RunTest, ASecondPaneHasToWaitForTheWorkbook) {
   EXPECT_TRUE(PumpUntil([&] { return second.page.Has(L"onComplete("); }));
 }
 
+TEST_F(RunTest, ARunOverAllSheetsGoesOnWhateverSheetIsShown) {
+  FillRows(30);
+  pane->Start(L"\"excelTranslateAllSheets\":true");
+  pane->controller->Pause();
+  engine->ActivateSheet(L"More");
+  pane->controller->Resume();
+  EXPECT_FALSE(pane->page.Has(L"onExcelTranslateResumeBlocked"));
+  ASSERT_TRUE(PumpUntilPageHas(L"onComplete("));
+  EXPECT_EQ(Text("A30", L"Data"), L"ES:Text number 30");
+}
+
+TEST_F(RunTest, APaneWithoutAWindowOfItsOwnFollowsTheActiveWorkbook) {
+  FillRows(1);
+  const auto first = engine->Host().ActiveWindow();
+  pane->Start();
+  ASSERT_TRUE(PumpUntilPageHas(L"onComplete("));
+  engine->AddWorkbook(L"Second.xlsx");
+  Set("A1", L"Other text");
+  pane->page.received.clear();
+  pane->Start();
+  ASSERT_TRUE(PumpUntilPageHas(L"onComplete("));
+  EXPECT_EQ(Text("A1"), L"ES:Other text");
+  engine->ActivateWindow(first);
+  EXPECT_EQ(Text("A1"), L"ES:Text number 1");
+}
+
 TEST_F(RunTest, AnotherSheetPausesAndResumeWantsTheRunsSheetBack) {
   FillRows(30);
   pane->Start();
