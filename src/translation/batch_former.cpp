@@ -30,6 +30,7 @@ bool IsBlankSegment(std::wstring_view text) {
 std::optional<Batch> BatchFormer::Next() {
   if (position_ == texts_.size()) return std::nullopt;
   Batch batch;
+  batch.segments.reserve(kMaxSegments);
   std::size_t characters = 0;
   for (; position_ < texts_.size(); ++position_) {
     const std::wstring& text = texts_[position_];
