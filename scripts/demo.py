@@ -6,6 +6,7 @@ import collections
 import json
 import re
 import shutil
+import ssl
 import sys
 import time
 import urllib.request
@@ -41,6 +42,7 @@ def parse_arguments():
     parser.add_argument("--all-sheets", action="store_true")
     parser.add_argument("--out", type=Path, default=ROOT / "out")
     parser.add_argument("--service", help=argparse.SUPPRESS)
+    parser.add_argument("--authority", help=argparse.SUPPRESS)
     parser.add_argument("--check-arguments", action="store_true", help=argparse.SUPPRESS)
     return parser.parse_args()
 
@@ -55,8 +57,9 @@ def check_workbook(path):
             raise Refusal(f"{path} is no .xlsx workbook.")
 
 
-def check_languages(service, source, target):
-    with urllib.request.urlopen(f"{service}/v1/languages", timeout=10) as answer:
+def check_languages(service, authority, source, target):
+    trust = ssl.create_default_context(cafile=authority)
+    with urllib.request.urlopen(f"{service}/v1/languages", timeout=10, context=trust) as answer:
         pairs = json.load(answer)["pairs"]
     if pairs == "any" or [source, target] in pairs:
         return
@@ -187,14 +190,14 @@ def demo(options):
     source = (SAMPLE if own_sample else options.file).resolve()
     all_sheets = options.all_sheets or own_sample
     check_workbook(source)
-    check_languages(options.service, options.source, options.target)
+    check_languages(options.service, options.authority, options.source, options.target)
     out = options.out.resolve()
     out.mkdir(parents=True, exist_ok=True)
     result = free_name(out / f"{source.stem}.{options.target}.xlsx", own_sample)
     before_picture = free_name(out / "before.png", own_sample)
     after_picture = free_name(out / "after.png", own_sample)
 
-    with Devhost("--workbook", source, "--engine", "calc", "--service", options.service,
+    with Devhost("--workbook", source, "--engine", "calc", "--service", options.service, "--authority", options.authority,
                  log_path=out / "devhost.log") as host:
         logs = [unix_path(path) for path in host.do("log")["paths"]]
         offsets = {path: path.stat().st_size for path in logs if path.exists()}

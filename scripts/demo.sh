@@ -19,8 +19,9 @@ prepare_prefix
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/quorvantis.XXXXXX")
 trap 'stop_started; rm -rf "$work"' EXIT
-start_service "$work/service.log"
-QV_SKIP_BUILD=1 "$QV_PYTHON" "$here/demo.py" --service "$QV_SERVICE_URL" "$@"
+"$here/make_authority.sh" || exit 1
+start_service "$work/service.log" --tls "$QV_TLS"
+QV_SKIP_BUILD=1 "$QV_PYTHON" "$here/demo.py" --service "$QV_SERVICE_URL" --authority "$QV_TLS/authority.pem" "$@"
 status=$?
 stop_started
 timeout 15 "$QV_WINESERVER" -w

@@ -27,8 +27,9 @@ work=$(mktemp -d "${TMPDIR:-/tmp}/quorvantis.XXXXXX")
 trap 'stop_started; rm -rf "$work"' EXIT
 
 if [ -z "$service" ]; then
-  start_service "$work/service.log"
-  arguments+=(--service "$QV_SERVICE_URL")
+  "$here/make_authority.sh" || exit 1
+  start_service "$work/service.log" --tls "$QV_TLS"
+  arguments+=(--service "$QV_SERVICE_URL" --authority "$QV_TLS/authority.pem")
 fi
 if [ "$engine" = calc ]; then
   # The office ends when its standard input closes, which is when this script ends, however that happens.

@@ -4,11 +4,13 @@
 QV_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 QV_BUILD=${QV_BUILD:-$QV_ROOT/build}
 QV_BIN=$QV_BUILD/windows/bin
+# Certificates of the local service; scripts/make_authority.sh makes them.
+QV_TLS=$QV_BUILD/tls
 # Debian's python3: the one that has the UNO bindings and openpyxl.
 QV_PYTHON=/usr/bin/python3
 QV_WINE=/usr/lib/wine/wine64
 QV_WINESERVER=/usr/lib/wine/wineserver64
-export QV_ROOT QV_BUILD QV_BIN QV_PYTHON QV_WINE QV_WINESERVER
+export QV_ROOT QV_BUILD QV_BIN QV_TLS QV_PYTHON QV_WINE QV_WINESERVER
 
 export WINEPREFIX=${QV_WINEPREFIX:-$QV_BUILD/wine-prefix}
 export WINEARCH=win64
@@ -45,7 +47,8 @@ start_display() {
   rm -f "$ready"
 }
 
-# start_service LOGFILE ARGS… — the local service on a free port; sets QV_SERVICE_URL.
+# start_service LOGFILE ARGS… — the local service on a free port; sets QV_SERVICE_URL. With "--tls $QV_TLS" over
+# https, and whoever uses it trusts $QV_TLS/authority.pem.
 start_service() {
   local log=$1
   shift

@@ -14,6 +14,8 @@ packages=(
   fonts-wqy-microhei
   # machine translation
   apertium apertium-eng-spa
+  # certificates of the local service
+  openssl
   # tests
   python3-pytest python3-openpyxl
 )

@@ -18,10 +18,11 @@ const BODY_LIMIT_BYTES = 8 * 1024 * 1024;
  * @param {object} options
  * @param {import('./translate/engines.js').Engine} options.engine closed together with the app
  * @param {boolean} [options.faults] offers the /control endpoints
+ * @param {import('node:https').ServerOptions | null} [options.https] serves https with these certificates
  * @returns {import('fastify').FastifyInstance}
  */
-export function buildApp({ engine, faults = false }) {
-  const app = Fastify({ bodyLimit: BODY_LIMIT_BYTES, forceCloseConnections: true });
+export function buildApp({ engine, faults = false, https = null }) {
+  const app = Fastify({ bodyLimit: BODY_LIMIT_BYTES, forceCloseConnections: true, https });
   const queue = new FaultQueue();
   const recorder = faults ? new RequestRecorder() : null;
 

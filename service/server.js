@@ -1,13 +1,17 @@
 #!/usr/bin/env node
+import { readFileSync } from 'node:fs';
+import { join } from 'node:path';
 import { parseArgs } from 'node:util';
 
 import { buildApp } from './app.js';
 import { logLine } from './log.js';
 import { createEngine, ENGINE_NAMES } from './translate/engines.js';
 
-const USAGE = `usage: node server.js [--port N] [--host ADDRESS] [--engine ${ENGINE_NAMES.join('|')}] [--faults] [--leash]
+const USAGE = `usage: node server.js [--port N] [--host ADDRESS] [--engine ${ENGINE_NAMES.join('|')}] [--tls FOLDER]
+       [--faults] [--leash]
   --port    0 takes a free one (default 8080)
   --host    address to listen on (default 127.0.0.1)
+  --tls     serves https with localhost.pem and localhost.key of this folder
   --engine  default: openai when QV_LLM_BASE_URL is set, else apertium
   --faults  adds /control/…: faults on demand and a record of the requests
   --leash   ends when standard input closes, so that the service never outlives its parent`;
@@ -21,6 +25,7 @@ function readOptions() {
       port: { type: 'string', default: '8080' },
       host: { type: 'string', default: '127.0.0.1' },
       engine: { type: 'string', default: process.env.QV_LLM_BASE_URL ? 'openai' : 'apertium' },
+      tls: { type: 'string' },
       faults: { type: 'boolean', default: false },
       leash: { type: 'boolean', default: false },
     },
@@ -28,6 +33,12 @@ function readOptions() {
   if (!/^\d{1,5}$/.test(values.port) || Number(values.port) > 65535) throw new Error(`no port: ${values.port}`);
   if (!ENGINE_NAMES.includes(values.engine)) throw new Error(`no engine: ${values.engine}`);
   return { ...values, port: Number(values.port) };
+}
+
+/** Key and certificates for https, or nothing for http. */
+function readCertificates(folder) {
+  if (!folder) return null;
+  return { key: readFileSync(join(folder, 'localhost.key')), cert: readFileSync(join(folder, 'localhost.pem')) };
 }
 
 async function main() {
@@ -40,7 +51,7 @@ async function main() {
   }
 
   const engine = await createEngine(options.engine);
-  const app = buildApp({ engine, faults: options.faults });
+  const app = buildApp({ engine, faults: options.faults, https: readCertificates(options.tls) });
 
   let stopping = false;
   const stop = async () => {
@@ -57,7 +68,9 @@ async function main() {
   }
 
   await app.listen({ host: options.host, port: options.port });
-  logLine(`listening http://${options.host}:${app.server.address().port}`);
+  // The certificate is for the name, not for the address.
+  const origin = options.tls ? 'https://localhost' : `http://${options.host}`;
+  logLine(`listening ${origin}:${app.server.address().port}`);
 }
 
 main().catch((error) => {

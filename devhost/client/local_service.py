@@ -1,6 +1,7 @@
 """The local service in a process of its own, with its fault injection switched on."""
 
 import json
+import ssl
 import subprocess
 import urllib.request
 from pathlib import Path
@@ -9,9 +10,17 @@ ROOT = Path(__file__).resolve().parent.parent.parent
 
 
 class LocalService:
-    """Starts with construction, ends with `close`, and ends by itself when this process does."""
+    """Starts with construction, ends with `close`, and ends by itself when this process does.
 
-    def __init__(self, *arguments):
+    With a folder of certificates (scripts/make_authority.sh) it serves https, and `authority` is the file to
+    trust and `trust` the same as an SSL context.
+    """
+
+    def __init__(self, *arguments, tls=None):
+        self.authority = Path(tls) / "authority.pem" if tls else None
+        self.trust = ssl.create_default_context(cafile=self.authority) if tls else None
+        if tls:
+            arguments += ("--tls", str(tls))
         self._process = subprocess.Popen(
             ["node", str(ROOT / "service" / "server.js"), "--port", "0", "--leash", "--faults", *arguments],
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
@@ -25,7 +34,7 @@ class LocalService:
             request.add_header("Content-Type", "application/json")
         if token:
             request.add_header("Authorization", f"Bearer {token}")
-        with urllib.request.urlopen(request, timeout=30) as answer:
+        with urllib.request.urlopen(request, timeout=30, context=self.trust) as answer:
             text = answer.read()
         return json.loads(text) if text else None
 

@@ -7,6 +7,7 @@
 #include "foundation/text.h"
 #include "foundation/unique_handle.h"
 #include "host/call_log.h"
+#include "host/wine.h"
 
 namespace qv::devhost {
 namespace {
@@ -22,10 +23,6 @@ constexpr const wchar_t* kOwnKeys[] = {
     L"Quorvantis.ExcelPane.1",
     L"TypeLib\\{E1F2A3B4-C5D6-7890-1234-567890ABCDEF}",
 };
-
-bool IsWine() {
-  return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-}
 
 /// A key that the user's hive does not have is left alone in the machine's.
 LSTATUS CopyKey(const wchar_t* key) {

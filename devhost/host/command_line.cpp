@@ -49,6 +49,8 @@ const std::map<std::wstring, OptionRule>& OptionTable() {
           if (address) o.service = *address;
           return address.has_value();
         }}},
+      {L"--authority",
+       {"a path", [](Options& o, const std::wstring& v) { return o.authority = v, !v.empty(); }}},
       {L"--calc-port",
        {"a port from 1 to 65535",
         [](Options& o, const std::wstring& v) {

@@ -29,6 +29,8 @@ struct Options {
   EngineKind engine = EngineKind::kMemory;
   HostStyle host = HostStyle::kExcel;
   ServiceAddress service = kNoService;
+  /// PEM file of the certificate authority behind an https service; empty to trust none but the system's.
+  std::wstring authority;
   /// Port of the running office server; 0 when not given.
   std::uint16_t calcPort = 0;
 };

@@ -15,6 +15,7 @@
 #include "host/line_reader.h"
 #include "host/message_pump.h"
 #include "host/settings_file.h"
+#include "host/trusted_authority.h"
 #include "host/windows_path.h"
 
 namespace qv::devhost {
@@ -80,6 +81,7 @@ void RunCommands(CommandRunner& runner) {
 bool RunHost(const Options& options) {
   const OleApartment apartment;
   WriteServiceAddress(options.service);
+  if (!options.authority.empty()) TrustAuthority(ToWindowsPath(options.authority));
   const auto engine = MakeEngine(options);
   CallLog log(std::getenv("QV_DEVHOST_TRACE") != nullptr);
   const std::wstring addin =

@@ -1,6 +1,7 @@
 """What the end-to-end tests share: the local service, and development hosts on LibreOffice that use it."""
 
 import os
+import subprocess
 import sys
 from pathlib import Path
 
@@ -18,7 +19,9 @@ SAMPLE = ROOT / "samples" / "quarterly-report.xlsx"
 
 @pytest.fixture(scope="session")
 def running_service():
-    started = LocalService()
+    folder = ROOT / "build" / "tls"
+    subprocess.run([ROOT / "scripts" / "make_authority.sh", folder], check=True)
+    started = LocalService(tls=folder)
     yield started
     started.close()
 
@@ -36,8 +39,9 @@ def start_host(service, tmp_path):
     hosts = []
 
     def start(workbook=SAMPLE, *arguments):
-        host = Devhost("--workbook", workbook, "--engine", "calc", "--service", service.url, *arguments,
-                       log_path=tmp_path / f"devhost-{len(hosts)}.log", env={"QV_SKIP_BUILD": "1"})
+        host = Devhost("--workbook", workbook, "--engine", "calc", "--service", service.url, "--authority",
+                       service.authority, *arguments, log_path=tmp_path / f"devhost-{len(hosts)}.log",
+                       env={"QV_SKIP_BUILD": "1"})
         hosts.append(host)
         return host
 

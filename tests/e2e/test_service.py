@@ -18,7 +18,11 @@ SERVER = Path(__file__).resolve().parent.parent.parent / "service" / "server.js"
 
 def ask(service, verb, path, body=None, token="dev-test", timeout=30):
     """One request; gives status, body text and headers. `body` may be bytes or anything that JSON can hold."""
-    connection = http.client.HTTPConnection(urlsplit(service.url).netloc, timeout=timeout)
+    address = urlsplit(service.url)
+    if address.scheme == "https":
+        connection = http.client.HTTPSConnection(address.netloc, timeout=timeout, context=service.trust)
+    else:
+        connection = http.client.HTTPConnection(address.netloc, timeout=timeout)
     headers = {"Content-Type": "application/json"}
     if token is not None:
         headers["Authorization"] = f"Bearer {token}"

@@ -58,6 +58,7 @@ def whole_workbook(running_service, tmp_path_factory):
     running_service.reset()
     original = digest(SAMPLE)
     with Devhost("--workbook", SAMPLE, "--engine", "calc", "--service", running_service.url,
+                 "--authority", running_service.authority,
                  log_path=folder / "devhost.log", env={"QV_SKIP_BUILD": "1"}) as host:
         last = run(host, panelMode="full", excelTranslateAllSheets=True, excelBilingualBelow=True)
         host.do("save", path=str(folder / "after.xlsx"))
