@@ -19,6 +19,12 @@ namespace qv {
 [[nodiscard]] std::wstring DocKeyData(std::wstring_view docKey);
 [[nodiscard]] std::wstring UiLangData(std::wstring_view language);
 
+/// Tells the page that the workspace window was opened, or that it was closed.
+inline constexpr std::wstring_view kWorkspaceOpenScript =
+    L"if(window.quorvantisOnWorkspaceOpen)window.quorvantisOnWorkspaceOpen();";
+inline constexpr std::wstring_view kWorkspaceClosedScript =
+    L"if(window.quorvantisOnWorkspaceClosed)window.quorvantisOnWorkspaceClosed();";
+
 /// What the log says when the browser could not start; a null step is written as "init".
 [[nodiscard]] std::wstring WebViewFailureText(const wchar_t* step, std::int32_t hr);
 

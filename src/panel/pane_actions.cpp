@@ -30,6 +30,26 @@ wchar_t LowerUnit(wchar_t unit) {
 
 }  // namespace
 
+void PaneActions::OpenWorkspace(const PanelMessage& message) {
+  workspace_.Open(JsonGetString(message.text, L"page"));
+}
+
+void PaneActions::CloseWorkspace(const PanelMessage&) {
+  workspace_.Close();
+}
+
+void PaneActions::FocusWorkspace(const PanelMessage&) {
+  workspace_.Focus();
+}
+
+void PaneActions::OpenImagePreview(const PanelMessage& message) {
+  preview_.Open(ReadImagePreview(message.text));
+}
+
+void PaneActions::CloseImagePreview(const PanelMessage&) {
+  preview_.Close();
+}
+
 void PaneActions::ClearAccessToken(const PanelMessage&) {
   NativeAccessToken::Clear();
   PaneLog(L"OnJsMessage clearAccessToken cleared native token\r\n");

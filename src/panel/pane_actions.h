@@ -5,8 +5,10 @@
 
 #include "foundation/access_tokens.h"
 #include "foundation/pane_context.h"
+#include "panel/image_preview_window.h"
 #include "panel/panel_actions.h"
 #include "panel/panel_bridge.h"
+#include "panel/workspace_window.h"
 #include "translation/run_controller.h"
 #include "workbook/target_context.h"
 
@@ -17,10 +19,22 @@ namespace qv {
 class PaneActions final : public PanelActions {
  public:
   /// All outlive the actions.
-  PaneActions(PaneContext& context, PanelBridge& bridge, AccessTokens& tokens, const TargetContext& target,
+  PaneActions(PaneContext& context, PanelBridge& bridge, WorkspaceWindow& workspace,
+              ImagePreviewWindow& preview, AccessTokens& tokens, const TargetContext& target,
               RunController& run)
-      : context_(context), bridge_(bridge), tokens_(tokens), target_(target), run_(run) {}
+      : context_(context),
+        bridge_(bridge),
+        workspace_(workspace),
+        preview_(preview),
+        tokens_(tokens),
+        target_(target),
+        run_(run) {}
 
+  void OpenWorkspace(const PanelMessage& message) override;
+  void CloseWorkspace(const PanelMessage& message) override;
+  void FocusWorkspace(const PanelMessage& message) override;
+  void OpenImagePreview(const PanelMessage& message) override;
+  void CloseImagePreview(const PanelMessage& message) override;
   void ClearAccessToken(const PanelMessage& message) override;
   void SetAccessToken(const PanelMessage& message) override;
   void RequestAccessToken(const PanelMessage& message) override;
@@ -42,6 +56,8 @@ class PaneActions final : public PanelActions {
 
   PaneContext& context_;
   PanelBridge& bridge_;
+  WorkspaceWindow& workspace_;
+  ImagePreviewWindow& preview_;
   AccessTokens& tokens_;
   const TargetContext& target_;
   RunController& run_;

@@ -42,11 +42,13 @@ void PanelBridge::OnJsMessage(const std::wstring& text) {
 }
 
 void PanelBridge::RunPanelScript(const std::wstring& script) {
-  view_.ExecuteScript(script);
+  paneView_.ExecuteScript(script);
+  workspaceView_.ExecuteScript(script);
 }
 
 void PanelBridge::PostPanelJson(const std::wstring& json) {
-  view_.PostJson(json);
+  paneView_.PostJson(json);
+  workspaceView_.PostJson(json);
 }
 
 void PanelBridge::PostPanelScript(const std::wstring& script) {
@@ -56,7 +58,10 @@ void PanelBridge::PostPanelScript(const std::wstring& script) {
 }
 
 void PanelBridge::SendAccessTokenToPanel() {
-  if (IsOwnPage(view_.Source())) PostPanelJson(AccessTokenMessage(tokens_.Pane()));
+  const std::wstring message = AccessTokenMessage(tokens_.Pane());
+  for (WebView* view : {&paneView_, &workspaceView_}) {
+    if (IsOwnPage(view->Source())) view->PostJson(message);
+  }
 }
 
 }  // namespace qv

@@ -12,15 +12,21 @@
 
 namespace qv {
 
-/// The only way between the page and the native code of one pane. UI thread, except `PostPanelScript`.
+/// The only way between the pages of one pane and the native code: the pane's own page and, while the
+/// workspace window is open, that window's page, which gets the same scripts and messages. UI thread, except
+/// `PostPanelScript`.
 class PanelBridge final : public PanelOutput {
  public:
-  /// `actions` carries out what the page asks for and need not be constructed yet. It, the view and the
+  /// `actions` carries out what the page asks for and need not be constructed yet. It, the views and the
   /// tokens are there whenever a message or a posted script runs; `context` is shared with all that works for
   /// the pane.
-  PanelBridge(std::shared_ptr<PaneContext> context, WebView& view, const AccessTokens& tokens,
-              PanelActions& actions)
-      : context_(std::move(context)), view_(view), tokens_(tokens), actions_(actions) {}
+  PanelBridge(std::shared_ptr<PaneContext> context, WebView& paneView, WebView& workspaceView,
+              const AccessTokens& tokens, PanelActions& actions)
+      : context_(std::move(context)),
+        paneView_(paneView),
+        workspaceView_(workspaceView),
+        tokens_(tokens),
+        actions_(actions) {}
 
   /// A message arrived inside the browser's event. It is routed as a posted task, because an action may pump
   /// messages or call into the host; the order of messages is kept. A page that is not the service's own is
@@ -34,12 +40,13 @@ class PanelBridge final : public PanelOutput {
   void PostPanelJson(const std::wstring& json) override;
   void PostPanelScript(const std::wstring& script) override;
 
-  /// Hands the pane's token to the page, unless the page that is shown is not the service's own.
+  /// Hands the pane's token to the pages, except to one that is not the service's own.
   void SendAccessTokenToPanel();
 
  private:
   std::shared_ptr<PaneContext> context_;
-  WebView& view_;
+  WebView& paneView_;
+  WebView& workspaceView_;
   const AccessTokens& tokens_;
   PanelActions& actions_;
 };

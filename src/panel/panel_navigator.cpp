@@ -34,6 +34,7 @@ void PanelNavigator::OnViewReady() {
 
 void PanelNavigator::TakePageBack() {
   loading_ = false;
+  reloading_ = false;
   if (const std::wstring shown = PanelPageFromUrl(view_.Source()); !shown.empty()) currentPage_ = shown;
 }
 
@@ -43,6 +44,12 @@ bool PanelNavigator::ShowPendingPage() {
   if (requested.empty() || requested == currentPage_) return true;
   NavigateToPage(requested, std::wstring(currentMode_), {});
   return false;
+}
+
+bool PanelNavigator::Reload() {
+  if (std::exchange(reloading_, true)) return false;
+  NavigateToPage(std::wstring(currentPage_), std::wstring(currentMode_), {});
+  return true;
 }
 
 void PanelNavigator::OnNavigationFailed() {

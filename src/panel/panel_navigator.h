@@ -29,6 +29,10 @@ class PanelNavigator {
   /// loading now.
   [[nodiscard]] bool ShowPendingPage();
 
+  /// Loads the current page again after its process was lost. False when that was tried before and no page
+  /// has come since: a page that takes its process down is not tried for ever.
+  [[nodiscard]] bool Reload();
+
   /// A page could not be loaded; nothing is tried again.
   void OnNavigationFailed();
 
@@ -42,6 +46,7 @@ class PanelNavigator {
   /// Asked for before the view was ready or while another page was loading.
   std::wstring pendingPage_;
   bool loading_ = false;
+  bool reloading_ = false;
 };
 
 }  // namespace qv

@@ -1,5 +1,7 @@
 #include "panel/web_view.h"
 
+#include "foundation/com_object.h"
+#include "foundation/guard.h"
 #include "foundation/text.h"
 #include "panel/pane_background.h"
 #include "panel/task_memory.h"
@@ -23,6 +25,24 @@ bool WasGivenUp(COREWEBVIEW2_WEB_ERROR_STATUS status) {
   return status == COREWEBVIEW2_WEB_ERROR_STATUS_CONNECTION_ABORTED ||
          status == COREWEBVIEW2_WEB_ERROR_STATUS_OPERATION_CANCELED;
 }
+
+/// Hands a script's result on for as long as the view lives.
+class ScriptCompletion final : public ComObject<ICoreWebView2ExecuteScriptCompletedHandler> {
+ public:
+  ScriptCompletion(std::shared_ptr<WebViewLink> link, WebView::ScriptDone done)
+      : link_(std::move(link)), done_(std::move(done)) {}
+
+  HRESULT STDMETHODCALLTYPE Invoke(HRESULT result, LPCWSTR json) noexcept override {
+    return GuardHr(L"ScriptCompletion", [&] {
+      if (link_->view != nullptr) done_(result, json != nullptr ? json : L"");
+      return S_OK;
+    });
+  }
+
+ private:
+  std::shared_ptr<WebViewLink> link_;
+  WebView::ScriptDone done_;
+};
 
 }  // namespace
 
@@ -51,11 +71,22 @@ void WebView::OnEnvironmentCreated(WebView* view, HRESULT result, ICoreWebView2E
     return;
   }
   view->environment_ = environment;
+  view->CreateController();
+}
+
+void WebView::StartIn(ICoreWebView2Environment* environment, HWND window) {
+  window_ = window;
+  environment_ = environment;
+  link_ = std::make_shared<WebViewLink>(this);
+  CreateController();
+}
+
+void WebView::CreateController() {
   const auto handler = MakeWebViewHandler<ICoreWebView2CreateCoreWebView2ControllerCompletedHandler>(
-      view->link_, &WebView::OnControllerCreated);
-  const HRESULT hr = view->environment_->CreateCoreWebView2Controller(view->window_, handler.Get());
-  view->Log(kControllerStep, hr);
-  if (FAILED(hr)) view->events_.OnWebViewFailed(kControllerStep, hr);
+      link_, &WebView::OnControllerCreated);
+  const HRESULT hr = environment_->CreateCoreWebView2Controller(window_, handler.Get());
+  Log(kControllerStep, hr);
+  if (FAILED(hr)) events_.OnWebViewFailed(kControllerStep, hr);
 }
 
 void WebView::OnControllerCreated(WebView* view, HRESULT result, ICoreWebView2Controller* controller) {
@@ -119,6 +150,10 @@ void WebView::RegisterHandlers() {
                                          link_, &WebView::OnNavigationCompleted)
                                          .Get(),
                                      &token));
+  Log(L"add_ProcessFailed",
+      view_->add_ProcessFailed(
+          MakeWebViewHandler<ICoreWebView2ProcessFailedEventHandler>(link_, &WebView::OnProcessFailed).Get(),
+          &token));
 }
 
 void WebView::OnMessage(WebView* view, ICoreWebView2*, ICoreWebView2WebMessageReceivedEventArgs* args) {
@@ -153,6 +188,15 @@ void WebView::OnNavigationCompleted(WebView* view, ICoreWebView2*,
   }
 }
 
+void WebView::OnProcessFailed(WebView* view, ICoreWebView2*, ICoreWebView2ProcessFailedEventArgs* args) {
+  if (view == nullptr || args == nullptr || view->context_.IsClosing()) return;
+  COREWEBVIEW2_PROCESS_FAILED_KIND kind = COREWEBVIEW2_PROCESS_FAILED_KIND_RENDER_PROCESS_UNRESPONSIVE;
+  static_cast<void>(args->get_ProcessFailedKind(&kind));
+  // A page that is slow may come back, and frames and helpers are the browser's own affair.
+  if (kind == COREWEBVIEW2_PROCESS_FAILED_KIND_BROWSER_PROCESS_EXITED) view->events_.OnBrowserLost();
+  if (kind == COREWEBVIEW2_PROCESS_FAILED_KIND_RENDER_PROCESS_EXITED) view->events_.OnPageLost();
+}
+
 void WebView::Navigate(const std::wstring& url) {
   if (view_ == nullptr) return;
   Log(url, S_OK);
@@ -168,6 +212,12 @@ std::wstring WebView::Source() const {
 void WebView::ExecuteScript(const std::wstring& script) {
   // A page that is gone or not there yet needs no answer.
   if (view_ != nullptr) static_cast<void>(view_->ExecuteScript(script.c_str(), nullptr));
+}
+
+bool WebView::ExecuteScript(const std::wstring& script, ScriptDone done) {
+  if (view_ == nullptr) return false;
+  const auto handler = MakeCom<ScriptCompletion>(link_, std::move(done));
+  return SUCCEEDED(view_->ExecuteScript(script.c_str(), handler.Get()));
 }
 
 void WebView::PostJson(const std::wstring& json) {

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,6 +29,10 @@ class WebViewEvents {
   virtual void OnNavigationFailed() = 0;
   /// The start-up failed for good.
   virtual void OnWebViewFailed(const wchar_t* step, HRESULT hr) = 0;
+  /// The browser is gone; the view is of no more use.
+  virtual void OnBrowserLost() = 0;
+  /// The page's process is gone; another load brings a new one.
+  virtual void OnPageLost() = 0;
 };
 
 class WebView;
@@ -48,8 +53,19 @@ class WebView {
   WebView& operator=(const WebView&) = delete;
   ~WebView() { Close(); }
 
+  /// Receives the JSON text of a script's result, from inside a browser event.
+  using ScriptDone = std::function<void(HRESULT result, const std::wstring& json)>;
+
   /// Starts the browser for the window; the outcome comes as an event.
   void Start(HWND window);
+  /// The same in a browser that another view has started.
+  void StartIn(ICoreWebView2Environment* environment, HWND window);
+
+  /// The browser behind this view; null before it has started and after `Close`.
+  [[nodiscard]] ICoreWebView2Environment* Environment() const { return environment_.Get(); }
+
+  /// Whether the window that the view fills is still there.
+  [[nodiscard]] bool HasWindow() const { return IsWindow(window_) != FALSE; }
 
   /// False until the view is ready and again after `Close`.
   [[nodiscard]] bool IsReady() const { return view_ != nullptr; }
@@ -62,6 +78,8 @@ class WebView {
 
   // Ignored while there is no page.
   void ExecuteScript(const std::wstring& script);
+  /// `done` is called later, or not at all when the view closes first. False when the script was not taken.
+  [[nodiscard]] bool ExecuteScript(const std::wstring& script, ScriptDone done);
   void PostJson(const std::wstring& json);
 
   /// Fits the view to the client area of its window.
@@ -82,6 +100,10 @@ class WebView {
   static void OnNavigationCompleted(WebView* view, ICoreWebView2* sender,
                                     ICoreWebView2NavigationCompletedEventArgs* args);
 
+  static void OnProcessFailed(WebView* view, ICoreWebView2* sender,
+                              ICoreWebView2ProcessFailedEventArgs* args);
+
+  void CreateController();
   void SetUpController();
   void ApplySettings();
   void RegisterHandlers();

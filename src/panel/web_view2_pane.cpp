@@ -4,6 +4,7 @@
 #include "foundation/host_session.h"
 #include "foundation/logging.h"
 #include "foundation/text.h"
+#include "panel/page_scripts.h"
 #include "panel/pane_registry.h"
 #include "panel/pane_timers.h"
 #include "panel/web_view_failure.h"
@@ -21,10 +22,12 @@ Hex HandleDigits(HWND window) {
 CWebView2Pane::CWebView2Pane()
     : context_(std::make_shared<PaneContext>(PaneRegistry::NextNumber())),
       view_(*context_, *this),
+      workspace_(*context_, view_, *this),
+      preview_(*context_, view_),
       navigator_(*context_, view_),
-      bridge_(context_, view_, tokens_, actions_),
+      bridge_(context_, view_, workspace_.View(), tokens_, actions_),
       run_(context_, bridge_, target_, tokens_, session_),
-      actions_(*context_, bridge_, tokens_, target_, run_),
+      actions_(*context_, bridge_, workspace_, preview_, tokens_, target_, run_),
       window_(*this) {
   PaneRegistry::Add(*this);
 }
@@ -109,6 +112,30 @@ void CWebView2Pane::OnWebViewFailed(const wchar_t* step, HRESULT hr) {
   ShowWebView2Failure(context_, step, hr);
 }
 
+void CWebView2Pane::OnBrowserLost() {
+  OnWebViewFailed(L"ProcessFailed", HRESULT_FROM_WIN32(ERROR_PROCESS_ABORTED));
+}
+
+void CWebView2Pane::OnPageLost() {
+  Log(L"Page process lost", HRESULT_FROM_WIN32(ERROR_PROCESS_ABORTED));
+  // From outside the browser's event. Refused only when the pane is closing.
+  static_cast<void>(context_->Tasks().PostFunction([this] {
+    if (!navigator_.Reload()) OnBrowserLost();
+  }));
+}
+
+void CWebView2Pane::OnWorkspaceMessage(const std::wstring& source, const std::optional<std::wstring>& text) {
+  bridge_.OnWebMessage(source, text);
+}
+
+void CWebView2Pane::OnWorkspaceOpened() {
+  bridge_.RunPanelScript(std::wstring(kWorkspaceOpenScript));
+}
+
+void CWebView2Pane::OnWorkspaceClosed() {
+  bridge_.RunPanelScript(std::wstring(kWorkspaceClosedScript));
+}
+
 void CWebView2Pane::OnHostEvent(const HostEvent& event) {
   if (event.kind != HostEventKind::kSheetActivated) return;
   // The host may close the pane while it is asked.
@@ -135,6 +162,8 @@ void CWebView2Pane::Shutdown() {
   context_->MarkClosing();
   context_->Tasks().Close();
   BeginShutdownEarly();
+  preview_.Close();
+  workspace_.CloseNow();
   view_.Close();
 }
 

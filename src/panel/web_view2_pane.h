@@ -7,12 +7,14 @@
 #include "foundation/access_tokens.h"
 #include "foundation/pane_context.h"
 #include "panel/app_events.h"
+#include "panel/image_preview_window.h"
 #include "panel/ole_control.h"
 #include "panel/pane_actions.h"
 #include "panel/pane_window.h"
 #include "panel/panel_bridge.h"
 #include "panel/panel_navigator.h"
 #include "panel/web_view.h"
+#include "panel/workspace_window.h"
 #include "translation/run_controller.h"
 #include "translation/translation_session.h"
 #include "workbook/target_context.h"
@@ -21,7 +23,10 @@ namespace qv {
 
 /// The task-pane control: one window, one web view, and everything that works for the page in it. Created by
 /// the host through its ProgID; finds its host in the process's session. Host UI thread.
-class CWebView2Pane final : public OleControl, private PaneWindowEvents, private WebViewEvents {
+class CWebView2Pane final : public OleControl,
+                            private PaneWindowEvents,
+                            private WebViewEvents,
+                            private WorkspaceEvents {
  public:
   CWebView2Pane();
 
@@ -55,6 +60,14 @@ class CWebView2Pane final : public OleControl, private PaneWindowEvents, private
   void OnNavigated() override;
   void OnNavigationFailed() override { navigator_.OnNavigationFailed(); }
   void OnWebViewFailed(const wchar_t* step, HRESULT hr) override;
+  void OnBrowserLost() override;
+  void OnPageLost() override;
+
+  // WorkspaceEvents
+  void OnWorkspaceMessage(const std::wstring& source, const std::optional<std::wstring>& text) override;
+  void OnWorkspaceOpened() override;
+  void OnWorkspaceStateHanded() override { bridge_.SendAccessTokenToPanel(); }
+  void OnWorkspaceClosed() override;
 
   [[nodiscard]] bool CreateControlWindow(const wchar_t* operation, HWND parent, const RECT& position);
   void OnHostEvent(const HostEvent& event);
@@ -67,6 +80,8 @@ class CWebView2Pane final : public OleControl, private PaneWindowEvents, private
   TargetContext target_;
   TranslationSession session_;
   WebView view_;
+  WorkspaceWindow workspace_;
+  ImagePreviewWindow preview_;
   PanelNavigator navigator_;
   PanelBridge bridge_;
   RunController run_;

@@ -70,6 +70,14 @@ enum COREWEBVIEW2_MOVE_FOCUS_REASON : int {
   COREWEBVIEW2_MOVE_FOCUS_REASON_PREVIOUS = 2,
 };
 
+/// Which process a failure is about; there are more kinds, none of which ends a page.
+enum COREWEBVIEW2_PROCESS_FAILED_KIND : int {
+  COREWEBVIEW2_PROCESS_FAILED_KIND_BROWSER_PROCESS_EXITED = 0,
+  COREWEBVIEW2_PROCESS_FAILED_KIND_RENDER_PROCESS_EXITED = 1,
+  COREWEBVIEW2_PROCESS_FAILED_KIND_RENDER_PROCESS_UNRESPONSIVE = 2,
+  COREWEBVIEW2_PROCESS_FAILED_KIND_FRAME_RENDER_PROCESS_EXITED = 3,
+};
+
 enum COREWEBVIEW2_WEB_ERROR_STATUS : int {
   COREWEBVIEW2_WEB_ERROR_STATUS_UNKNOWN = 0,
   COREWEBVIEW2_WEB_ERROR_STATUS_CERTIFICATE_COMMON_NAME_IS_INCORRECT = 1,
@@ -335,6 +343,11 @@ struct ICoreWebView2AddScriptToExecuteOnDocumentCreatedCompletedHandler : public
 struct ICoreWebView2NewWindowRequestedEventHandler : public IUnknown {
   virtual HRESULT STDMETHODCALLTYPE Invoke(ICoreWebView2* sender,
                                            ICoreWebView2NewWindowRequestedEventArgs* args) = 0;
+};
+
+/// Only ever given to a handler, so its identifier is not needed.
+struct ICoreWebView2ProcessFailedEventArgs : public IUnknown {
+  virtual HRESULT STDMETHODCALLTYPE get_ProcessFailedKind(COREWEBVIEW2_PROCESS_FAILED_KIND* kind) = 0;
 };
 
 struct ICoreWebView2ProcessFailedEventHandler : public IUnknown {

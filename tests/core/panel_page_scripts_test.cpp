@@ -2,6 +2,7 @@
 
 #include "foundation/text.h"
 #include "panel/page_scripts.h"
+#include "panel/panel_state_scripts.h"
 #include "workbook/doc_key.h"
 
 namespace qv {
@@ -22,6 +23,19 @@ TEST(PageScripts, NameTheStepThatFailed) {
       ToUtf8(WebViewFailureText(L"CreateCoreWebView2Controller", static_cast<std::int32_t>(0x8007000E))),
       "WebView2 初始化失败：CreateCoreWebView2Controller\nHRESULT: 0x8007000E");
   EXPECT_EQ(ToUtf8(WebViewFailureText(nullptr, 5)), "WebView2 初始化失败：init\nHRESULT: 0x00000005");
+}
+
+TEST(PanelState, IsTakenOverOnlyWhenThereIsOne) {
+  for (const wchar_t* none : {L"", L"null", L"nu"})
+    EXPECT_FALSE(IsExportedState(none)) << ToUtf8(none);
+  for (const wchar_t* some : {L"{}", L"\"null\"", L"[]", L"0"})
+    EXPECT_TRUE(IsExportedState(some)) << ToUtf8(some);
+  EXPECT_EQ(ToUtf8(ImportStateScript(L"{\"page\":\"chat\"}")),
+            "(function(s){if(window.quorvantisImportState)window.quorvantisImportState(s);})"
+            "({\"page\":\"chat\"})");
+  EXPECT_EQ(ToUtf8(ExportStateScript()),
+            "(function(){try{return window.quorvantisExportState?window.quorvantisExportState():null;}"
+            "catch(e){return null;}})()");
 }
 
 wchar_t LowerAscii(wchar_t unit) {
