@@ -2,8 +2,13 @@
 
 #include <oaidl.h>
 
+#include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
+
+#include "engines/grid_snapshot.h"
+#include "foundation/variant.h"
 
 namespace qv::devhost {
 
@@ -19,9 +24,37 @@ class Engine {
   /// The Application object that is handed to add-ins; borrowed, lives as long as the engine.
   [[nodiscard]] virtual IDispatch* Application() = 0;
 
-  /// Opens a workbook and makes its window the active one. The memory engine takes a JSON description of
-  /// sheets.
-  virtual void Open(const std::wstring& path) = 0;
+  /// What Application.Hwnd answers from now on; null gives the engine's own number again.
+  virtual void SetApplicationHandle(HWND window) = 0;
+
+  /// All document windows in the order in which they were opened.
+  [[nodiscard]] virtual std::vector<WindowInfo> Windows() = 0;
+  /// Opens a workbook, makes its window the active one and gives its id; a file that is open already keeps
+  /// its window, which becomes active. The memory engine takes a JSON description of sheets.
+  virtual int OpenWindow(const std::wstring& path) = 0;
+  void Open(const std::wstring& path) { static_cast<void>(OpenWindow(path)); }
+  /// A further window on the active workbook, active; gives its id.
+  virtual int NewWindow() = 0;
+
+  // An id of no open window throws.
+
+  /// As a click of the user into the window: events are fired when another one was active.
+  virtual void ActivateWindow(int window) = 0;
+  /// The workbook goes with its last window, without being saved.
+  virtual void CloseWindow(int window) = 0;
+  /// The Window object as an add-in would get it; it counts as live while it is held.
+  [[nodiscard]] virtual ComPtr<IDispatch> WindowObject(int window) = 0;
+  /// What Window.Hwnd answers from now on; null gives the engine's own number again.
+  virtual void SetWindowHandle(int window, HWND handle) = 0;
+
+  /// What the window shows of its active sheet, within an area that is cut where the sheet ends. One round
+  /// trip.
+  [[nodiscard]] virtual GridSnapshot Grid(int window, const GridArea& area) = 0;
+  /// As clicks of the user into the window, which becomes active: events are fired.
+  virtual void ActivateSheet(int window, const std::wstring& sheet) = 0;
+  virtual void SelectCells(int window, const GridArea& area) = 0;
+  /// Grows with every call that may have changed what is shown. Costs nothing.
+  [[nodiscard]] virtual std::uint64_t Revision() const = 0;
 
   /// {"value":…,"formula":"…","text":"…","wrap":bool,"rowHeight":pt,"runs":[{"start":1,"length":n,"text":"…",
   /// "font":"…","size":pt,"bold":bool,"color":n}]}; runs are 1-based and cover the text, color is the host's

@@ -26,7 +26,20 @@ class CalcEngine final : public Engine {
   ~CalcEngine() override;
 
   IDispatch* Application() override;
-  void Open(const std::wstring& path) override;
+  void SetApplicationHandle(HWND window) override;
+
+  [[nodiscard]] std::vector<WindowInfo> Windows() override;
+  int OpenWindow(const std::wstring& path) override;
+  int NewWindow() override;
+  void ActivateWindow(int window) override;
+  void CloseWindow(int window) override;
+  [[nodiscard]] ComPtr<IDispatch> WindowObject(int window) override;
+  void SetWindowHandle(int window, HWND handle) override;
+  [[nodiscard]] GridSnapshot Grid(int window, const GridArea& area) override;
+  void ActivateSheet(int window, const std::wstring& sheet) override;
+  void SelectCells(int window, const GridArea& area) override;
+  [[nodiscard]] std::uint64_t Revision() const override;
+
   nlohmann::json Cell(const std::wstring& sheet, const std::string& address) override;
   void Select(const std::wstring& sheet, const std::string& address) override;
   void Protect(const std::wstring& sheet, bool on) override;
@@ -37,6 +50,9 @@ class CalcEngine final : public Engine {
   void Fault(const nlohmann::json& fault) override;
 
  private:
+  /// An operation that changes what is shown, with the events that come of it.
+  nlohmann::json Change(const char* operation, nlohmann::json options = nlohmann::json::object());
+
   std::shared_ptr<calc::RemoteSession> session_;
   ComPtr<calc::RemoteApplication> application_;
 };

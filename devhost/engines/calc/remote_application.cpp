@@ -29,11 +29,13 @@ void RemoteApplication::FireEvents() {
   if (happened.empty() || events_.SinkCount() == 0) return;
   const CallAnswer answer = SharedSession()->Call({{"op", "engine"}, {"do", "selection"}});
   if (answer.failure.code != S_OK) return;
-  const nlohmann::json& active = answer.value;
-  const std::array<Variant, 2> sheetAndRange{FromWire(active.at("sheet"), SharedSession()),
-                                             FromWire(active.at("range"), SharedSession())};
+  const auto active = [&](const char* name) { return FromWire(answer.value.at(name), SharedSession()); };
+  const std::array<Variant, 2> bookAndWindow{active("workbook"), active("window")};
+  const std::array<Variant, 2> sheetAndRange{active("sheet"), active("range")};
   for (const std::string& event : happened) {
-    if (event == "sheet") {
+    if (event == "window") {
+      events_.Fire(AppEvent::kWindowActivate, bookAndWindow);
+    } else if (event == "sheet") {
       events_.Fire(AppEvent::kSheetActivate, std::span(sheetAndRange).first(1));
     } else if (event == "selection") {
       events_.Fire(AppEvent::kSheetSelectionChange, sheetAndRange);

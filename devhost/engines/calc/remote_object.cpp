@@ -139,6 +139,7 @@ HRESULT RemoteObject::Perform(DISPID member, WORD flags, const DISPPARAMS& param
   } catch (const std::invalid_argument&) {
     return DISP_E_TYPEMISMATCH;
   }
+  if (flags != DISPATCH_PROPERTYGET) session_->NoteChange();
   const CallAnswer answer = session_->Call(std::move(request));
   if (answer.failure.code != S_OK) return Report(answer.failure, exception);
   // Made also when the caller does not want it, so that the office's handle is given back.

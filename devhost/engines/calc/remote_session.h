@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -58,12 +59,16 @@ class RemoteSession {
   }
   [[nodiscard]] BusyIntervals& Busy() { return busy_; }
 
+  /// Grows with every call that may have changed what the office shows.
+  [[nodiscard]] std::uint64_t Revision() const { return revision_; }
+  void NoteChange() { ++revision_; }
+
   void CountObject();
   /// The handle goes back to the office with the next request, so that a release costs no round trip.
   void Forget(int handle);
   [[nodiscard]] long LiveObjects() const;
 
-  /// What happened in the office since this was last asked: "sheet", "selection".
+  /// What happened in the office since this was last asked: "window", "sheet", "selection".
   [[nodiscard]] std::vector<std::string> TakeEvents() { return std::exchange(events_, {}); }
   /// Called after every call through the object model; the Application fires its events from it.
   void SetAfterCall(std::function<void()> action) { afterCall_ = std::move(action); }
@@ -78,6 +83,7 @@ class RemoteSession {
   std::map<std::string, std::set<std::string>> members_;
   std::map<std::string, long> calls_;
   BusyIntervals busy_;
+  std::uint64_t revision_ = 0;
   std::vector<std::string> events_;
   std::function<void()> afterCall_;
   mutable std::mutex lock_;  // guards what follows: objects may be released anywhere

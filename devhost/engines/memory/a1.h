@@ -31,6 +31,8 @@ struct Area {
   bool operator==(const Area&) const = default;
 };
 
+inline constexpr Area kWholeSheet{1, 1, kMaxRow, kMaxColumn};
+
 [[nodiscard]] Area CellArea(long row, long col);
 
 /// The common part, or nothing.

@@ -114,6 +114,7 @@ Variant ApplicationObject::Caption(Call&) {
 }
 
 Variant ApplicationObject::Hwnd(Call&) {
+  if (GetHost().givenHwnd != 0) return Variant(GetHost().givenHwnd);
   // One top-level window a document in the one host, one for all of them in the other.
   constexpr long kFrame = 0x10000;
   const auto window = GetHost().ActiveWindow();

@@ -223,6 +223,7 @@ Variant DispatchObject::CallMember(const ClassInfo::Entry& entry, DISPID id, WOR
   }
   RequireAlive();
   Call call(flags, params);
+  if (call.IsPut() || (entry.member.kinds & kMethod) != 0) ++host_->revision;
   Variant answer = entry.member.handler(*this, call);
   if (faulty) faults.RunHooks(className, entry.name, false);
   return answer;

@@ -81,6 +81,7 @@ std::shared_ptr<Workbook> Host::AddWorkbook(const std::wstring& name, const std:
 std::shared_ptr<Window> Host::AddWindow(const std::shared_ptr<Workbook>& workbook) {
   const auto window = std::make_shared<Window>();
   window->workbook = workbook;
+  window->id = ++lastWindowId_;
   // A window handle is even and 32 bits wide.
   lastWindowHandle_ += 0x2A2;
   window->hwnd = lastWindowHandle_;

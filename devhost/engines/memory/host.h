@@ -29,10 +29,14 @@ struct SheetView {
 };
 
 struct Window {
+  /// Never given again.
+  int id = 0;
   std::weak_ptr<Workbook> workbook;
   std::shared_ptr<Sheet> activeSheet;
   std::map<const Sheet*, SheetView> views;
+  /// The model's own number, and the one that it was told to answer instead.
   long hwnd = 0;
+  long givenHwnd = 0;
   bool closed = false;
   /// Replaces the computed caption when not empty.
   std::wstring ownCaption;
@@ -92,6 +96,10 @@ struct Host {
   /// Calls by the member's process-wide number.
   std::vector<std::uint64_t> calls;
   long liveObjects = 0;
+  /// Grows with every call that may change what is shown.
+  std::uint64_t revision = 0;
+  /// What Application.Hwnd was told to answer; 0 for the model's own number.
+  long givenHwnd = 0;
   std::atomic<long> wrongThread{0};
 
   void CountCall(size_t member);
@@ -122,6 +130,7 @@ struct Host {
   static void RequireFormattable(const Sheet& sheet);
 
  private:
+  int lastWindowId_ = 0;
   long lastWindowHandle_ = 0x10000;
 };
 

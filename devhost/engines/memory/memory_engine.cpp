@@ -12,7 +12,6 @@
 #include "engines/memory/fault_json.h"
 #include "engines/memory/host_events.h"
 #include "engines/memory/range_object.h"
-#include "engines/memory/window_object.h"
 #include "engines/memory/workbook_json.h"
 #include "engines/memory/worksheet_object.h"
 #include "foundation/text.h"
@@ -63,29 +62,6 @@ IDispatch* MemoryEngine::Application() {
   return application_;
 }
 
-void MemoryEngine::Open(const std::wstring& path) {
-  const std::filesystem::path file(path);
-  std::ifstream input(file, std::ios::binary);
-  if (!input) throw std::runtime_error("cannot open " + ToUtf8(path));
-  json description;
-  try {
-    description = json::parse(input);
-  } catch (const json::exception& error) {
-    throw std::runtime_error("not a workbook description: " + ToUtf8(path) + ": " + error.what());
-  }
-  auto sheets = memory::SheetsFromJson(description);
-  const auto workbook =
-      host_->AddWorkbook(file.filename().wstring(), file.parent_path().wstring(), std::move(sheets));
-  workbook->readOnly = description.value("readOnly", false);
-  if (description.contains("active")) {
-    const auto active = workbook->FindSheet(FromUtf8(description.value("active", std::string())));
-    if (active != nullptr && active->visible == -1) workbook->windows.front()->activeSheet = active;
-  }
-  openedFiles_.push_back(path);
-  memory::FireWorkbookEvent(host_, AppEvent::kWorkbookOpen, workbook);
-  memory::FireWindowEvent(host_, AppEvent::kWindowActivate, workbook->windows.front());
-}
-
 json MemoryEngine::Cell(const std::wstring& sheet, const std::string& address) {
   const auto found = FindSheet(sheet);
   const memory::Area at = CellAt(address);
@@ -101,6 +77,7 @@ json MemoryEngine::Cell(const std::wstring& sheet, const std::string& address) {
 }
 
 void MemoryEngine::Select(const std::wstring& sheet, const std::string& address) {
+  Changed();
   const auto found = FindSheet(sheet);
   const auto areas = AreasAt(address);
   OrThrow("select", [&] {
@@ -110,13 +87,14 @@ void MemoryEngine::Select(const std::wstring& sheet, const std::string& address)
 }
 
 void MemoryEngine::Protect(const std::wstring& sheet, bool on) {
+  Changed();
   FindSheet(sheet)->isProtected = on;
 }
 
 void MemoryEngine::Save(const std::wstring& path) {
   const auto workbook = host_->ActiveWorkbook();
   if (workbook == nullptr) throw std::runtime_error("no workbook is open");
-  for (const std::wstring& opened : openedFiles_) {
+  for (const auto& [opened, book] : openedFiles_) {
     std::error_code ignored;
     if (std::filesystem::equivalent(opened, path, ignored)) {
       throw std::runtime_error("the opened file stays as it is: " + ToUtf8(path));
@@ -160,31 +138,18 @@ std::shared_ptr<memory::Workbook> MemoryEngine::AddWorkbook(const std::wstring& 
   std::vector<std::shared_ptr<memory::Sheet>> made;
   for (const std::wstring& sheet : sheets)
     made.push_back(std::make_shared<memory::Sheet>(sheet));
+  Changed();
   return host_->AddWorkbook(name, folder, std::move(made));
 }
 
-std::shared_ptr<memory::Window> MemoryEngine::AddWindow(const std::shared_ptr<memory::Workbook>& workbook) {
-  return host_->AddWindow(workbook);
-}
-
-void MemoryEngine::CloseWindow(const std::shared_ptr<memory::Window>& window) {
-  host_->CloseWindow(window);
-}
-
-void MemoryEngine::CloseWorkbook(const std::shared_ptr<memory::Workbook>& workbook) {
-  host_->CloseWorkbook(workbook);
-}
-
-void MemoryEngine::ActivateWindow(const std::shared_ptr<memory::Window>& window) {
-  memory::ActivateWindow(host_, window);
-}
-
 void MemoryEngine::ActivateSheet(const std::wstring& sheet) {
+  Changed();
   const auto found = FindSheet(sheet);
   OrThrow("activate", [&] { memory::ActivateSheet(host_, found); });
 }
 
 void MemoryEngine::SelectChart(const std::wstring& sheet, size_t index) {
+  Changed();
   const auto found = FindSheet(sheet);
   ActivateSheet(sheet);
   memory::FrontWindowOf(*host_, *found)->ViewOf(*found).selectedChart = found->charts.at(index);
@@ -205,12 +170,14 @@ memory::Sheet& MemoryEngine::Sheet(std::wstring_view name) {
 
 void MemoryEngine::Set(const std::wstring& sheet, std::string_view address, memory::CellValue value) {
   const memory::Area at = CellAt(address);
+  Changed();
   FindSheet(sheet)->SetEntry(at.row1, at.col1, memory::Entry{std::move(value), L"", false, L""});
 }
 
 void MemoryEngine::SetFormula(const std::wstring& sheet, std::string_view address, std::wstring formula,
                               memory::CellValue result) {
   const memory::Area at = CellAt(address);
+  Changed();
   FindSheet(sheet)->SetEntry(at.row1, at.col1,
                              memory::Entry{std::move(result), std::move(formula), false, L""});
 }
@@ -221,23 +188,22 @@ void MemoryEngine::Type(const std::wstring& sheet, std::string_view address, con
   OrThrow("type", [&] { host_->RequireWritable(*found, {at}); });
   const auto entry = memory::ParseEntry(text, found->StyleAt(at.row1, at.col1).numberFormat);
   if (!entry) throw std::runtime_error("type: the host refuses the text");
+  Changed();
   found->SetEntry(at.row1, at.col1, *entry);
   memory::FireRangeEvent(host_, AppEvent::kSheetChange, found, {at});
 }
 
 void MemoryEngine::Merge(const std::wstring& sheet, std::string_view address) {
+  Changed();
   if (!FindSheet(sheet)->Merge(AreasAt(address).front())) throw std::runtime_error("merge: too large");
 }
 
 std::shared_ptr<memory::Chart> MemoryEngine::AddChart(const std::wstring& sheet, const std::wstring& title) {
+  Changed();
   const auto chart = memory::AddChart(*FindSheet(sheet), 51, 0, 0, 360, 216);
   chart->hasTitle = !title.empty();
   chart->title = title;
   return chart;
-}
-
-ComPtr<IDispatch> MemoryEngine::WindowObject(const std::shared_ptr<memory::Window>& window) {
-  return memory::Make<memory::WindowObject>(host_, window).Object();
 }
 
 ComPtr<IDispatch> MemoryEngine::SheetObject(const std::wstring& sheet) {

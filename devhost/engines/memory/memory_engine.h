@@ -40,8 +40,21 @@ class MemoryEngine final : public Engine {
   ~MemoryEngine() override;
 
   [[nodiscard]] IDispatch* Application() override;
+  void SetApplicationHandle(HWND window) override;
+
+  [[nodiscard]] std::vector<WindowInfo> Windows() override;
   /// A JSON file as described in memory/workbook_json.h; the workbook gets the file's name and folder.
-  void Open(const std::wstring& path) override;
+  int OpenWindow(const std::wstring& path) override;
+  int NewWindow() override;
+  void ActivateWindow(int window) override;
+  void CloseWindow(int window) override;
+  [[nodiscard]] ComPtr<IDispatch> WindowObject(int window) override;
+  void SetWindowHandle(int window, HWND handle) override;
+  [[nodiscard]] GridSnapshot Grid(int window, const GridArea& area) override;
+  void ActivateSheet(int window, const std::wstring& sheet) override;
+  void SelectCells(int window, const GridArea& area) override;
+  [[nodiscard]] std::uint64_t Revision() const override { return host_->revision; }
+
   [[nodiscard]] nlohmann::json Cell(const std::wstring& sheet, const std::string& address) override;
   void Select(const std::wstring& sheet, const std::string& address) override;
   void Protect(const std::wstring& sheet, bool on) override;
@@ -90,7 +103,7 @@ class MemoryEngine final : public Engine {
   void ActivateSheet(const std::wstring& sheet);
   void SelectChart(const std::wstring& sheet, size_t index);
 
-  /// Sheet of the active workbook.
+  /// Sheet of the active workbook. What is changed through it does not raise `Revision`.
   [[nodiscard]] memory::Sheet& Sheet(std::wstring_view name = {});
   /// Puts a value into the model; no protection, no events, texts stand as they are.
   void Set(const std::wstring& sheet, std::string_view address, memory::CellValue value);
@@ -120,11 +133,15 @@ class MemoryEngine final : public Engine {
 
  private:
   [[nodiscard]] std::shared_ptr<memory::Sheet> FindSheet(std::wstring_view name) const;
+  [[nodiscard]] std::shared_ptr<memory::Window> FindWindow(int id) const;
+  /// Notes that what is shown may have changed.
+  void Changed() { ++host_->revision; }
 
   std::shared_ptr<memory::Host> host_;
   memory::ApplicationObject* application_;
   ComPtr<IDispatch> applicationReference_;
-  std::vector<std::wstring> openedFiles_;
+  /// By workbook; a closed one stays among them, so that its file is not written over either.
+  std::vector<std::pair<std::wstring, std::weak_ptr<memory::Workbook>>> openedFiles_;
 };
 
 }  // namespace qv::devhost

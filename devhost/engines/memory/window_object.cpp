@@ -76,7 +76,7 @@ Variant WindowObject::Caption(Call& call) {
 }
 
 Variant WindowObject::Hwnd(Call&) {
-  return Variant(window_->hwnd);
+  return Variant(window_->givenHwnd != 0 ? window_->givenHwnd : window_->hwnd);
 }
 
 Variant WindowObject::Parent(Call&) {

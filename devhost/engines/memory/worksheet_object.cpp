@@ -13,7 +13,6 @@
 namespace qv::devhost::memory {
 namespace {
 
-constexpr Area kWholeSheet{1, 1, kMaxRow, kMaxColumn};
 constexpr size_t kMaxSheetName = 31;
 constexpr long kWorksheetType = -4167;
 constexpr long kVisible = -1;

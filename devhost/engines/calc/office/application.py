@@ -1,6 +1,6 @@
 """The Application object."""
 
-from office import calc, windows, workbooks, wps
+from office import calc, window_list, windows, workbooks, wps
 from office.calc import Host
 from office.com_object import (DISP_E_BADINDEX, MISSING, NOTHING, ComError, ComObject, HResultError, as_boolean,
                                as_integer)
@@ -37,11 +37,15 @@ class Application(ComObject):
         # WPS names itself, not the document, in its title.
         if wps.is_wps():
             return "WPS Office"
-        document = calc.active_document()
+        document = window_list.active_document()
         return workbooks.Workbook(document).get_name() + " - Excel" if document else "Excel"
 
     def get_hwnd(self):
-        return Host.window_handle
+        if Host.application_handle:
+            return Host.application_handle
+        # One top-level window a document in Excel, one for all of them in WPS.
+        window = None if wps.is_wps() else window_list.front()
+        return window_list.handle_of(window) if window else Host.window_handle
 
     def get_parent(self):
         return self
@@ -50,27 +54,27 @@ class Application(ComObject):
         return workbooks.Workbooks()
 
     def get_windows(self):
-        return windows.Windows(calc.documents())
+        return windows.Windows()
 
     def get_active_workbook(self):
-        document = calc.active_document()
+        document = window_list.active_document()
         return workbooks.Workbook(document) if document else NOTHING
 
     def get_active_window(self):
-        document = calc.active_document()
-        return windows.Window(document) if document else NOTHING
+        window = window_list.front()
+        return windows.Window(window) if window else NOTHING
 
     def get_active_sheet(self):
-        document = calc.active_document()
+        document = window_list.active_document()
         return workbooks.Workbook(document).get_active_sheet() if document else NOTHING
 
     def get_active_cell(self):
-        document = calc.active_document()
-        return windows.Window(document).get_active_cell() if document else NOTHING
+        window = window_list.front()
+        return windows.Window(window).get_active_cell() if window else NOTHING
 
     def get_selection(self):
-        document = calc.active_document()
-        return windows.Window(document).get_selection() if document else NOTHING
+        window = window_list.front()
+        return windows.Window(window).get_selection() if window else NOTHING
 
     def get_worksheets(self):
         return self._require_workbook().get_worksheets()

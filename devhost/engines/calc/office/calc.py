@@ -21,7 +21,12 @@ class Host:
     enable_events = True
     calculation = -4105
     window_handle = 0x00010010
-    # What happened since the last answer and is worth an event: "sheet", "selection".
+    # What Application.Hwnd was told to answer; 0 for the active window's.
+    application_handle = 0
+    # Workbook and window of every document window, from front to back; kept by window_list.
+    windows = []
+    last_window = 0
+    # What happened since the last answer and is worth an event: "window", "sheet", "selection".
     happened = []
 
     @classmethod
@@ -29,6 +34,7 @@ class Host:
         """As a host that was just started."""
         cls.display_alerts = cls.screen_updating = cls.enable_events = True
         cls.calculation = -4105
+        cls.application_handle = 0
         cls.happened = []
 
 
@@ -82,23 +88,15 @@ def is_spreadsheet(component):
 
 
 def documents():
-    found = []
+    # A workbook with several windows is listed once for each.
+    found = {}
     components = Host.desktop.Components.createEnumeration()
     while components.hasMoreElements():
         component = components.nextElement()
         if is_spreadsheet(component):
-            found.append(component)
+            found[component.RuntimeUID] = component
     # The desktop lists by no promised order; the one of opening is what a host shows.
-    found.sort(key=lambda document: int(re.sub(r"\D", "", document.RuntimeUID) or 0))
-    return found
-
-
-def active_document():
-    current = Host.desktop.getCurrentComponent()
-    if is_spreadsheet(current):
-        return current
-    opened = documents()
-    return opened[-1] if opened else None
+    return [found[uid] for uid in sorted(found, key=lambda uid: int(re.sub(r"\D", "", uid) or 0))]
 
 
 class DocumentState:

@@ -101,7 +101,8 @@ def _read_block(document, block, dates):
     return rows
 
 
-def _positions(origin, addresses):
+def positions(origin, addresses):
+    """(row, column) of every cell of the areas, counted from the corner of `origin`."""
     for address in addresses:
         for row in range(address.StartRow - origin.StartRow, address.EndRow - origin.StartRow + 1):
             for column in range(address.StartColumn - origin.StartColumn, address.EndColumn - origin.StartColumn + 1):
@@ -110,13 +111,13 @@ def _positions(origin, addresses):
 
 def _mark_formula_texts(block, rows):
     # An empty text is no empty cell, and only a formula can give one.
-    for row, column in _positions(block.RangeAddress, block.queryFormulaCells(STRING_RESULT).RangeAddresses):
+    for row, column in positions(block.RangeAddress, block.queryFormulaCells(STRING_RESULT).RangeAddresses):
         if rows[row][column] is None:
             rows[row][column] = ""
 
 
 def _mark_errors(block, rows):
-    for row, column in _positions(block.RangeAddress, block.queryFormulaCells(ERROR_RESULT).RangeAddresses):
+    for row, column in positions(block.RangeAddress, block.queryFormulaCells(ERROR_RESULT).RangeAddresses):
         rows[row][column] = error_value(block.getCellByPosition(column, row).getError())
 
 
@@ -133,10 +134,10 @@ def _mark_formats(document, block, rows, dates):
             convert = Date
         else:
             continue
-        for row, column in _positions(origin, alike.RangeAddresses):
+        for row, column in positions(origin, alike.RangeAddresses):
             if isinstance(rows[row][column], float):
                 rows[row][column] = convert(rows[row][column])
-    for row, column in _positions(origin, block.queryFormulaCells(VALUE_RESULT).RangeAddresses):
+    for row, column in positions(origin, block.queryFormulaCells(VALUE_RESULT).RangeAddresses):
         value = rows[row][column]
         if isinstance(value, float) and value in (0.0, 1.0) and \
                 block.getCellByPosition(column, row).String in ("TRUE", "FALSE"):

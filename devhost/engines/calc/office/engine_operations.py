@@ -1,6 +1,7 @@
 """What the development host asks for beside the object model: look at cells, select, protect, save, take a picture."""
 
-from office import calc, cell_values, fonts, formulas, picture, ranges, sheets, units, windows, workbooks
+from office import (calc, cell_values, fonts, formulas, picture, ranges, sheets, units, window_list,
+                    window_operations, windows, workbooks)
 from office.com_object import ComError, ErrorValue
 from office.fonts import SEMI_BOLD
 
@@ -13,7 +14,7 @@ def perform(name, options):
 
 
 def _document():
-    document = calc.active_document()
+    document = window_list.active_document()
     if document is None:
         raise ComError("no workbook is open")
     return document
@@ -34,13 +35,6 @@ def _range(sheet, address):
     if not all(parsed):
         raise ComError("%r is no cell address" % address)
     return _worksheet(sheet).get_range(address)
-
-
-def open_workbook(path):
-    document = workbooks.open_document(path)
-    document.CurrentController.Frame.activate()
-    calc.Host.desktop.setActiveFrame(document.CurrentController.Frame)
-    return workbooks.Workbook(document).get_name()
 
 
 def cell(sheet, address):
@@ -93,9 +87,15 @@ def select(sheet, address):
 
 
 def selection():
-    """The active sheet and the selection, for the arguments of events."""
-    window = windows.Window(_document())
-    return {"sheet": window.get_active_sheet(), "range": window.get_range_selection()}
+    """What is active, for the arguments of events."""
+    _document()
+    window = windows.Window(window_list.front())
+    return {
+        "workbook": window.get_parent(),
+        "window": window,
+        "sheet": window.get_active_sheet(),
+        "range": window.get_range_selection(),
+    }
 
 
 def protect(sheet, on):
@@ -125,7 +125,6 @@ def close_all():
 
 
 OPERATIONS = {
-    "open": open_workbook,
     "cell": cell,
     "select": select,
     "selection": selection,
@@ -133,4 +132,5 @@ OPERATIONS = {
     "save": save,
     "shot": shot,
     "close": close_all,
+    **window_operations.OPERATIONS,
 }

@@ -43,7 +43,7 @@ def _export(document, sheet, pdf):
     """Prints the sheet on a page made for it, and leaves the document as it was."""
     was_modified = document.isModified()
     style = document.StyleFamilies.getByName("PageStyles").getByName(sheet.PageStyle)
-    area = _extent(sheet)
+    area = extent(sheet)
     page = _page_settings(area)
     before = {name: style.getPropertyValue(name) for name in page}
     areas_before = sheet.getPrintAreas()
@@ -63,7 +63,7 @@ def _export(document, sheet, pdf):
         document.setModified(was_modified)
 
 
-def _extent(sheet):
+def extent(sheet):
     """The used area from A1 on, widened to hold the shapes."""
     used = range_geometry.used_area(sheet).RangeAddress
     right, bottom = used.EndColumn, used.EndRow

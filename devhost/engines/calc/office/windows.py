@@ -1,8 +1,8 @@
 """Windows and Window. Excel's Window names its workbook only as its parent."""
 
-from office import calc, ranges, shapes, sheets, workbooks
-from office.calc import Host
-from office.com_object import (DISP_E_BADINDEX, NOTHING, ComError, ComObject, HResultError, as_boolean, as_integer)
+from office import ranges, shapes, sheets, window_list, workbooks
+from office.com_object import (DISP_E_BADINDEX, MISSING, NOTHING, RPC_E_DISCONNECTED, ComError, ComObject, HResultError,
+                               as_boolean, as_integer)
 
 CELLS = "com.sun.star.sheet.SheetCellRange"
 AREAS = "com.sun.star.sheet.SheetCellRanges"
@@ -11,17 +11,23 @@ NORMAL_WINDOW = -4143
 
 
 class Windows(ComObject):
+    """The windows of one workbook, or of all of them, the active one first."""
+
     TYPE = "Windows"
     DEFAULT = "Item"
 
-    def __init__(self, documents):
-        self._documents = documents
+    def __init__(self, document=None):
+        self._document = document
+
+    def _all(self):
+        windows = window_list.from_front()
+        return [window for window in windows if self._document is None or window.document == self._document]
 
     def get_count(self):
-        return len(self._documents)
+        return len(self._all())
 
     def get_item(self, index):
-        found = [Window(document) for document in self._documents]
+        found = [Window(window) for window in self._all()]
         if isinstance(index, str):
             for window in found:
                 if window.get_caption().lower() == index.lower():
@@ -35,29 +41,49 @@ class Window(ComObject):
     TYPE = "Window"
     DEFAULT = "Caption"
 
-    def __init__(self, document):
-        self.document = document
+    def __init__(self, window):
+        self._window = window
+        self.document = window.document
+
+    def _require_open(self):
+        if not window_list.is_open(self._window):
+            raise HResultError(RPC_E_DISCONNECTED, "The window has been closed.")
 
     @property
     def _controller(self):
-        controller = self.document.CurrentController
-        if controller is None:
-            raise ComError("The window has been closed.")
-        return controller
+        self._require_open()
+        return self._window.controller
 
     def get_parent(self):
+        self._require_open()
         return workbooks.Workbook(self.document)
 
     def get_caption(self):
-        return workbooks.Workbook(self.document).get_name()
+        self._require_open()
+        name = workbooks.Workbook(self.document).get_name()
+        windows = window_list.of(self.document)
+        return name if len(windows) == 1 else "%s:%d" % (name, windows.index(self._window) + 1)
 
     def get_hwnd(self):
-        # A number of its own for every document, as every Excel window has.
-        order = [document.RuntimeUID for document in calc.documents()].index(self.document.RuntimeUID)
-        return Host.window_handle + 2 * order
+        self._require_open()
+        return window_list.handle_of(self._window)
 
     def get_index(self):
-        return 1
+        self._require_open()
+        return window_list.from_front().index(self._window) + 1
+
+    def call_new_window(self):
+        self._require_open()
+        return Window(window_list.add(self.document))
+
+    def call_close(self, save_changes=MISSING, filename=MISSING):
+        """The workbook goes with its last window."""
+        self._require_open()
+        if len(window_list.of(self.document)) == 1:
+            workbooks.Workbook(self.document).call_close(save_changes, filename)
+        else:
+            window_list.close(self._window)
+        return True
 
     def get_visible(self):
         return True
@@ -94,7 +120,8 @@ class Window(ComObject):
         return None
 
     def call_activate(self):
-        workbooks.Workbook(self.document).call_activate()
+        self._require_open()
+        window_list.activate(self._window)
 
     def get_freeze_panes(self):
         return bool(self._controller.hasFrozenPanes())

@@ -7,7 +7,7 @@ import uno
 from com.sun.star.io import IOException
 from com.sun.star.util import CloseVetoException
 
-from office import calc, sheets, windows
+from office import calc, sheets, window_list, windows
 from office.calc import Host, properties
 from office.com_object import (DISP_E_BADINDEX, MISSING, ComError, ComObject, HResultError, as_boolean, as_integer,
                                as_text)
@@ -73,6 +73,11 @@ def _restore_boolean_constants(document):
                         cell.NumberFormat = logical
 
 
+def _shown(document):
+    window_list.settle()
+    return Workbook(document)
+
+
 class Workbooks(ComObject):
     TYPE = "Workbooks"
     DEFAULT = "Item"
@@ -91,10 +96,10 @@ class Workbooks(ComObject):
         raise HResultError(DISP_E_BADINDEX)
 
     def call_open(self, filename, update_links=MISSING, read_only=False):
-        return Workbook(open_document(as_text(filename), as_boolean(read_only)))
+        return _shown(open_document(as_text(filename), as_boolean(read_only)))
 
     def call_add(self, template=MISSING):
-        return Workbook(Host.desktop.loadComponentFromURL("private:factory/scalc", "_blank", 0, ()))
+        return _shown(Host.desktop.loadComponentFromURL("private:factory/scalc", "_blank", 0, ()))
 
     def call_close(self):
         for document in calc.documents():
@@ -143,12 +148,13 @@ class Workbook(ComObject):
     get_sheets = get_worksheets
 
     def get_windows(self):
-        return windows.Windows([self.document])
+        return windows.Windows(self.document)
+
+    def call_new_window(self):
+        return windows.Window(window_list.add(self.document))
 
     def call_activate(self):
-        frame = self.document.CurrentController.Frame
-        frame.activate()
-        Host.desktop.setActiveFrame(frame)
+        window_list.activate(window_list.front_of(self.document))
 
     def call_save(self):
         if not self.document.URL:
@@ -186,11 +192,14 @@ class Workbook(ComObject):
     def call_close(self, save_changes=MISSING, filename=MISSING):
         if save_changes is not MISSING and as_boolean(save_changes):
             self.call_save()
+        was_active = window_list.active_document() == self.document
         calc.DocumentState.forget(self.document)
         try:
             self.document.close(True)
         except CloseVetoException:
             raise ComError("The workbook is in use and cannot be closed.") from None
+        if was_active:
+            window_list.settle()
 
     def call_export_as_fixed_format(self, type_, filename):
         path = calc.system_path(as_text(filename))
