@@ -27,6 +27,8 @@ const char* KindName(PageItemKind kind) {
       return "json";
     case PageItemKind::kRejected:
       return "rejected";
+    case PageItemKind::kMessage:
+      return "message";
   }
   return "";
 }

@@ -46,40 +46,62 @@ CompletionQueue::CompletionQueue() {
       CreateWindowExW(0, kClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance, this);
   if (window_ == nullptr) throw std::runtime_error("no message-only window for web view completions");
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  state_->window = window_;
 }
 
 CompletionQueue::~CompletionQueue() {
+  std::deque<Entry> dropped;
+  {
+    const std::scoped_lock lock(state_->mutex);
+    state_->window = nullptr;
+    dropped.swap(state_->entries);
+  }
   SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
   DestroyWindow(window_);
 }
 
-void CompletionQueue::Post(Task task, DWORD delayMs) {
-  entries_.push_back({std::move(task), GetTickCount64() + delayMs});
+bool CompletionQueue::State::Add(Entry entry) {
+  const std::scoped_lock lock(mutex);
+  if (window == nullptr) return false;
+  entries.push_back(std::move(entry));
   Arm();
+  return true;
 }
 
-void CompletionQueue::Arm() {
-  if (armed_ || entries_.empty()) return;
-  armed_ = true;
+void CompletionQueue::State::Arm() {
+  if (armed || entries.empty()) return;
+  armed = true;
   const ULONGLONG now = GetTickCount64();
-  if (entries_.front().due <= now) {
-    PostMessageW(window_, kWakeMessage, 0, 0);
+  // A timer belongs to the window's thread; whoever else comes wakes that thread to set it.
+  const bool isForeign = GetWindowThreadProcessId(window, nullptr) != GetCurrentThreadId();
+  if (entries.front().due <= now || isForeign) {
+    PostMessageW(window, kWakeMessage, 0, 0);
   } else {
-    SetTimer(window_, kDueTimer, static_cast<UINT>(entries_.front().due - now), nullptr);
+    SetTimer(window, kDueTimer, static_cast<UINT>(entries.front().due - now), nullptr);
   }
+}
+
+void CompletionQueue::Entrance::Post(Task task) const {
+  static_cast<void>(state_->Add({std::move(task), 0}));
+}
+
+void CompletionQueue::Post(Task task, DWORD delayMs) {
+  static_cast<void>(state_->Add({std::move(task), GetTickCount64() + delayMs}));
 }
 
 void CompletionQueue::RunFront() {
-  armed_ = false;
-  if (!entries_.empty() && entries_.front().due <= GetTickCount64()) {
-    const Task task = std::move(entries_.front().task);
-    entries_.pop_front();
+  Task task;
+  {
+    const std::scoped_lock lock(state_->mutex);
+    state_->armed = false;
+    if (!state_->entries.empty() && state_->entries.front().due <= GetTickCount64()) {
+      task = std::move(state_->entries.front().task);
+      state_->entries.pop_front();
+    }
     // Armed before the task runs: it may open a modal loop that further completions must reach.
-    Arm();
-    task();
-  } else {
-    Arm();
+    state_->Arm();
   }
+  if (task) task();
 }
 
 LRESULT CALLBACK CompletionQueue::WindowProcedure(HWND window, UINT message, WPARAM wParam,

@@ -6,9 +6,10 @@
 namespace qv::devhost {
 
 Controller::Controller(std::shared_ptr<CompletionQueue> queue, HWND parent,
-                       std::unique_ptr<ViewWindow> window, std::wstring userDataFolder)
+                       std::unique_ptr<ViewWindow> window, const BindPage& bind, std::wstring userDataFolder)
     : queue_(std::move(queue)), parent_(parent), window_(std::move(window)) {
   view_ = MakeCom<CoreWebView>(queue_, parent, std::move(userDataFolder));
+  view_->Bind(bind, *window_);
 }
 
 Controller::~Controller() {

@@ -11,9 +11,9 @@ namespace qv::devhost {
 /// The window side of one web view. The last release closes it like `Close`.
 class Controller final : public ControllerStubs {
  public:
-  /// Takes the child window over.
+  /// Takes the child window over and puts the page into it.
   Controller(std::shared_ptr<CompletionQueue> queue, HWND parent, std::unique_ptr<ViewWindow> window,
-             std::wstring userDataFolder);
+             const BindPage& bind, std::wstring userDataFolder);
 
   HRESULT STDMETHODCALLTYPE get_IsVisible(BOOL* value) noexcept override;
   HRESULT STDMETHODCALLTYPE put_IsVisible(BOOL value) noexcept override;

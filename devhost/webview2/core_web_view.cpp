@@ -3,19 +3,27 @@
 #include "engines/common/com_guard.h"
 #include "webview2/event_args.h"
 #include "webview2/recorder.h"
-#include "webview2/recorder_backend.h"
+#include "webview2/view_window.h"
 
 namespace qv::devhost {
 
 CoreWebView::CoreWebView(std::shared_ptr<CompletionQueue> queue, HWND parent, std::wstring userDataFolder)
     : queue_(std::move(queue)), parent_(parent), userDataFolder_(std::move(userDataFolder)) {
   settings_ = MakeCom<ViewSettings>();
-  backend_ = std::make_unique<RecorderBackend>(static_cast<PageEvents&>(*this), queue_);
   number_ = Recorder::Get().Add(*this);
 }
 
 CoreWebView::~CoreWebView() {
   Recorder::Get().Remove(*this);
+}
+
+void CoreWebView::Bind(const BindPage& bind, ViewWindow& window) {
+  window_ = &window;
+  backend_ = bind(*this, window);
+}
+
+HWND CoreWebView::Window() const {
+  return IsClosed() ? nullptr : window_->Handle();
 }
 
 ViewInfo CoreWebView::Describe() const {
@@ -35,11 +43,14 @@ ViewInfo CoreWebView::Describe() const {
 
 void CoreWebView::Close() {
   backend_.reset();
+  window_ = nullptr;
   pendingNavigation_ = 0;
   pendingScripts_.clear();
+  Recorder::Get().EndEvaluations(number_, HRESULT_FROM_WIN32(ERROR_INVALID_STATE));
   navigationStarting_.Clear();
   navigationCompleted_.Clear();
   webMessageReceived_.Clear();
+  processFailed_.Clear();
 }
 
 template <typename Body>
@@ -71,29 +82,44 @@ HRESULT CoreWebView::Navigate(LPCWSTR uri) noexcept {
 }
 
 void CoreWebView::StartNavigation(std::uint64_t navigation, const std::wstring& uri) {
-  if (IsClosed()) return;
+  if (IsClosed() || !AnnounceNavigation(navigation, uri)) return;
+  BOOL scriptEnabled = TRUE;
+  static_cast<void>(settings_->get_IsScriptEnabled(&scriptEnabled));
+  backend_->SetScriptEnabled(scriptEnabled != FALSE);
+  backend_->Navigate(navigation, uri);
+}
+
+bool CoreWebView::AnnounceNavigation(std::uint64_t navigation, const std::wstring& uri) {
   const auto args = MakeCom<NavigationStartingArgs>(navigation, uri);
   navigationStarting_.Raise(this, args.Get());
-  if (IsClosed()) return;
+  if (IsClosed()) return false;
   if (args->IsCancelled()) {
     queue_->Post([self = ComPtr<CoreWebView>(this), navigation] {
       self->CompleteNavigation(navigation, false, COREWEBVIEW2_WEB_ERROR_STATUS_OPERATION_CANCELED);
     });
-    return;
+    return false;
   }
   const auto superseded = std::exchange(pendingNavigation_, navigation);
   if (superseded != 0) {
     CompleteNavigation(superseded, false, COREWEBVIEW2_WEB_ERROR_STATUS_OPERATION_CANCELED);
-    if (IsClosed()) return;
   }
-  backend_->Navigate(navigation, uri);
+  return !IsClosed();
 }
 
-void CoreWebView::NavigationFinished(std::uint64_t navigation, const std::wstring& uri, bool success,
+std::uint64_t CoreWebView::NavigationBegun(const std::wstring& uri) {
+  const ComPtr<CoreWebView> self(this);
+  const auto navigation = ++lastNavigation_;
+  return AnnounceNavigation(navigation, uri) ? navigation : 0;
+}
+
+void CoreWebView::SourceChanged(const std::wstring& uri) {
+  source_ = uri;
+}
+
+void CoreWebView::NavigationFinished(std::uint64_t navigation, bool success,
                                      COREWEBVIEW2_WEB_ERROR_STATUS status) {
   if (navigation != pendingNavigation_) return;
   pendingNavigation_ = 0;
-  source_ = uri;
   CompleteNavigation(navigation, success, status);
 }
 
@@ -142,26 +168,53 @@ void CoreWebView::DeliverLater(std::wstring text, bool isString, const wchar_t* 
   queue_->Post([self = ComPtr<CoreWebView>(this), text = std::move(text), isString, current,
                 given = std::wstring(current ? L"" : source)] {
     const auto& from = current ? self->source_ : given;
-    if (isString) {
-      self->StringReceived(from, text);
-    } else {
-      self->JsonReceived(from, text);
-    }
+    self->Receive(from, text, isString);
   });
 }
 
 void CoreWebView::StringReceived(const std::wstring& source, const std::wstring& text) {
+  Recorder::Get().Record(number_, PageItemKind::kMessage, text);
   Receive(source, text, true);
 }
 
 void CoreWebView::JsonReceived(const std::wstring& source, const std::wstring& json) {
+  Recorder::Get().Record(number_, PageItemKind::kMessage, json);
   Receive(source, json, false);
 }
 
 void CoreWebView::Receive(const std::wstring& source, const std::wstring& text, bool isString) {
   if (IsClosed() || !AreMessagesEnabled()) return;
+  const ComPtr<CoreWebView> self(this);
   const auto args = MakeCom<WebMessageArgs>(source, text, isString);
   webMessageReceived_.Raise(this, args.Get());
+}
+
+bool CoreWebView::Evaluate(std::uint64_t evaluation, const std::wstring& script) {
+  return backend_->Evaluate(script, [evaluation](HRESULT result, const std::wstring& text) {
+    Recorder::Get().FinishEvaluation(evaluation, result, text);
+  });
+}
+
+void CoreWebView::PageProcessLost() {
+  FailWaiting(COREWEBVIEW2_PROCESS_FAILED_KIND_RENDER_PROCESS_EXITED);
+}
+
+void CoreWebView::BrowserProcessLost() {
+  // From here on the view answers as a closed one, but its handlers stay until it is closed.
+  backend_.reset();
+  FailWaiting(COREWEBVIEW2_PROCESS_FAILED_KIND_BROWSER_PROCESS_EXITED);
+}
+
+void CoreWebView::FailWaiting(COREWEBVIEW2_PROCESS_FAILED_KIND kind) {
+  const ComPtr<CoreWebView> self(this);
+  const HRESULT lost = HRESULT_FROM_WIN32(ERROR_PROCESS_ABORTED);
+  Recorder::Get().EndEvaluations(number_, lost);
+  while (!pendingScripts_.empty())
+    FinishScript(pendingScripts_.begin()->first, lost, std::wstring());
+  const auto navigation = std::exchange(pendingNavigation_, 0);
+  if (navigation != 0) CompleteNavigation(navigation, false, COREWEBVIEW2_WEB_ERROR_STATUS_UNEXPECTED_ERROR);
+  const auto args = MakeCom<ProcessFailedArgs>(kind);
+  processFailed_.Raise(this, args.Get());
 }
 
 bool CoreWebView::AreMessagesEnabled() const {
@@ -194,6 +247,15 @@ HRESULT CoreWebView::add_WebMessageReceived(ICoreWebView2WebMessageReceivedEvent
 
 HRESULT CoreWebView::remove_WebMessageReceived(EventRegistrationToken token) noexcept {
   return WhileOpen([&] { return webMessageReceived_.Remove(token), S_OK; });
+}
+
+HRESULT CoreWebView::add_ProcessFailed(ICoreWebView2ProcessFailedEventHandler* handler,
+                                       EventRegistrationToken* token) noexcept {
+  return WhileOpen([&] { return processFailed_.Add(handler, token); });
+}
+
+HRESULT CoreWebView::remove_ProcessFailed(EventRegistrationToken token) noexcept {
+  return WhileOpen([&] { return processFailed_.Remove(token), S_OK; });
 }
 
 }  // namespace qv::devhost

@@ -19,14 +19,20 @@ namespace qv::devhost {
 class CoreWebView final : public CoreWebViewStubs, private PageEvents {
  public:
   CoreWebView(std::shared_ptr<CompletionQueue> queue, HWND parent, std::wstring userDataFolder);
+  /// Puts the page behind the view and the window, which must stay until `Close`. Once, before anything else.
+  void Bind(const BindPage& bind, ViewWindow& window);
 
   [[nodiscard]] std::uint32_t Number() const { return number_; }
   [[nodiscard]] bool IsClosed() const { return backend_ == nullptr; }
   [[nodiscard]] PageBackend* Backend() const { return backend_.get(); }
   [[nodiscard]] ViewInfo Describe() const;
+  /// Null when the view is closed or its window was destroyed.
+  [[nodiscard]] HWND Window() const;
 
   /// Drops handlers, waiting scripts and the backend at once. Harmless when repeated.
   void Close();
+  /// Runs the host's script under this number of the `Recorder`. False without a page.
+  [[nodiscard]] bool Evaluate(std::uint64_t evaluation, const std::wstring& script);
   /// Hands a message of the page to the handlers later; a null source stands for the current address.
   void DeliverLater(std::wstring text, bool isString, const wchar_t* source);
 
@@ -54,21 +60,30 @@ class CoreWebView final : public CoreWebViewStubs, private PageEvents {
   HRESULT STDMETHODCALLTYPE add_WebMessageReceived(ICoreWebView2WebMessageReceivedEventHandler* handler,
                                                    EventRegistrationToken* token) noexcept override;
   HRESULT STDMETHODCALLTYPE remove_WebMessageReceived(EventRegistrationToken token) noexcept override;
+  HRESULT STDMETHODCALLTYPE add_ProcessFailed(ICoreWebView2ProcessFailedEventHandler* handler,
+                                              EventRegistrationToken* token) noexcept override;
+  HRESULT STDMETHODCALLTYPE remove_ProcessFailed(EventRegistrationToken token) noexcept override;
 
  private:
   ~CoreWebView() override;
 
-  void NavigationFinished(std::uint64_t navigation, const std::wstring& uri, bool success,
+  std::uint64_t NavigationBegun(const std::wstring& uri) override;
+  void SourceChanged(const std::wstring& uri) override;
+  void NavigationFinished(std::uint64_t navigation, bool success,
                           COREWEBVIEW2_WEB_ERROR_STATUS status) override;
   void StringReceived(const std::wstring& source, const std::wstring& text) override;
   void JsonReceived(const std::wstring& source, const std::wstring& json) override;
+  void PageProcessLost() override;
+  void BrowserProcessLost() override;
 
   template <typename Body>
   [[nodiscard]] HRESULT WhileOpen(Body&& body) noexcept;
   void StartNavigation(std::uint64_t navigation, const std::wstring& uri);
+  [[nodiscard]] bool AnnounceNavigation(std::uint64_t navigation, const std::wstring& uri);
   void CompleteNavigation(std::uint64_t navigation, bool success, COREWEBVIEW2_WEB_ERROR_STATUS status);
   void FinishScript(std::uint64_t script, HRESULT result, const std::wstring& json);
   void Receive(const std::wstring& source, const std::wstring& text, bool isString);
+  void FailWaiting(COREWEBVIEW2_PROCESS_FAILED_KIND kind);
   [[nodiscard]] bool AreMessagesEnabled() const;
 
   std::shared_ptr<CompletionQueue> queue_;
@@ -80,12 +95,14 @@ class CoreWebView final : public CoreWebViewStubs, private PageEvents {
   EventList<ICoreWebView2NavigationStartingEventHandler> navigationStarting_;
   EventList<ICoreWebView2NavigationCompletedEventHandler> navigationCompleted_;
   EventList<ICoreWebView2WebMessageReceivedEventHandler> webMessageReceived_;
+  EventList<ICoreWebView2ProcessFailedEventHandler> processFailed_;
   /// The navigation that is under way, 0 for none; a newer one cancels it.
   std::uint64_t pendingNavigation_ = 0;
   std::uint64_t lastNavigation_ = 0;
   std::map<std::uint64_t, ComPtr<ICoreWebView2ExecuteScriptCompletedHandler>> pendingScripts_;
   std::uint64_t lastScript_ = 0;
   std::unique_ptr<PageBackend> backend_;
+  ViewWindow* window_ = nullptr;
   std::uint32_t number_;
 };
 

@@ -58,13 +58,6 @@ class CoreWebViewStubs : public ComObject<ICoreWebView2> {
   HRESULT STDMETHODCALLTYPE remove_PermissionRequested(EventRegistrationToken) noexcept override {
     return E_NOTIMPL;
   }
-  HRESULT STDMETHODCALLTYPE add_ProcessFailed(ICoreWebView2ProcessFailedEventHandler*,
-                                              EventRegistrationToken*) noexcept override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE remove_ProcessFailed(EventRegistrationToken) noexcept override {
-    return E_NOTIMPL;
-  }
   HRESULT STDMETHODCALLTYPE AddScriptToExecuteOnDocumentCreated(
       LPCWSTR, ICoreWebView2AddScriptToExecuteOnDocumentCreatedCompletedHandler*) noexcept override {
     return E_NOTIMPL;

@@ -5,6 +5,7 @@
 #include "engines/common/com_guard.h"
 #include "webview2/controller.h"
 #include "webview2/recorder.h"
+#include "webview2/recorder_backend.h"
 #include "webview2/task_text.h"
 
 namespace qv::devhost {
@@ -35,8 +36,9 @@ HRESULT CheckApartment() {
 
 }  // namespace
 
-Environment::Environment(std::shared_ptr<CompletionQueue> queue, std::wstring userDataFolder)
-    : queue_(std::move(queue)), userDataFolder_(std::move(userDataFolder)) {}
+Environment::Environment(std::shared_ptr<CompletionQueue> queue, std::unique_ptr<PageSource> pages,
+                         std::wstring userDataFolder)
+    : queue_(std::move(queue)), pages_(std::move(pages)), userDataFolder_(std::move(userDataFolder)) {}
 
 HRESULT Environment::CreateCoreWebView2Controller(HWND parentWindow, ControllerHandler* handler) noexcept {
   return GuardCom([&]() -> HRESULT {
@@ -52,17 +54,16 @@ HRESULT Environment::CreateCoreWebView2Controller(HWND parentWindow, ControllerH
     pending->window->OnDestroyed([weak = std::weak_ptr(pending)] {
       if (const auto lost = weak.lock()) lost->Complete(E_ABORT, nullptr);
     });
-    queue_->Post(
-        [pending, failure, queue = queue_, parentWindow, folder = userDataFolder_] {
-          if (!pending->handler) return;
-          if (failure) return pending->Complete(failure->result, nullptr);
-          pending->window->OnDestroyed(nullptr);
-          const auto controller =
-              MakeCom<Controller>(queue, parentWindow, std::move(pending->window), folder);
-          pending->Complete(S_OK, controller.Get());
-        },
-        Recorder::Get().Delay());
-    return S_OK;
+    return pages_->PreparePage([pending, failure, queue = queue_, parentWindow, folder = userDataFolder_](
+                                   HRESULT result, const BindPage& bind) {
+      if (!pending->handler) return;
+      pending->window->OnDestroyed(nullptr);
+      if (SUCCEEDED(result) && failure) return pending->Complete(failure->result, nullptr);
+      if (FAILED(result)) return pending->Complete(result, nullptr);
+      const auto controller =
+          MakeCom<Controller>(queue, parentWindow, std::move(pending->window), bind, folder);
+      pending->Complete(S_OK, controller.Get());
+    });
   });
 }
 
@@ -96,7 +97,8 @@ HRESULT CreateEnvironment(PCWSTR userDataFolder, EnvironmentHandler* handler) {
       [queue, failure, receiver = ComPtr<EnvironmentHandler>(handler),
        folder = std::wstring(userDataFolder ? userDataFolder : L"")] {
         ComPtr<Environment> environment;
-        if (!failure) environment = MakeCom<Environment>(queue, folder);
+        if (!failure)
+          environment = MakeCom<Environment>(queue, std::make_unique<RecorderSource>(queue), folder);
         static_cast<void>(receiver->Invoke(failure ? failure->result : S_OK, environment.Get()));
       },
       Recorder::Get().Delay());

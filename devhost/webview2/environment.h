@@ -6,6 +6,7 @@
 #include "foundation/com_object.h"
 #include "panel/webview2_interfaces.h"
 #include "webview2/completion_queue.h"
+#include "webview2/page_backend.h"
 
 namespace qv::devhost {
 
@@ -15,7 +16,8 @@ inline constexpr wchar_t kBrowserVersion[] = L"120.0.0.0";
 /// Makes controllers, each with its child window and web view.
 class Environment final : public ComObject<ICoreWebView2Environment> {
  public:
-  Environment(std::shared_ptr<CompletionQueue> queue, std::wstring userDataFolder);
+  Environment(std::shared_ptr<CompletionQueue> queue, std::unique_ptr<PageSource> pages,
+              std::wstring userDataFolder);
 
   HRESULT STDMETHODCALLTYPE CreateCoreWebView2Controller(
       HWND parentWindow,
@@ -29,6 +31,7 @@ class Environment final : public ComObject<ICoreWebView2Environment> {
 
  private:
   std::shared_ptr<CompletionQueue> queue_;
+  std::unique_ptr<PageSource> pages_;
   std::wstring userDataFolder_;
 };
 

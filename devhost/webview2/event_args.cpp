@@ -39,6 +39,22 @@ HRESULT NavigationCompletedArgs::get_NavigationId(UINT64* value) noexcept {
   return PutValue(value, navigation_);
 }
 
+HRESULT ProcessFailedArgs::QueryInterface(REFIID iid, void** object) noexcept {
+  if (object == nullptr) return E_POINTER;
+  *object = IsEqualIID(iid, __uuidof(IUnknown)) ? this : nullptr;
+  if (*object == nullptr) return E_NOINTERFACE;
+  AddRef();
+  return S_OK;
+}
+ULONG ProcessFailedArgs::Release() noexcept {
+  const ULONG left = --references_;
+  if (left == 0) delete this;
+  return left;
+}
+HRESULT ProcessFailedArgs::get_ProcessFailedKind(COREWEBVIEW2_PROCESS_FAILED_KIND* value) noexcept {
+  return PutValue(value, kind_);
+}
+
 HRESULT WebMessageArgs::get_Source(LPWSTR* value) noexcept {
   return ReturnText(source_, value);
 }

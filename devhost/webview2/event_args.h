@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <string>
 
 #include "foundation/com_object.h"
@@ -42,6 +43,25 @@ class NavigationCompletedArgs final : public ComObject<ICoreWebView2NavigationCo
   UINT64 navigation_;
   bool success_;
   COREWEBVIEW2_WEB_ERROR_STATUS status_;
+};
+
+/// Answers IUnknown only: handlers get the interface itself and never ask for it.
+class ProcessFailedArgs final : public ICoreWebView2ProcessFailedEventArgs {
+ public:
+  explicit ProcessFailedArgs(COREWEBVIEW2_PROCESS_FAILED_KIND kind) : kind_(kind) { ModuleLocks::Add(); }
+  ProcessFailedArgs(const ProcessFailedArgs&) = delete;
+  ProcessFailedArgs& operator=(const ProcessFailedArgs&) = delete;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override;
+  ULONG STDMETHODCALLTYPE AddRef() noexcept override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() noexcept override;
+  HRESULT STDMETHODCALLTYPE get_ProcessFailedKind(COREWEBVIEW2_PROCESS_FAILED_KIND* value) noexcept override;
+
+ private:
+  ~ProcessFailedArgs() { ModuleLocks::Remove(); }
+
+  COREWEBVIEW2_PROCESS_FAILED_KIND kind_;
+  std::atomic<ULONG> references_{1};
 };
 
 /// A message of the page: `text` is the string itself when `isString`, otherwise JSON.

@@ -111,6 +111,50 @@ void Recorder::ResetBehaviour() {
   delay_ = 0;
 }
 
+std::uint64_t Recorder::Evaluate(std::uint32_t view, const wchar_t* script) {
+  CoreWebView* target = Find(view);
+  if (target == nullptr) return 0;
+  const auto number = ++lastEvaluation_;
+  if (!target->Evaluate(number, script)) return 0;
+  evaluations_.emplace(number, Running{view});
+  return number;
+}
+
+bool Recorder::TakeEvaluation(std::uint64_t number, Evaluation* evaluation) {
+  const auto found = evaluations_.find(number);
+  if (found == evaluations_.end() || found->second.result == E_PENDING) return false;
+  takenText_ = std::move(found->second.text);
+  *evaluation = {found->second.result, takenText_.c_str()};
+  evaluations_.erase(found);
+  return true;
+}
+
+void Recorder::FinishEvaluation(std::uint64_t evaluation, HRESULT result, std::wstring text) {
+  const auto found = evaluations_.find(evaluation);
+  if (found == evaluations_.end() || found->second.result != E_PENDING) return;
+  found->second.result = result;
+  found->second.text = std::move(text);
+}
+
+void Recorder::EndEvaluations(std::uint32_t view, HRESULT result) {
+  for (auto& [number, running] : evaluations_)
+    if (running.view == view && running.result == E_PENDING) running.result = result;
+}
+
+HWND Recorder::ViewWindow(std::uint32_t view) {
+  const CoreWebView* target = Find(view);
+  return target == nullptr ? nullptr : target->Window();
+}
+
+bool Recorder::CrashBrowser() {
+  return false;
+}
+
+bool Recorder::CrashPage(std::uint32_t view) {
+  const CoreWebView* target = Find(view);
+  return target != nullptr && target->Backend()->CrashPage();
+}
+
 std::uint32_t Recorder::LiveObjects() {
   return static_cast<std::uint32_t>(ModuleLocks::Count());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -32,6 +33,10 @@ class Recorder final : public WebViewControl {
   void Remove(CoreWebView& view);
   void Record(std::uint32_t view, PageItemKind kind, std::wstring text);
 
+  void FinishEvaluation(std::uint64_t evaluation, HRESULT result, std::wstring text);
+  /// Every evaluation of the view that still runs ends with this result.
+  void EndEvaluations(std::uint32_t view, HRESULT result);
+
   /// The failure set for the next creation of this kind, which is forgotten by asking.
   [[nodiscard]] std::optional<Failure> TakeFailure(CreationStep step);
   [[nodiscard]] std::optional<COREWEBVIEW2_WEB_ERROR_STATUS> TakeNavigationFailure();
@@ -51,12 +56,23 @@ class Recorder final : public WebViewControl {
   void STDMETHODCALLTYPE FailNextNavigation(int errorStatus) override;
   void STDMETHODCALLTYPE SetDelay(DWORD milliseconds) override { delay_ = milliseconds; }
   void STDMETHODCALLTYPE ResetBehaviour() override;
+  std::uint64_t STDMETHODCALLTYPE Evaluate(std::uint32_t view, const wchar_t* script) override;
+  bool STDMETHODCALLTYPE TakeEvaluation(std::uint64_t number, Evaluation* evaluation) override;
+  HWND STDMETHODCALLTYPE ViewWindow(std::uint32_t view) override;
+  bool STDMETHODCALLTYPE CrashBrowser() override;
+  bool STDMETHODCALLTYPE CrashPage(std::uint32_t view) override;
   std::uint32_t STDMETHODCALLTYPE LiveObjects() override;
 
  private:
   struct Recorded {
     PageItem item;
     std::wstring text;
+  };
+
+  struct Running {
+    std::uint32_t view;
+    HRESULT result = E_PENDING;
+    std::wstring text{};
   };
 
   Recorder() = default;
@@ -72,6 +88,9 @@ class Recorder final : public WebViewControl {
   std::optional<Failure> controllerFailure_;
   std::optional<COREWEBVIEW2_WEB_ERROR_STATUS> navigationFailure_;
   DWORD delay_ = 0;
+  std::map<std::uint64_t, Running> evaluations_;
+  std::uint64_t lastEvaluation_ = 0;
+  std::wstring takenText_;
 };
 
 /// Whether the text is one complete JSON value.

@@ -12,7 +12,8 @@ void RecorderBackend::Navigate(std::uint64_t navigation, const std::wstring& uri
   queue_->Post(
       [this, alive = std::weak_ptr<int>(alive_), navigation, uri, failure] {
         if (alive.expired()) return;
-        events_.NavigationFinished(navigation, uri, !failure,
+        events_.SourceChanged(uri);
+        events_.NavigationFinished(navigation, !failure,
                                    failure.value_or(COREWEBVIEW2_WEB_ERROR_STATUS_UNKNOWN));
       },
       Recorder::Get().Delay());
@@ -25,6 +26,17 @@ void RecorderBackend::ExecuteScript(const std::wstring& script, ScriptDone done)
         if (!alive.expired()) done(answer.result, answer.json);
       },
       Recorder::Get().Delay());
+}
+
+HRESULT RecorderSource::PreparePage(PageReady ready) {
+  queue_->Post(
+      [queue = queue_, ready = std::move(ready)] {
+        ready(S_OK, [queue](PageEvents& events, ViewWindow&) {
+          return std::make_unique<RecorderBackend>(events, queue);
+        });
+      },
+      Recorder::Get().Delay());
+  return S_OK;
 }
 
 }  // namespace qv::devhost

@@ -15,16 +15,30 @@ class RecorderBackend final : public PageBackend {
 
   void Navigate(std::uint64_t navigation, const std::wstring& uri) override;
   void ExecuteScript(const std::wstring& script, ScriptDone done) override;
+  bool Evaluate(const std::wstring&, ScriptDone) override { return false; }
   void PostJson(const std::wstring&) override {}
   void SetBounds(const RECT&) override {}
   void SetVisible(bool) override {}
   void SetBackground(COREWEBVIEW2_COLOR) override {}
+  void SetScriptEnabled(bool) override {}
+  bool CrashPage() override { return false; }
 
  private:
   PageEvents& events_;
   std::shared_ptr<CompletionQueue> queue_;
   /// Expires with the backend; waiting completions look at it first.
   std::shared_ptr<int> alive_ = std::make_shared<int>();
+};
+
+/// Pages that are there at once.
+class RecorderSource final : public PageSource {
+ public:
+  explicit RecorderSource(std::shared_ptr<CompletionQueue> queue) : queue_(std::move(queue)) {}
+
+  HRESULT PreparePage(PageReady ready) override;
+
+ private:
+  std::shared_ptr<CompletionQueue> queue_;
 };
 
 }  // namespace qv::devhost

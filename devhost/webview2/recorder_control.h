@@ -7,10 +7,12 @@
 namespace qv::devhost {
 
 /// What a recorded item is: a navigation that was asked for, a script that was run, a JSON message that was
-/// posted to the page, or a message that was refused because it is no JSON.
-enum class PageItemKind : int { kNavigate, kScript, kJson, kRejected };
+/// posted to the page, a message that was refused because it is no JSON, or a message that a real page posted
+/// to the add-in (the string itself, or JSON text).
+enum class PageItemKind : int { kNavigate, kScript, kJson, kRejected, kMessage };
 
-/// One thing that the add-in sent to a page. `text` is borrowed and stays valid while the library is loaded.
+/// One thing that the add-in and a page said to each other. `text` is borrowed and stays valid while the
+/// library is loaded.
 struct PageItem {
   /// 1-based, in the order of all web views together.
   std::uint64_t sequence;
@@ -37,6 +39,14 @@ struct ViewInfo {
 };
 
 enum class CreationStep : int { kEnvironment, kController };
+
+/// How a script of the host ended. `text` is borrowed and valid until the next call of `TakeEvaluation`.
+struct Evaluation {
+  /// S_OK, DISP_E_EXCEPTION when the script threw, otherwise why it could not run to its end.
+  HRESULT result;
+  /// The JSON text of the value, "null" for undefined; or what the exception says; otherwise empty.
+  const wchar_t* text;
+};
 
 /// How a creation fails: the call itself, the completion, or a completion that reports success without an
 /// object.
@@ -74,6 +84,22 @@ class WebViewControl {
   /// Forgets rules, failures and the delay; items and views stay.
   virtual void STDMETHODCALLTYPE ResetBehaviour() = 0;
 
+  /// Runs the script in the view's page for the host: nothing is recorded, and a promise is waited for. The
+  /// number with which the result is fetched, or 0 when there is no such open view or no real page behind it.
+  [[nodiscard]] virtual std::uint64_t STDMETHODCALLTYPE Evaluate(std::uint32_t view,
+                                                                 const wchar_t* script) = 0;
+  /// The result of `Evaluate`, once. False while it runs; a closed view ends it with an error. Messages must
+  /// be dispatched meanwhile.
+  [[nodiscard]] virtual bool STDMETHODCALLTYPE TakeEvaluation(std::uint64_t number,
+                                                              Evaluation* evaluation) = 0;
+  /// The window in which the page is shown and which takes its mouse and keyboard messages; null when there
+  /// is no such open view.
+  [[nodiscard]] virtual HWND STDMETHODCALLTYPE ViewWindow(std::uint32_t view) = 0;
+  /// Ends every browser process of this process as a crash would. False when none runs.
+  [[nodiscard]] virtual bool STDMETHODCALLTYPE CrashBrowser() = 0;
+  /// Crashes the process of the view's page. False when there is no such open view or no real page behind it.
+  [[nodiscard]] virtual bool STDMETHODCALLTYPE CrashPage(std::uint32_t view) = 0;
+
   /// COM objects of the library that are still referenced.
   virtual std::uint32_t STDMETHODCALLTYPE LiveObjects() = 0;
 
@@ -83,7 +109,7 @@ class WebViewControl {
 
 /// Export of WebView2Loader.dll that only the stand-in has; the version guards against a stale library.
 inline constexpr char kWebViewControlExport[] = "QvWebViewControl";
-inline constexpr std::uint32_t kWebViewControlVersion = 1;
+inline constexpr std::uint32_t kWebViewControlVersion = 2;
 /// Null for another version.
 using WebViewControlFunction = WebViewControl*(WINAPI*)(std::uint32_t version);
 

@@ -101,6 +101,12 @@ enum COREWEBVIEW2_WEB_ERROR_STATUS : int {
 };
 
 // Passed through only; no value is used here.
+/// Only the two kinds that a host can do something about.
+enum COREWEBVIEW2_PROCESS_FAILED_KIND : int {
+  COREWEBVIEW2_PROCESS_FAILED_KIND_BROWSER_PROCESS_EXITED = 0,
+  COREWEBVIEW2_PROCESS_FAILED_KIND_RENDER_PROCESS_EXITED = 1,
+};
+
 enum COREWEBVIEW2_CAPTURE_PREVIEW_IMAGE_FORMAT : int;
 enum COREWEBVIEW2_WEB_RESOURCE_CONTEXT : int;
 
@@ -292,6 +298,12 @@ struct ICoreWebView2NavigationCompletedEventArgs : public IUnknown {
   virtual HRESULT STDMETHODCALLTYPE get_IsSuccess(BOOL* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_WebErrorStatus(COREWEBVIEW2_WEB_ERROR_STATUS* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_NavigationId(UINT64* value) = 0;
+};
+
+/// Which process of the browser ended. It has an interface id of its own that nobody here needs: handlers get
+/// the interface itself.
+struct ICoreWebView2ProcessFailedEventArgs : public IUnknown {
+  virtual HRESULT STDMETHODCALLTYPE get_ProcessFailedKind(COREWEBVIEW2_PROCESS_FAILED_KIND* value) = 0;
 };
 
 /// Options of an environment; null stands for all defaults.
