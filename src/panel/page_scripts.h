@@ -19,6 +19,11 @@ namespace qv {
 [[nodiscard]] std::wstring DocKeyData(std::wstring_view docKey);
 [[nodiscard]] std::wstring UiLangData(std::wstring_view language);
 
+/// The message and the script that switch a loaded translation page to a mode, "full" or "selection". They go
+/// together, the message first.
+[[nodiscard]] std::wstring SetModeMessage(std::wstring_view mode);
+[[nodiscard]] std::wstring SetModeScript(std::wstring_view mode);
+
 /// What the log says when the browser could not start; a null step is written as "init".
 [[nodiscard]] std::wstring WebViewFailureText(const wchar_t* step, std::int32_t hr);
 

@@ -34,6 +34,12 @@ class PanelNavigator {
 
   [[nodiscard]] const std::wstring& CurrentPage() const { return currentPage_; }
 
+  /// Whether this page is loaded and nothing else was asked for since, so that it can be talked to.
+  [[nodiscard]] bool IsShowing(std::wstring_view page) const;
+
+  /// The loaded page was told another mode.
+  void SetMode(std::wstring_view mode) { currentMode_ = mode; }
+
  private:
   PaneContext& context_;
   WebView& view_;
@@ -42,6 +48,8 @@ class PanelNavigator {
   /// Asked for before the view was ready or while another page was loading.
   std::wstring pendingPage_;
   bool loading_ = false;
+  /// The current page is one of the panel and was loaded.
+  bool loaded_ = false;
 };
 
 }  // namespace qv
