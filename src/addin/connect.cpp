@@ -5,6 +5,7 @@
 
 #include "addin/host_detection.h"
 #include "addin/ribbon_names.h"
+#include "addin/welcome.h"
 #include "foundation/guard.h"
 #include "foundation/host_session.h"
 #include "foundation/identity.h"
@@ -13,6 +14,7 @@
 #include "foundation/text.h"
 #include "panel/dispatch_arguments.h"
 #include "panel/pane_registry.h"
+#include "panel/web_view2_pane.h"
 #include "workbook/automation.h"
 
 namespace qv {
@@ -21,6 +23,9 @@ namespace {
 /// The object that holds the process's host session; null while not connected. A host may create a second
 /// connection object before it lets go of the first.
 CConnect* g_connected = nullptr;
+
+/// The host has opened its windows by then.
+constexpr UINT kWelcomeDelayMs = 2000;
 
 void AnnounceOncePerProcess() {
   static std::atomic<bool> announced{false};
@@ -91,23 +96,56 @@ void CConnect::Connect(IDispatch* application) {
   // Chosen now, while the host surely answers; the choice is kept for the process.
   static_cast<void>(GetUiLanguage());
   AnnounceOncePerProcess();
+  WatchPanes();
+  ArmWelcome();
 }
 
-HRESULT CConnect::OnDisconnection(ext_DisconnectMode, SAFEARRAY**) noexcept {
-  Guard(L"OnDisconnection", [this] { EndConnection(); });
+void CConnect::WatchPanes() {
+  PaneRegistry::SetTick([this](const CWebView2Pane& pane) {
+    // The host may disconnect inside the tick.
+    const ComPtr<IDTExtensibility2> keptAlive(this);
+    Panes().PaneWidthTick(pane);
+  });
+}
+
+void CConnect::ArmWelcome() {
+  if (welcomeTimer_.IsRunning() || !IsWelcomeDue()) return;
+  // Without a timer the welcome stays due and comes at the next connection.
+  static_cast<void>(welcomeTimer_.Start(nullptr, kWelcomeDelayMs, [this] { OfferWelcome(); }));
+}
+
+void CConnect::OfferWelcome() {
+  const ComPtr<IDTExtensibility2> keptAlive(this);
+  if (g_connected != this) return;
+  ShowFirstRunWelcome(
+      [this] { return g_connected == this && Panes().ShowPanePage(L"login", std::wstring_view()); });
+}
+
+HRESULT CConnect::OnDisconnection(ext_DisconnectMode removeMode, SAFEARRAY**) noexcept {
+  Guard(L"OnDisconnection", [&] {
+    Panes().SaveWidthAtShutdown();
+    // The host goes on, but what the panes show has nobody behind it any more.
+    if (removeMode == ext_dm_UserClosed) Panes().PrunePanes();
+    EndConnection();
+  });
   return S_OK;
 }
 
 HRESULT CConnect::OnBeginShutdown(SAFEARRAY**) noexcept {
-  Guard(L"OnBeginShutdown", [this] { EndConnection(); });
+  Guard(L"OnBeginShutdown", [this] {
+    Panes().SaveWidthAtShutdown();
+    EndConnection();
+  });
   return S_OK;
 }
 
 void CConnect::EndConnection() {
+  welcomeTimer_.Stop();
   ribbon_.Reset();
-  ReleasePaneFactory();
+  Panes().ReleaseAll();
   if (g_connected != this) return;
   g_connected = nullptr;
+  PaneRegistry::SetTick({});
   // The host's Application object is let go of whatever becomes of the panes.
   Guard(L"EndConnection", [] { PaneRegistry::BeginShutdownEarly(); });
   HostSession::Get().Disconnect();

@@ -7,6 +7,7 @@
 #include "foundation/com_object.h"
 #include "foundation/variant.h"
 #include "panel/type_library.h"
+#include "translation/ui_timer.h"
 
 /// Dispatch interface of the ribbon callbacks, as the type library describes it.
 struct IRibbonCallback : public IDispatch {};
@@ -56,10 +57,16 @@ class CConnect final
 
   void Connect(IDispatch* application);
   void EndConnection();
+  /// Watches the widths of this connection's panes.
+  void WatchPanes();
+  /// Offers the first-run welcome a little later, when the host has come to rest.
+  void ArmWelcome();
+  void OfferWelcome();
   [[nodiscard]] HRESULT OnRibbonLoad(IDispatch* ribbon);
 
   InterfaceTypeInfo typeInfo_{__uuidof(IRibbonCallback)};
   ComPtr<IRibbonUI> ribbon_;
+  UiTimer welcomeTimer_;
 };
 
 }  // namespace qv

@@ -1,24 +1,25 @@
 #pragma once
 
 #include "addin/office_interfaces.h"
-#include "foundation/variant.h"
+#include "addin/task_panes.h"
+#include "foundation/guard.h"
 
 namespace qv {
 
-/// Keeps the host's task-pane factory, which may come before or after the connection. Host UI thread.
+/// Receives the host's task-pane factory, which may come before or after the connection, and holds the panes
+/// that are made with it. Host UI thread.
 class CTPConsumerBase : public ICustomTaskPaneConsumer {
  public:
   HRESULT STDMETHODCALLTYPE CTPFactoryAvailable(ICTPFactory* factory) noexcept override {
-    factory_ = factory;
-    return S_OK;
+    return GuardHr(L"CTPFactoryAvailable", [&] { return taskPanes_.SetFactory(factory), S_OK; });
   }
 
  protected:
   ~CTPConsumerBase() = default;
-  void ReleasePaneFactory() { factory_.Reset(); }
+  [[nodiscard]] TaskPanes& Panes() { return taskPanes_; }
 
  private:
-  ComPtr<ICTPFactory> factory_;
+  TaskPanes taskPanes_;
 };
 
 }  // namespace qv

@@ -125,11 +125,16 @@ std::wstring_view FromMember(std::wstring_view json, const ObjectLayout& layout)
 
 }  // namespace
 
-int PaneWidthFrom(std::wstring_view settingsJson) {
+std::optional<int> StoredPaneWidth(std::wstring_view settingsJson) {
   constexpr std::wstring_view kKey = L"paneWidthPt";
   const std::int32_t width =
       JsonGetInt(FromMember(settingsJson, ObjectScanner(settingsJson).Find(kKey)), kKey);
-  return width >= kMinPaneWidthPt && width <= kMaxPaneWidthPt ? width : kDefaultPaneWidthPt;
+  if (width < kMinPaneWidthPt || width > kMaxPaneWidthPt) return std::nullopt;
+  return width;
+}
+
+int PaneWidthFrom(std::wstring_view settingsJson) {
+  return StoredPaneWidth(settingsJson).value_or(kDefaultPaneWidthPt);
 }
 
 std::optional<std::wstring> UiLangFrom(std::wstring_view settingsJson) {

@@ -12,7 +12,10 @@ inline constexpr int kDefaultPaneWidthPt = 520;
 inline constexpr int kMinPaneWidthPt = 240;
 inline constexpr int kMaxPaneWidthPt = 1600;
 
-/// The stored "paneWidthPt" of a settings text, or the default when it is absent or outside 240–1600.
+/// The stored "paneWidthPt" of a settings text; nothing when it is absent or outside 240–1600.
+[[nodiscard]] std::optional<int> StoredPaneWidth(std::wstring_view settingsJson);
+
+/// The same, or the default.
 [[nodiscard]] int PaneWidthFrom(std::wstring_view settingsJson);
 
 /// The stored "uiLang", when present and not empty.

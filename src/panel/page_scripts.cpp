@@ -21,6 +21,15 @@ std::wstring UiLangData(std::wstring_view language) {
   return Concat(L"{\"uiLang\":", JsonQuote(language), L"}");
 }
 
+std::wstring SetModeMessage(std::wstring_view mode) {
+  return Concat(L"{\"action\":\"setMode\",\"mode\":\"", JsonEscape(mode), L"\"}");
+}
+
+std::wstring SetModeScript(std::wstring_view mode) {
+  return Concat(L"(function(){var m='", mode,
+                L"';if(window.quorvantisSetMode)window.quorvantisSetMode(m);})();");
+}
+
 std::wstring WebViewFailureText(const wchar_t* step, std::int32_t hr) {
   return Concat(L"WebView2 初始化失败：", step != nullptr ? step : L"init", L"\nHRESULT: 0x", Hex8(hr));
 }

@@ -25,6 +25,11 @@ inline constexpr std::wstring_view kWorkspaceOpenScript =
 inline constexpr std::wstring_view kWorkspaceClosedScript =
     L"if(window.quorvantisOnWorkspaceClosed)window.quorvantisOnWorkspaceClosed();";
 
+/// The message and the script that switch a loaded translation page to a mode, "full" or "selection". They go
+/// together, the message first.
+[[nodiscard]] std::wstring SetModeMessage(std::wstring_view mode);
+[[nodiscard]] std::wstring SetModeScript(std::wstring_view mode);
+
 /// What the log says when the browser could not start; a null step is written as "init".
 [[nodiscard]] std::wstring WebViewFailureText(const wchar_t* step, std::int32_t hr);
 

@@ -1,6 +1,7 @@
 #include "panel/pane_registry.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "foundation/guard.h"
 #include "foundation/variant.h"
@@ -12,6 +13,18 @@ namespace {
 std::vector<CWebView2Pane*>& MutablePanes() {
   static std::vector<CWebView2Pane*> panes;
   return panes;
+}
+
+std::function<void(CWebView2Pane&)>& MutableTick() {
+  static std::function<void(CWebView2Pane&)> tick;
+  return tick;
+}
+
+/// The pointer by which COM tells objects apart.
+ComPtr<IUnknown> IdentityOf(IUnknown* object) {
+  ComPtr<IUnknown> identity;
+  if (object != nullptr) static_cast<void>(object->QueryInterface(IID_PPV_ARGS(&identity)));
+  return identity;
 }
 
 }  // namespace
@@ -31,6 +44,30 @@ void PaneRegistry::Remove(CWebView2Pane& pane) {
 
 const std::vector<CWebView2Pane*>& PaneRegistry::Panes() {
   return MutablePanes();
+}
+
+CWebView2Pane* PaneRegistry::Find(int number) {
+  const auto found = std::find_if(Panes().begin(), Panes().end(),
+                                  [number](const CWebView2Pane* pane) { return pane->Number() == number; });
+  return found == Panes().end() ? nullptr : *found;
+}
+
+CWebView2Pane* PaneRegistry::FindControl(IUnknown* control) {
+  const ComPtr<IUnknown> identity = IdentityOf(control);
+  if (identity == nullptr) return nullptr;
+  for (CWebView2Pane* pane : Panes()) {
+    if (IdentityOf(static_cast<IOleObject*>(pane)) == identity) return pane;
+  }
+  return nullptr;
+}
+
+void PaneRegistry::SetTick(std::function<void(CWebView2Pane&)> tick) {
+  MutableTick() = std::move(tick);
+}
+
+void PaneRegistry::Tick(CWebView2Pane& pane) {
+  // A copy: the connection may end, and take its function back, while it runs.
+  if (const auto tick = MutableTick()) tick(pane);
 }
 
 void PaneRegistry::BeginShutdownEarly() {

@@ -8,6 +8,7 @@ namespace qv {
 
 /// Watches the pane's width.
 inline constexpr UINT_PTR kPaneWidthTimer = 1;
+inline constexpr UINT kPaneWidthTimerMs = 300;
 /// Holds the preview back until the selection has come to rest.
 inline constexpr UINT_PTR kPreviewTimer = 3;
 

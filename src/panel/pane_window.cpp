@@ -69,13 +69,13 @@ LRESULT CALLBACK PaneWindow::Procedure(HWND window, UINT message, WPARAM wparam,
   }
   bool handled = false;
   if (self != nullptr) {
-    Guard(L"PaneWindow", [&] { handled = self->OnMessage(message, lparam); });
+    Guard(L"PaneWindow", [&] { handled = self->OnMessage(message, wparam, lparam); });
   }
   if (handled) return 0;
   return DefWindowProcW(window, message, wparam, lparam);
 }
 
-bool PaneWindow::OnMessage(UINT message, LPARAM lparam) {
+bool PaneWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_CREATE:
       events_.OnWindowCreated(handle_, reinterpret_cast<const CREATESTRUCTW*>(lparam)->hwndParent);
@@ -85,6 +85,9 @@ bool PaneWindow::OnMessage(UINT message, LPARAM lparam) {
       return true;
     case WM_SETFOCUS:
       events_.OnWindowFocused();
+      return true;
+    case WM_TIMER:
+      events_.OnWindowTimer(wparam);
       return true;
     case kUiTaskMessage:
       events_.OnWindowTask(lparam);

@@ -12,6 +12,8 @@ class PaneWindowEvents {
   virtual void OnWindowCreated(HWND window, HWND parent) = 0;
   virtual void OnWindowResized() = 0;
   virtual void OnWindowFocused() = 0;
+  /// One of the timers of pane_timers.h is due. Nothing that calls the host or pumps messages belongs here.
+  virtual void OnWindowTimer(UINT_PTR timer) = 0;
   /// A posted task arrived. The pane may be destroyed while it runs.
   virtual void OnWindowTask(LPARAM task) = 0;
   /// The window goes away, by `Destroy` or with its parent.
@@ -42,7 +44,7 @@ class PaneWindow {
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
   /// True when the message needs no default handling.
-  bool OnMessage(UINT message, LPARAM lparam);
+  bool OnMessage(UINT message, WPARAM wparam, LPARAM lparam);
 
   PaneWindowEvents& events_;
   HWND handle_ = nullptr;

@@ -17,6 +17,7 @@ void PanelNavigator::NavigateToPage(std::wstring_view page, std::wstring_view mo
   if (loading_) pendingPage_ = page;
   currentPage_ = page;
   loading_ = true;
+  loaded_ = false;
   view_.Navigate(BuildPanelUrl({.origin = HostSession::Get().Endpoint().Origin(),
                                 .page = currentPage_,
                                 .mode = currentMode_,
@@ -35,7 +36,13 @@ void PanelNavigator::OnViewReady() {
 void PanelNavigator::TakePageBack() {
   loading_ = false;
   reloading_ = false;
-  if (const std::wstring shown = PanelPageFromUrl(view_.Source()); !shown.empty()) currentPage_ = shown;
+  const std::wstring shown = PanelPageFromUrl(view_.Source());
+  loaded_ = !shown.empty();
+  if (loaded_) currentPage_ = shown;
+}
+
+bool PanelNavigator::IsShowing(std::wstring_view page) const {
+  return loaded_ && !loading_ && pendingPage_.empty() && currentPage_ == page;
 }
 
 bool PanelNavigator::ShowPendingPage() {
@@ -54,6 +61,7 @@ bool PanelNavigator::Reload() {
 
 void PanelNavigator::OnNavigationFailed() {
   loading_ = false;
+  loaded_ = false;
   pendingPage_.clear();
 }
 

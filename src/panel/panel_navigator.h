@@ -38,6 +38,12 @@ class PanelNavigator {
 
   [[nodiscard]] const std::wstring& CurrentPage() const { return currentPage_; }
 
+  /// Whether this page is loaded and nothing else was asked for since, so that it can be talked to.
+  [[nodiscard]] bool IsShowing(std::wstring_view page) const;
+
+  /// The loaded page was told another mode.
+  void SetMode(std::wstring_view mode) { currentMode_ = mode; }
+
  private:
   PaneContext& context_;
   WebView& view_;
@@ -47,6 +53,8 @@ class PanelNavigator {
   std::wstring pendingPage_;
   bool loading_ = false;
   bool reloading_ = false;
+  /// The current page is one of the panel and was loaded.
+  bool loaded_ = false;
 };
 
 }  // namespace qv

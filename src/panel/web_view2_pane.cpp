@@ -79,7 +79,20 @@ void CWebView2Pane::OnWindowCreated(HWND window, HWND parent) {
   context_->SetWindows(window, parent);
   context_->Tasks().Open(window);
   Log(L"WM_CREATE", S_OK);
+  SetTimer(window, kPaneWidthTimer, kPaneWidthTimerMs, nullptr);
   view_.Start(window);
+}
+
+void CWebView2Pane::OnWindowTimer(UINT_PTR timer) {
+  // One at a time: while the host shows a box for long, ticks must not pile up.
+  if (timer != kPaneWidthTimer || widthTickPosted_) return;
+  widthTickPosted_ = context_->Tasks().PostFunction([this] { OnWidthTick(); });
+}
+
+void CWebView2Pane::OnWidthTick() {
+  widthTickPosted_ = false;
+  PaneRegistry::Tick(*this);
+  view_.Fit();
 }
 
 void CWebView2Pane::OnWindowTask(LPARAM task) {
@@ -109,6 +122,7 @@ void CWebView2Pane::OnNavigated() {
 }
 
 void CWebView2Pane::OnWebViewFailed(const wchar_t* step, HRESULT hr) {
+  failed_ = true;
   ShowWebView2Failure(context_, step, hr);
 }
 
@@ -134,6 +148,16 @@ void CWebView2Pane::OnWorkspaceOpened() {
 
 void CWebView2Pane::OnWorkspaceClosed() {
   bridge_.RunPanelScript(std::wstring(kWorkspaceClosedScript));
+}
+
+void CWebView2Pane::NavigateToPage(std::wstring_view page, std::wstring_view mode) {
+  navigator_.NavigateToPage(page, mode, {});
+}
+
+void CWebView2Pane::SetPanelMode(std::wstring_view mode) {
+  navigator_.SetMode(mode);
+  bridge_.PostPanelJson(SetModeMessage(mode));
+  bridge_.RunPanelScript(SetModeScript(mode));
 }
 
 void CWebView2Pane::OnHostEvent(const HostEvent& event) {

@@ -3,6 +3,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "foundation/access_tokens.h"
 #include "foundation/pane_context.h"
@@ -37,6 +39,26 @@ class CWebView2Pane final : public OleControl,
   /// The page stays until the host closes the control.
   void BeginShutdownEarly();
 
+  /// 1-based, unique within the process.
+  [[nodiscard]] int Number() const { return context_->Number(); }
+  /// The pane works on this window and its workbook from now on.
+  void PinTarget(ExcelWindow target) { target_.Pin(std::move(target)); }
+
+  /// Loads a page; while the browser starts, the page and its mode are kept for later.
+  void NavigateToPage(std::wstring_view page, std::wstring_view mode);
+  [[nodiscard]] const std::wstring& CurrentPage() const { return navigator_.CurrentPage(); }
+  /// Whether this page is loaded and can be told another mode.
+  [[nodiscard]] bool IsShowing(std::wstring_view page) const { return navigator_.IsShowing(page); }
+  /// Tells the loaded page its mode, "full" or "selection".
+  void SetPanelMode(std::wstring_view mode);
+  /// Ignored while there is no page.
+  void PostPanelJson(const std::wstring& json) { bridge_.PostPanelJson(json); }
+
+  /// The browser could not be started, which this pane does not try again.
+  [[nodiscard]] bool HasFailed() const { return failed_; }
+  /// The control is closed or being closed for good.
+  [[nodiscard]] bool IsClosing() const { return context_->IsClosing(); }
+
  private:
   ~CWebView2Pane() override;
 
@@ -51,6 +73,7 @@ class CWebView2Pane final : public OleControl,
   void OnWindowCreated(HWND window, HWND parent) override;
   void OnWindowResized() override { view_.Fit(); }
   void OnWindowFocused() override { view_.Focus(); }
+  void OnWindowTimer(UINT_PTR timer) override;
   void OnWindowTask(LPARAM task) override;
   void OnWindowDestroyed() override;
 
@@ -71,6 +94,7 @@ class CWebView2Pane final : public OleControl,
 
   [[nodiscard]] bool CreateControlWindow(const wchar_t* operation, HWND parent, const RECT& position);
   void OnHostEvent(const HostEvent& event);
+  void OnWidthTick();
   /// Everything but the window goes; it may be on its way out itself.
   void Shutdown();
   void Log(std::wstring_view message, HRESULT hr) const;
@@ -89,6 +113,8 @@ class CWebView2Pane final : public OleControl,
   AppEvents hostEvents_;
   PaneWindow window_;
   bool earlyShutdownDone_ = false;
+  bool failed_ = false;
+  bool widthTickPosted_ = false;
 };
 
 }  // namespace qv

@@ -101,12 +101,6 @@ enum COREWEBVIEW2_WEB_ERROR_STATUS : int {
 };
 
 // Passed through only; no value is used here.
-/// Only the two kinds that a host can do something about.
-enum COREWEBVIEW2_PROCESS_FAILED_KIND : int {
-  COREWEBVIEW2_PROCESS_FAILED_KIND_BROWSER_PROCESS_EXITED = 0,
-  COREWEBVIEW2_PROCESS_FAILED_KIND_RENDER_PROCESS_EXITED = 1,
-};
-
 enum COREWEBVIEW2_CAPTURE_PREVIEW_IMAGE_FORMAT : int;
 enum COREWEBVIEW2_WEB_RESOURCE_CONTEXT : int;
 
@@ -355,11 +349,6 @@ struct ICoreWebView2AddScriptToExecuteOnDocumentCreatedCompletedHandler : public
 struct ICoreWebView2NewWindowRequestedEventHandler : public IUnknown {
   virtual HRESULT STDMETHODCALLTYPE Invoke(ICoreWebView2* sender,
                                            ICoreWebView2NewWindowRequestedEventArgs* args) = 0;
-};
-
-/// Only ever given to a handler, so its identifier is not needed.
-struct ICoreWebView2ProcessFailedEventArgs : public IUnknown {
-  virtual HRESULT STDMETHODCALLTYPE get_ProcessFailedKind(COREWEBVIEW2_PROCESS_FAILED_KIND* kind) = 0;
 };
 
 struct ICoreWebView2ProcessFailedEventHandler : public IUnknown {

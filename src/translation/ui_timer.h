@@ -18,6 +18,7 @@ class UiTimer {
   /// be had.
   [[nodiscard]] bool Start(HWND window, UINT delayMs, std::function<void()> body);
   void Stop();
+  [[nodiscard]] bool IsRunning() const { return id_ != 0; }
 
  private:
   static void CALLBACK OnTimer(HWND window, UINT message, UINT_PTR id, DWORD time) noexcept;

@@ -79,16 +79,6 @@ ComPtr<IDispatch> FirstLiveWindow(IDispatch* application) {
   return first;
 }
 
-/// A closed window has no caption any more. A busy host cannot be asked, which must not cost the pane its
-/// window.
-bool IsClosed(IDispatch* window) {
-  Variant caption;
-  SCODE exceptionCode = 0;
-  const HRESULT hr = GetProperty(window, L"Caption", caption, &exceptionCode);
-  if (FAILED(hr)) return !IsHostBusy(hr, exceptionCode);
-  return caption.Text().empty();
-}
-
 void RebindClosedWindow(ExcelWindow& pinned, IDispatch* application) {
   PaneLog(L"ExcelWindow RefreshIfDocumentSwapped: pinned window caption empty\r\n");
   ComPtr<IDispatch> window = GetDispProperty(application, L"ActiveWindow");
@@ -143,9 +133,19 @@ std::wstring ExcelWindow::WindowIdentity() const {
                 caption);
 }
 
+bool IsClosedWindow(IDispatch* window) {
+  // A closed window has no caption any more. A busy host cannot be asked, which must not cost a pane its
+  // window.
+  Variant caption;
+  SCODE exceptionCode = 0;
+  const HRESULT hr = GetProperty(window, L"Caption", caption, &exceptionCode);
+  if (FAILED(hr)) return !IsHostBusy(hr, exceptionCode);
+  return caption.Text().empty();
+}
+
 bool RefreshIfDocumentSwapped(ExcelWindow& pinned, IDispatch* application, bool rebind) {
   if (!pinned.IsValid()) return false;
-  if (!IsClosed(pinned.window.Get())) return FollowSwappedWorkbook(pinned, application);
+  if (!IsClosedWindow(pinned.window.Get())) return FollowSwappedWorkbook(pinned, application);
   if (rebind) RebindClosedWindow(pinned, application);
   return rebind;
 }

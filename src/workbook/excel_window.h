@@ -36,6 +36,9 @@ struct ExcelWindow {
   [[nodiscard]] std::wstring WindowIdentity() const;
 };
 
+/// Whether a Window object's window has been closed. A host that is too busy to be asked has closed nothing.
+[[nodiscard]] bool IsClosedWindow(IDispatch* window);
+
 /// Checks a pinned target before a long operation. A closed window is replaced by the active (or first live)
 /// one when `rebind` is set, and the target becomes empty when there is none; a window that shows another
 /// workbook now is followed. True when `pinned` was changed.
