@@ -104,8 +104,8 @@ constexpr CatalogEntry kRows[kCatalogKeyCount] = {
     {L"ribbon.word.btnTranslateFullDoc", L"المستند بأكمله"},
     {L"ribbon.word.btnTranslateFullDoc.tip", L"ترجمة المستند بأكمله"},
     {L"settings.body",
-     L"يتم تحديث الشريط على الفور. أما نوافذ Office الأخرى المفتوحة حاليًا فيظهر فيها هذا التغيير عند تحميل "
-     L"الشريط في المرة التالية."},
+     L"يتم تحديث الشريط على الفور. أما نوافذ Office الأخرى المفتوحة حاليًا فسيظهر فيها هذا التغيير عند "
+     L"تحميل الشريط في المرة التالية."},
     {L"settings.cancel", L"إلغاء"},
     {L"settings.ok", L"موافق"},
     {L"settings.title", L"لغة العرض"},

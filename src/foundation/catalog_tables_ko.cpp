@@ -50,7 +50,7 @@ constexpr CatalogEntry kRows[kCatalogKeyCount] = {
      L"문제가 해결되지 않으면 고객 지원에 문의하세요: " QV_SUPPORT_CONTACT L"\n"
      L"이 메시지를 닫으면 해당 연락처가 클립보드에 복사됩니다."},
     {L"msg.welcome.body",
-     L"AI 어시스턴트가 설치되었습니다. 지금 열고 로그인하시겠습니까?\n\n"
+     L"AI 어시스턴트가 설치되었습니다. 지금 열어서 로그인하시겠습니까?\n\n"
      L"나중에 리본에서 [AI 어시스턴트] 탭을 열 수도 있습니다."},
     {L"ribbon.btnAccount", L"계정"},
     {L"ribbon.btnAccount.tip", L"로그인하고 요금제를 확인합니다"},

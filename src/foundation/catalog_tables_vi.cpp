@@ -9,7 +9,7 @@ constexpr CatalogEntry kRows[kCatalogKeyCount] = {
     {L"blank.excel.failed", L"\nKhông xóa được {count} hàng (trang tính có thể đang được bảo vệ)."},
     {L"blank.excel.foundFailed",
      L"Đã tìm thấy {count} hàng trống nhưng không xóa được hàng nào ({failed} hàng bị lỗi).\n\n"
-     L"Hãy đảm bảo trang tính không được bảo vệ."},
+     L"Hãy đảm bảo rằng trang tính không được bảo vệ."},
     {L"blank.excel.none", L"Không tìm thấy hàng trống nào."},
     {L"blank.excel.noneHint",
      L"\n\nTrong phạm vi đã dùng, một hàng chỉ bị xóa khi mọi ô đều trống và không có công thức. Nếu chọn "
@@ -21,7 +21,7 @@ constexpr CatalogEntry kRows[kCatalogKeyCount] = {
     {L"blank.word.failed", L"\nKhông xóa được {count} dòng (tài liệu có thể đang được bảo vệ)."},
     {L"blank.word.foundFailed",
      L"Đã tìm thấy {count} dòng trống nhưng không xóa được dòng nào ({failed} dòng bị lỗi).\n\n"
-     L"Hãy đảm bảo tài liệu không được bảo vệ."},
+     L"Hãy đảm bảo rằng tài liệu không được bảo vệ."},
     {L"blank.word.kept",
      L"\n{count} dòng được giữ lại vì tài liệu cần đến (ví dụ: trước bảng hoặc dấu ngắt phần)."},
     {L"blank.word.none", L"Không tìm thấy dòng trống nào."},
