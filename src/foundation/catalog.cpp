@@ -13,7 +13,10 @@ struct Language {
 
 /// English stands first: it answers for every language that is not listed.
 constexpr Language kLanguages[] = {
-    {L"en", CatalogEn},
+    {L"en", CatalogEn},      {L"ar", CatalogAr},      {L"de", CatalogDe}, {L"es", CatalogEs},
+    {L"fr", CatalogFr},      {L"id", CatalogId},      {L"ja", CatalogJa}, {L"ko", CatalogKo},
+    {L"ms", CatalogMs},      {L"ru", CatalogRu},      {L"th", CatalogTh}, {L"vi", CatalogVi},
+    {L"zh-CN", CatalogZhCn}, {L"zh-TW", CatalogZhTw},
 };
 
 const wchar_t* FindText(std::span<const CatalogEntry> table, std::wstring_view key) {
