@@ -5,6 +5,7 @@
 
 #include "addin/host_detection.h"
 #include "addin/ribbon_names.h"
+#include "addin/ribbon_xml.h"
 #include "addin/welcome.h"
 #include "foundation/guard.h"
 #include "foundation/host_session.h"
@@ -67,15 +68,11 @@ HRESULT CConnect::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARI
     if (!IsRibbonDispId(id)) return DISP_E_MEMBERNOTFOUND;
     if (id == kRibbonGetImage && result == nullptr) return E_POINTER;
     if (result != nullptr) VariantInit(result);
-    return id == kRibbonOnLoad ? OnRibbonLoad(ObjectArgument(params, 0).Get()) : S_OK;
+    // A press may run a dialog, inside which the host may let go of the add-in.
+    const ComPtr<IRibbonCallback> keptAlive(this);
+    Guard(L"Ribbon", [&] { ribbon_.Call(id, ObjectArgument(params, 0).Get(), result); });
+    return S_OK;
   });
-}
-
-HRESULT CConnect::OnRibbonLoad(IDispatch* ribbon) {
-  ribbon_.Reset();
-  // Without the ribbon object labels cannot be refreshed later, which must not keep the ribbon from loading.
-  if (ribbon != nullptr) static_cast<void>(ribbon->QueryInterface(IID_PPV_ARGS(&ribbon_)));
-  return S_OK;
 }
 
 HRESULT CConnect::OnConnection(IDispatch* application, ext_ConnectMode, IDispatch*, SAFEARRAY**) noexcept {
@@ -141,7 +138,7 @@ HRESULT CConnect::OnBeginShutdown(SAFEARRAY**) noexcept {
 
 void CConnect::EndConnection() {
   welcomeTimer_.Stop();
-  ribbon_.Reset();
+  ribbon_.ReleaseRibbon();
   Panes().ReleaseAll();
   if (g_connected != this) return;
   g_connected = nullptr;
@@ -160,12 +157,8 @@ HRESULT CConnect::OnStartupComplete(SAFEARRAY**) noexcept {
 }
 
 HRESULT CConnect::GetCustomUI(BSTR, BSTR* ribbonXml) noexcept {
-  return GuardHr(L"GetCustomUI", [&]() -> HRESULT {
-    if (ribbonXml == nullptr) return E_POINTER;
-    *ribbonXml = nullptr;
-    PaneLog(L"Excel GetCustomUI failed (XML resource)\r\n");
-    return HRESULT_FROM_WIN32(ERROR_RESOURCE_NAME_NOT_FOUND);
-  });
+  return GuardHr(L"GetCustomUI",
+                 [&]() -> HRESULT { return ribbonXml != nullptr ? LoadRibbonXml(*ribbonXml) : E_POINTER; });
 }
 
 }  // namespace qv

@@ -4,6 +4,8 @@
 
 #include "addin/ctp_consumer_base.h"
 #include "addin/office_interfaces.h"
+#include "addin/ribbon_callbacks.h"
+#include "addin/task_panes.h"
 #include "foundation/com_object.h"
 #include "foundation/variant.h"
 #include "panel/type_library.h"
@@ -62,10 +64,9 @@ class CConnect final
   /// Offers the first-run welcome a little later, when the host has come to rest.
   void ArmWelcome();
   void OfferWelcome();
-  [[nodiscard]] HRESULT OnRibbonLoad(IDispatch* ribbon);
 
   InterfaceTypeInfo typeInfo_{__uuidof(IRibbonCallback)};
-  ComPtr<IRibbonUI> ribbon_;
+  RibbonCallbacks ribbon_{Panes()};
   UiTimer welcomeTimer_;
 };
 

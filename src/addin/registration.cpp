@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "addin/module_resource.h"
 #include "addin/registrar.h"
 #include "addin/registrar_script.h"
 #include "addin/resources/resource.h"
@@ -27,12 +28,9 @@ constexpr wchar_t kProgId[] = L"ExcelAddin.Connect";
 constexpr int kScripts[] = {IDR_CONNECT_SCRIPT, IDR_PANE_SCRIPT};
 
 std::optional<std::wstring> LoadScript(int id) {
-  const HRSRC resource = FindResourceW(ThisModule(), MAKEINTRESOURCEW(id), L"REGISTRY");
-  if (resource == nullptr) return std::nullopt;
-  const HGLOBAL loaded = LoadResource(ThisModule(), resource);
-  const auto* const bytes = static_cast<const char*>(LockResource(loaded));
-  if (bytes == nullptr) return std::nullopt;
-  return FromUtf8({bytes, SizeofResource(ThisModule(), resource)});
+  const auto bytes = ModuleResource(id, L"REGISTRY");
+  if (!bytes) return std::nullopt;
+  return FromUtf8(*bytes);
 }
 
 template <typename Plan>

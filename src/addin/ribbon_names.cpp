@@ -26,8 +26,8 @@ constexpr RibbonName kNames[] = {
     {L"DeleteBlankRowsClicked", 114},
     {L"PdfTranslateClicked", 115},
     {L"OnRibbonLoad", kRibbonOnLoad},
-    {L"GetLabel", 131},
-    {L"GetScreentip", 132},
+    {L"GetLabel", kRibbonGetLabel},
+    {L"GetScreentip", kRibbonGetScreentip},
     {L"SettingsClicked", 133},
 };
 

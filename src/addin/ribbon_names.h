@@ -9,6 +9,8 @@ namespace qv {
 // Dispatch ids that the connection tells apart from the others.
 inline constexpr std::int32_t kRibbonGetImage = 108;
 inline constexpr std::int32_t kRibbonOnLoad = 130;
+inline constexpr std::int32_t kRibbonGetLabel = 131;
+inline constexpr std::int32_t kRibbonGetScreentip = 132;
 
 /// Dispatch id of a ribbon callback by its name (case matters).
 [[nodiscard]] std::optional<std::int32_t> RibbonDispId(std::wstring_view name);

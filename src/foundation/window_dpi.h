@@ -2,10 +2,9 @@
 
 #include <windows.h>
 
-namespace qv {
+#include "foundation/dpi.h"
 
-/// What every length in pixels is meant at.
-inline constexpr int kDefaultDpi = 96;
+namespace qv {
 
 /// Dots per inch of the window's screen; 96 for no window and on systems that cannot tell (before Windows 10
 /// 1607).

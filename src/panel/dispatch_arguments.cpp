@@ -15,7 +15,10 @@ ComPtr<IDispatch> ObjectArgument(const DISPPARAMS* params, std::size_t parameter
   const auto index = ArgumentIndex(parameter, params->cArgs, names);
   if (!index) return nullptr;
   const VARIANT& argument = params->rgvarg[*index];
-  return argument.vt == VT_DISPATCH ? ComPtr<IDispatch>(argument.pdispVal) : nullptr;
+  if (argument.vt == VT_DISPATCH) return argument.pdispVal;
+  // Copied only where it is by reference: an array would be copied too.
+  const bool byReference = argument.vt == (VT_DISPATCH | VT_BYREF) || argument.vt == (VT_VARIANT | VT_BYREF);
+  return byReference && argument.byref != nullptr ? Variant(argument).Object() : nullptr;
 }
 
 }  // namespace qv

@@ -2,20 +2,46 @@
 
 #include <gtest/gtest.h>
 
+#include "foundation/text.h"
+
 namespace qv {
 namespace {
 
 TEST(RibbonNames, HaveTheirFixedIds) {
-  EXPECT_EQ(RibbonDispId(L"TranslateFullDocClicked"), 100);
-  EXPECT_EQ(RibbonDispId(L"GetImage"), 108);
-  EXPECT_EQ(RibbonDispId(L"PdfTranslateClicked"), 115);
-  EXPECT_EQ(RibbonDispId(L"OnRibbonLoad"), 130);
-  EXPECT_EQ(RibbonDispId(L"SettingsClicked"), 133);
-  EXPECT_EQ(RibbonDispId(L"translatefulldocclicked"), std::nullopt);
-  EXPECT_EQ(RibbonDispId(L""), std::nullopt);
-  EXPECT_TRUE(IsRibbonDispId(133));
-  EXPECT_FALSE(IsRibbonDispId(116));
-  EXPECT_FALSE(IsRibbonDispId(0));
+  struct Case {
+    const wchar_t* name;
+    int id;
+  };
+  const Case cases[] = {
+      {L"TranslateFullDocClicked", 100},
+      {L"TranslateSelectionClicked", 101},
+      {L"GlossaryClicked", 102},
+      {L"InstructionClicked", 103},
+      {L"QuickTranslateClicked", 104},
+      {L"AiChatClicked", 105},
+      {L"AccountClicked", 106},
+      {L"AiAgentsClicked", 107},
+      {L"GetImage", 108},
+      {L"SupportClicked", 109},
+      {L"ImageTranslateClicked", 110},
+      {L"GrammarClicked", 111},
+      {L"ImageToTableClicked", 112},
+      {L"PdfToTableClicked", 113},
+      {L"DeleteBlankRowsClicked", 114},
+      {L"PdfTranslateClicked", 115},
+      {L"OnRibbonLoad", 130},
+      {L"GetLabel", 131},
+      {L"GetScreentip", 132},
+      {L"SettingsClicked", 133},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(RibbonDispId(c.name), c.id) << ToUtf8(c.name);
+    EXPECT_TRUE(IsRibbonDispId(c.id)) << c.id;
+  }
+  for (const wchar_t* unknown : {L"translatefulldocclicked", L"GETLABEL", L"GetLabel ", L""})
+    EXPECT_EQ(RibbonDispId(unknown), std::nullopt) << ToUtf8(unknown);
+  for (const int unknown : {0, 99, 116, 129, 134})
+    EXPECT_FALSE(IsRibbonDispId(unknown)) << unknown;
 }
 
 }  // namespace

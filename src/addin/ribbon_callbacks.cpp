@@ -1,0 +1,98 @@
+#include "addin/ribbon_callbacks.h"
+
+#include <string>
+
+#include "addin/blank_rows_command.h"
+#include "addin/host_window.h"
+#include "addin/pdf_translation_command.h"
+#include "addin/ribbon_control.h"
+#include "addin/ribbon_icons.h"
+#include "addin/ribbon_labels.h"
+#include "addin/ribbon_names.h"
+#include "addin/ribbon_picture.h"
+#include "addin/task_panes.h"
+#include "addin/ui_language_dialog.h"
+#include "foundation/host_session.h"
+#include "foundation/identity.h"
+#include "foundation/logging.h"
+#include "foundation/settings.h"
+#include "foundation/text.h"
+#include "foundation/window_dpi.h"
+
+namespace qv {
+namespace {
+
+/// Null for a control without an icon and when the icon cannot be loaded.
+ComPtr<IDispatch> RibbonImage(const RibbonControlNames& control) {
+  const int iconId = RibbonIconId(control.id, control.tag);
+  if (iconId == 0) return nullptr;
+  const int dpi = WindowDpi(ApplicationWindow());
+  const bool wps = IsWpsProcess();
+  const int pixels = RibbonIconPixels(dpi, wps);
+  PaneLog(Concat(L"Excel GetImage dpi=", dpi, L" px=", pixels, L" wps=", wps, L" host=",
+                 HostKindText(HostSession::Get().Kind()), L"\r\n"));
+  ComPtr<IPictureDisp> picture;
+  const HRESULT hr = LoadPngPicture(RibbonIconResource(iconId, pixels), picture);
+  if (FAILED(hr)) {
+    PaneLog(Concat(L"Excel GetImage iconId=", iconId, L" px=", pixels, L" hr=0x", Hex8(hr),
+                   L" (ribbon continues)\r\n"));
+  }
+  return picture;
+}
+
+}  // namespace
+
+void RibbonCallbacks::Call(DISPID id, IDispatch* argument, VARIANT* result) {
+  Variant answer;
+  switch (id) {
+    case kRibbonOnLoad:
+      KeepRibbon(argument);
+      return;
+    case kRibbonGetLabel:
+      answer = Variant(RibbonLabel(GetUiLanguage(), ReadRibbonControl(argument).id));
+      break;
+    case kRibbonGetScreentip:
+      answer = Variant(RibbonScreentip(GetUiLanguage(), ReadRibbonControl(argument).id));
+      break;
+    case kRibbonGetImage:
+      if (const auto image = RibbonImage(ReadRibbonControl(argument))) answer = Variant(image.Get());
+      break;
+    default:
+      if (const RibbonCommand* const command = FindRibbonCommand(id)) Press(*command, argument);
+      return;
+  }
+  if (result != nullptr) *result = answer.Detach();
+}
+
+void RibbonCallbacks::KeepRibbon(IDispatch* ribbon) {
+  ribbon_.Reset();
+  // Without the ribbon object labels cannot be refreshed later, which must not keep the ribbon from loading.
+  if (ribbon != nullptr) static_cast<void>(ribbon->QueryInterface(IID_PPV_ARGS(&ribbon_)));
+}
+
+void RibbonCallbacks::InvalidateRibbon() {
+  // A reference of its own: the host may load its ribbon anew inside the call.
+  if (const ComPtr<IRibbonUI> ribbon = ribbon_) static_cast<void>(ribbon->Invalidate());
+}
+
+void RibbonCallbacks::Press(const RibbonCommand& command, IDispatch* control) {
+  if (!command.event.empty()) SendBeacon(command.event, L"ribbon");
+  if (!command.logLine.empty()) PaneLog(command.logLine);
+  switch (command.action) {
+    case RibbonAction::kShowPage:
+      // Whatever keeps the page from being shown was told to the user there.
+      static_cast<void>(panes_.ShowPanePage(command.page, command.mode, control));
+      break;
+    case RibbonAction::kRemoveBlankRows:
+      RunBlankRowRemoval(HostFrame());
+      break;
+    case RibbonAction::kOpenPdfTranslation:
+      OpenPdfTranslation(HostFrame());
+      break;
+    case RibbonAction::kChooseLanguage:
+      ShowUiLanguageDialog(HostFrame(), [this] { InvalidateRibbon(); });
+      break;
+  }
+}
+
+}  // namespace qv

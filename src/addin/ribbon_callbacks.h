@@ -1,0 +1,37 @@
+#pragma once
+
+#include <oaidl.h>
+
+#include "addin/office_interfaces.h"
+#include "addin/ribbon_commands.h"
+#include "foundation/variant.h"
+
+namespace qv {
+
+class TaskPanes;
+
+/// What the ribbon asks and what its buttons do. Nothing here fails the ribbon: a text falls back to the
+/// control's id, a picture to none. Host UI thread.
+class RibbonCallbacks {
+ public:
+  /// The panes outlive it.
+  explicit RibbonCallbacks(TaskPanes& panes) : panes_(panes) {}
+
+  /// Runs the callback of a dispatch id. `argument` is the callback's one argument, the control or at the
+  /// ribbon's load the ribbon itself, and may be null; `result` is empty and may be null.
+  void Call(DISPID id, IDispatch* argument, VARIANT* result);
+
+  /// Lets go of the ribbon at the end of the connection.
+  void ReleaseRibbon() { ribbon_.Reset(); }
+
+ private:
+  void KeepRibbon(IDispatch* ribbon);
+  /// Has every label, tip and picture fetched again.
+  void InvalidateRibbon();
+  void Press(const RibbonCommand& command, IDispatch* control);
+
+  TaskPanes& panes_;
+  ComPtr<IRibbonUI> ribbon_;
+};
+
+}  // namespace qv

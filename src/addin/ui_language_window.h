@@ -1,0 +1,91 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+#include <utility>
+
+#include "addin/ui_language_dialog_layout.h"
+#include "foundation/unique_gdi.h"
+
+namespace qv {
+
+/// A window that takes no input while this lives, if it took any before. Null for none.
+class DisabledWindow {
+ public:
+  explicit DisabledWindow(HWND window);
+  DisabledWindow(const DisabledWindow&) = delete;
+  DisabledWindow& operator=(const DisabledWindow&) = delete;
+  ~DisabledWindow() { Enable(); }
+
+  /// Ends it early. Repeated calls do nothing.
+  void Enable();
+
+ private:
+  HWND window_;
+};
+
+/// The window of the language dialog: shows the languages, runs until the user has chosen. UI thread.
+class UiLanguageWindow {
+ public:
+  /// The user pressed OK with the row (nothing when none is selected); `dialog` may own a box. True closes
+  /// the dialog.
+  using Commit = std::function<bool(HWND dialog, std::optional<int> row)>;
+
+  /// `current` is the row that is selected at first; `rightToLeft` when the texts run that way.
+  UiLanguageWindow(std::optional<int> current, bool rightToLeft, Commit commit)
+      : current_(current), rightToLeft_(rightToLeft), commit_(std::move(commit)) {}
+  UiLanguageWindow(const UiLanguageWindow&) = delete;
+  UiLanguageWindow& operator=(const UiLanguageWindow&) = delete;
+  ~UiLanguageWindow() { Close(); }
+
+  /// Shows the dialog over its owner (may be null), which takes no input meanwhile, and returns when it is
+  /// closed. While one is open already, that one is shown instead.
+  void RunModal(HWND owner);
+
+ private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+
+  [[nodiscard]] bool Create(HWND owner);
+  void CreateControls();
+  HWND CreateControl(const wchar_t* className, const wchar_t* text, DWORD style, DWORD exStyle, int id);
+  void FillList();
+  void MakeFonts();
+  /// Fits everything to `dpi_` and centres the dialog over its owner.
+  void LayOut();
+  void CenterOver(HWND owner, const RECT& work);
+  [[nodiscard]] int MeasureBody() const;
+  void RunMessages();
+  void Close();
+
+  /// The message's result; nothing when Windows' own handling is wanted.
+  [[nodiscard]] std::optional<LRESULT> OnMessage(UINT message, WPARAM wparam, LPARAM lparam);
+  void OnCommand(int id, int notification);
+  void OnPaint();
+  void OnDrawItem(const DRAWITEMSTRUCT& item) const;
+  [[nodiscard]] LRESULT OnHitTest(LPARAM position) const;
+  void OnOk();
+
+  std::optional<int> current_;
+  bool rightToLeft_;
+  Commit commit_;
+
+  HWND owner_ = nullptr;
+  HWND handle_ = nullptr;
+  HWND title_ = nullptr;
+  HWND body_ = nullptr;
+  HWND list_ = nullptr;
+  HWND ok_ = nullptr;
+  HWND cancel_ = nullptr;
+  /// Control that gets the focus back when the dialog is activated again.
+  HWND lastFocus_ = nullptr;
+  DisabledWindow* ownerLock_ = nullptr;
+  int dpi_ = 0;
+  UiLanguageDialogLayout layout_;
+  UniqueFont titleFont_;
+  UniqueFont bodyFont_;
+  UniqueFont listFont_;
+};
+
+}  // namespace qv
