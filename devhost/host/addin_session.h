@@ -11,8 +11,8 @@
 namespace qv::devhost {
 
 /// One connection of the add-in, in the order that Office keeps: created by ProgID, connected, given the
-/// task-pane factory, asked for its ribbon and given the ribbon object, told that the start is complete; and all
-/// the way back. UI thread.
+/// task-pane factory, asked for its ribbon and given the ribbon object, told that the start is complete; and
+/// all the way back. UI thread.
 class AddinSession {
  public:
   /// How the optional arguments of the life-cycle calls look; hosts differ.

@@ -1,7 +1,5 @@
 #include "host/ribbon.h"
 
-#include <olectl.h>
-
 #include <cstdio>
 #include <stdexcept>
 
@@ -88,16 +86,6 @@ ComPtr<IPicture> Ribbon::Image(const RibbonItem& item) {
   }
   known_[item.id].image = picture;
   return picture;
-}
-
-Ribbon::ImageSize Ribbon::SizeOf(IPicture* picture) {
-  OLE_HANDLE handle = 0;
-  BITMAP bitmap{};
-  if (picture == nullptr || FAILED(picture->get_Handle(&handle))) return {};
-  // Handles are 32 bits wide here, and sign-extended on the way back, as Windows defines it.
-  const auto object = reinterpret_cast<HGDIOBJ>(static_cast<LONG_PTR>(static_cast<LONG>(handle)));
-  if (GetObjectW(object, sizeof bitmap, &bitmap) == 0) return {};
-  return {bitmap.bmWidth, bitmap.bmHeight};
 }
 
 void Ribbon::Press(const RibbonItem& button, ComPtr<IDispatch> window) {

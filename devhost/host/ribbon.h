@@ -18,12 +18,6 @@ namespace qv::devhost {
 /// late-bound and their answers kept until the add-in invalidates them, as Office does. UI thread.
 class Ribbon {
  public:
-  /// Size of a picture in pixels; zeros when there is none.
-  struct ImageSize {
-    int width = 0;
-    int height = 0;
-  };
-
   /// Reads the XML and gives the add-in its ribbon object. With XML that is refused the ribbon is empty, the
   /// reason is in `Refusal` and on standard error. `callbacks` is what GetCustomUI was asked of. The log is
   /// borrowed.
@@ -44,7 +38,6 @@ class Ribbon {
   [[nodiscard]] std::wstring Screentip(const RibbonItem& item);
   /// Null when there is none.
   [[nodiscard]] ComPtr<IPicture> Image(const RibbonItem& item);
-  [[nodiscard]] static ImageSize SizeOf(IPicture* picture);
 
   /// Presses a button as a user would. `window` is the host's Window object in which it was pressed. The
   /// add-in may open boxes with loops of their own before this comes back.
