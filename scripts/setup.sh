@@ -6,7 +6,7 @@ set -u
 packages=(
   # build
   cmake ninja-build g++ g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 mingw-w64-tools googletest
-  nlohmann-json3-dev clang-format git librsvg2-bin
+  nlohmann-json3-dev librapidxml-dev clang-format git librsvg2-bin
   # Windows programs
   wine64 libwine xvfb
   # spreadsheet and pictures of it

@@ -58,19 +58,27 @@ void AddinSession::AskForRibbon() {
   if (FAILED(log_.Add("IRibbonExtensibility", hr))) return;
   const Bstr id(L"Microsoft.Excel.Workbook");
   Bstr xml;
-  if (SUCCEEDED(log_.Add("GetCustomUI", ribbon->GetCustomUI(id.Get(), xml.Put())))) ribbonXml_ = xml.View();
+  if (FAILED(log_.Add("GetCustomUI", ribbon->GetCustomUI(id.Get(), xml.Put())))) return;
+  // The callbacks are found through this very interface, which need not be the object's main one.
+  ComPtr<IDispatch> callbacks;
+  if (SUCCEEDED(log_.Add("ribbon IDispatch", ribbon.As(&callbacks))))
+    ribbon_ = std::make_unique<Ribbon>(callbacks, xml.View(), log_);
+}
+
+void AddinSession::BeginShutdown() {
+  if (!addin_ || std::exchange(isShuttingDown_, true)) return;
+  log_.Add("OnBeginShutdown",
+           WithCustom([&](SAFEARRAY** custom) { return addin_->OnBeginShutdown(custom); }));
 }
 
 ULONG AddinSession::Disconnect(ext_DisconnectMode mode) {
   if (!addin_) return 0;
-  if (mode == ext_dm_HostShutdown) {
-    log_.Add("OnBeginShutdown",
-             WithCustom([&](SAFEARRAY** custom) { return addin_->OnBeginShutdown(custom); }));
-  }
+  if (mode == ext_dm_HostShutdown) BeginShutdown();
   log_.Add("OnDisconnection",
            WithCustom([&](SAFEARRAY** custom) { return addin_->OnDisconnection(mode, custom); }));
   if (instance_) instance_->Clear();
   instance_.Reset();
+  ribbon_.reset();
   return addin_.Detach()->Release();
 }
 

@@ -1,14 +1,18 @@
 #pragma once
 
+#include <memory>
+
 #include "addin/office_interfaces.h"
 #include "foundation/variant.h"
 #include "host/addin_instance.h"
 #include "host/call_log.h"
+#include "host/ribbon.h"
 
 namespace qv::devhost {
 
 /// One connection of the add-in, in the order that Office keeps: created by ProgID, connected, given the
-/// task-pane factory, asked for its ribbon, told that the start is complete; and all the way back. UI thread.
+/// task-pane factory, asked for its ribbon and given the ribbon object, told that the start is complete; and
+/// all the way back. UI thread.
 class AddinSession {
  public:
   /// How the optional arguments of the life-cycle calls look; hosts differ.
@@ -27,11 +31,13 @@ class AddinSession {
   ~AddinSession();
 
   [[nodiscard]] IDTExtensibility2* Addin() const { return addin_.Get(); }
-  /// The ribbon's XML, or empty when the add-in has none.
-  [[nodiscard]] const std::wstring& RibbonXml() const { return ribbonXml_; }
+  /// The add-in's ribbon; null when it has none or after `Disconnect`.
+  [[nodiscard]] Ribbon* TheRibbon() const { return ribbon_.get(); }
 
-  /// OnBeginShutdown (only when the host itself ends), OnDisconnection, release. References to the add-in
-  /// that are left, 0 when none. Repeated calls do nothing.
+  /// OnBeginShutdown, once: the host is about to close its windows.
+  void BeginShutdown();
+  /// OnBeginShutdown (only when the host itself ends, and it was not told yet), OnDisconnection, release.
+  /// References to the add-in that are left, 0 when none. Repeated calls do nothing.
   ULONG Disconnect(ext_DisconnectMode mode = ext_dm_HostShutdown);
 
  private:
@@ -45,7 +51,8 @@ class AddinSession {
   CallLog& log_;
   ComPtr<IDTExtensibility2> addin_;
   ComPtr<AddinInstance> instance_;
-  std::wstring ribbonXml_;
+  std::unique_ptr<Ribbon> ribbon_;
+  bool isShuttingDown_ = false;
 };
 
 }  // namespace qv::devhost

@@ -259,8 +259,8 @@ Json CommandRunner::Panes() const {
     Json entry{{"pane", pane.number},
                {"title", ToUtf8(pane.frame->Title())},
                {"visible", pane.frame->IsVisible()},
-               {"width", pane.frame->ClientSize().cx},
-               {"height", pane.frame->ClientSize().cy},
+               {"width", pane.frame->ContentSize().cx},
+               {"height", pane.frame->ContentSize().cy},
                {"views", Json::array()}};
     for (const auto& view : host_.WebViews().ViewsIn(pane.frame->Window())) {
       entry["views"].push_back({{"view", view.view},

@@ -14,11 +14,26 @@ constexpr DWORD kUnloadTimeoutMs = 15'000;
 }  // namespace
 
 DevelopmentHost::DevelopmentHost(const std::wstring& addinPath, Engine& engine, CallLog& log,
-                                 AddinSession::Manner manner)
-    : engine_(engine), log_(log), library_(addinPath, log), webViews_(FolderOf(addinPath)), panes_(log) {
+                                 AddinSession::Manner manner, DocumentWindows::Look look)
+    : engine_(engine),
+      log_(log),
+      library_(addinPath, log),
+      webViews_(FolderOf(addinPath)),
+      documents_(engine, look),
+      panes_(documents_, log) {
   library_.Register();
   factory_ = MakeCom<TaskPaneFactory>(panes_, engine_.Application());
   session_ = std::make_unique<AddinSession>(engine_.Application(), factory_.Get(), manner, log_);
+  if (Ribbon* ribbon = session_->TheRibbon()) ShowRibbon(*ribbon);
+}
+
+void DevelopmentHost::ShowRibbon(Ribbon& ribbon) {
+  ribbon.SetContext([this]() -> ComPtr<IDispatch> {
+    const int active = documents_.Active().Id();
+    return active == 0 ? nullptr : engine_.WindowObject(active);
+  });
+  ribbon.OnChanged([this, &ribbon] { documents_.SetRibbon(&ribbon); });
+  documents_.SetRibbon(&ribbon);
 }
 
 DevelopmentHost::~DevelopmentHost() {
@@ -26,7 +41,8 @@ DevelopmentHost::~DevelopmentHost() {
 }
 
 PaneList::Pane DevelopmentHost::OpenPane() {
-  return panes_.Open(kPaneProgId, kPaneTitle, true);
+  documents_.Sync();
+  return panes_.Open(kPaneProgId, kPaneTitle, true, documents_.Active());
 }
 
 bool DevelopmentHost::WaitForPage(const PaneList::Pane& pane, DWORD timeoutMs) {
@@ -40,7 +56,9 @@ bool DevelopmentHost::WaitForPage(const PaneList::Pane& pane, DWORD timeoutMs) {
 
 DevelopmentHost::Ending DevelopmentHost::End() {
   if (std::exchange(ended_, true)) return ending_;
+  if (session_) session_->BeginShutdown();
   panes_.CloseAll();
+  documents_.SetRibbon(nullptr);
   if (session_) ending_.addinReferences = session_->Disconnect();
   session_.reset();
   if (factory_) factory_->Detach();

@@ -7,6 +7,7 @@
 #include "host/addin_library.h"
 #include "host/addin_session.h"
 #include "host/call_log.h"
+#include "host/document_windows.h"
 #include "host/pane_list.h"
 #include "host/task_pane_factory.h"
 #include "host/web_view_library.h"
@@ -41,18 +42,20 @@ class DevelopmentHost {
   /// Loads, registers and connects the add-in. The settings file must already name the service. Engine and
   /// log are borrowed. Throws std::runtime_error with the call that failed.
   DevelopmentHost(const std::wstring& addinPath, Engine& engine, CallLog& log,
-                  AddinSession::Manner manner = {});
+                  AddinSession::Manner manner = {}, DocumentWindows::Look look = {});
   DevelopmentHost(const DevelopmentHost&) = delete;
   DevelopmentHost& operator=(const DevelopmentHost&) = delete;
   ~DevelopmentHost();
 
   [[nodiscard]] Engine& Spreadsheet() { return engine_; }
   [[nodiscard]] WebViewLibrary& WebViews() { return webViews_; }
+  [[nodiscard]] DocumentWindows& Documents() { return documents_; }
   [[nodiscard]] PaneList& Panes() { return panes_; }
   [[nodiscard]] const AddinSession& Session() const { return *session_; }
   [[nodiscard]] const CallLog& Log() const { return log_; }
 
-  /// Opens a task pane with the add-in's control, as a ribbon button would. Throws std::runtime_error.
+  /// Opens a task pane with the add-in's control in the active window, as a ribbon button would. Throws
+  /// std::runtime_error.
   PaneList::Pane OpenPane();
   /// Runs messages until the pane's page has loaded or its time is over; whether it has.
   [[nodiscard]] bool WaitForPage(const PaneList::Pane& pane, DWORD timeoutMs);
@@ -62,10 +65,13 @@ class DevelopmentHost {
   Ending End();
 
  private:
+  void ShowRibbon(Ribbon& ribbon);
+
   Engine& engine_;
   CallLog& log_;
   AddinLibrary library_;
   WebViewLibrary webViews_;
+  DocumentWindows documents_;
   PaneList panes_;
   ComPtr<TaskPaneFactory> factory_;
   std::unique_ptr<AddinSession> session_;

@@ -1,83 +1,233 @@
 #include "host/pane_frame.h"
 
+#include <windowsx.h>
+
+#include <algorithm>
 #include <stdexcept>
 
 #include "engines/common/com_guard.h"
+#include "host/document_window.h"
+#include "host/drawing.h"
 
 namespace qv::devhost {
 namespace {
 
 constexpr wchar_t kClassName[] = L"QvDevhostPane";
-constexpr SIZE kInitialSize{400, 700};
+/// As Office opens a pane, in points.
+constexpr SIZE kInitialPt{300, 150};
+constexpr int kPointsPerInch = 72;
+/// Room before the title at 96 DPI.
+constexpr int kTitleIndent = 12;
 
 }  // namespace
 
-PaneFrame::PaneFrame(const std::wstring& progId, const std::wstring& title, bool visible, CallLog& log)
-    : title_(title) {
-  WNDCLASSW windowClass{};
-  windowClass.lpfnWndProc = Procedure;
-  windowClass.hInstance = GetModuleHandleW(nullptr);
-  windowClass.lpszClassName = kClassName;
-  RegisterClassW(&windowClass);
-  window_ =
-      CreateWindowExW(0, kClassName, title.c_str(), WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, 0,
-                      kInitialSize.cx, kInitialSize.cy, nullptr, nullptr, windowClass.hInstance, nullptr);
-  if (window_ == nullptr) throw std::runtime_error("the task-pane window cannot be created");
-  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  if (visible) ShowWindow(window_, SW_SHOWNOACTIVATE);
+PaneFrame::PaneFrame(const std::wstring& progId, const std::wstring& title, bool visible,
+                     DocumentWindow& document, CallLog& log)
+    : title_(title),
+      document_(&document),
+      isVisible_(visible),
+      width_(MulDiv(kInitialPt.cx, DpiOf(document.Window()), kPointsPerInch)),
+      height_(MulDiv(kInitialPt.cy, DpiOf(document.Window()), kPointsPerInch)) {
+  CreateWindows();
+  document.Add(*this);
   try {
-    container_ = std::make_unique<ControlContainer>(progId, window_, log);
+    container_ = std::make_unique<ControlContainer>(progId, content_, log);
   } catch (...) {
     Close();
     throw;
   }
 }
 
+void PaneFrame::CreateWindows() {
+  WNDCLASSW windowClass{};
+  windowClass.lpfnWndProc = Procedure;
+  windowClass.hInstance = GetModuleHandleW(nullptr);
+  windowClass.lpszClassName = kClassName;
+  windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  RegisterClassW(&windowClass);
+  window_ = CreateWindowExW(0, kClassName, title_.c_str(), WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, 0, 0,
+                            0, 0, document_->Window(), nullptr, windowClass.hInstance, nullptr);
+  if (window_ == nullptr) throw std::runtime_error("the task-pane window cannot be created");
+  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  content_ = CreateWindowExW(0, L"Static", L"", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 0, 0, window_,
+                             nullptr, windowClass.hInstance, nullptr);
+}
+
 PaneFrame::~PaneFrame() {
   Close();
 }
 
-bool PaneFrame::IsVisible() const {
-  return window_ != nullptr && IsWindowVisible(window_);
-}
-
 void PaneFrame::SetVisible(bool visible) {
-  if (window_ != nullptr) ShowWindow(window_, visible ? SW_SHOWNOACTIVATE : SW_HIDE);
+  if (window_ == nullptr || isVisible_ == visible) return;
+  isVisible_ = visible;
+  document_->LayOut();
 }
 
-SIZE PaneFrame::ClientSize() const {
+void PaneFrame::SetDock(PaneDock dock) {
+  if (window_ == nullptr) return;
+  dock_ = dock;
+  document_->LayOut();
+}
+
+SIZE PaneFrame::ContentSize() const {
   RECT area{};
-  if (window_ != nullptr) GetClientRect(window_, &area);
+  if (content_ != nullptr) GetClientRect(content_, &area);
   return {area.right, area.bottom};
 }
 
-void PaneFrame::SetClientSize(SIZE size) {
+int PaneFrame::WidthPt() const {
+  if (!HasOwnWidth(dock_)) return 0;
+  return MulDiv(ContentSize().cx, kPointsPerInch, DpiOf(window_));
+}
+
+int PaneFrame::HeightPt() const {
+  return MulDiv(ContentSize().cy, kPointsPerInch, DpiOf(window_));
+}
+
+bool PaneFrame::SetWidthPt(int points) {
+  if (window_ == nullptr || points <= 0 || !HasOwnWidth(dock_)) return false;
+  width_ = MulDiv(points, DpiOf(window_), kPointsPerInch);
+  document_->LayOut();
+  return true;
+}
+
+bool PaneFrame::SetHeightPt(int points) {
+  if (window_ == nullptr || points <= 0 || HasOwnWidth(dock_)) return false;
+  height_ = MulDiv(points, DpiOf(window_), kPointsPerInch);
+  document_->LayOut();
+  return true;
+}
+
+void PaneFrame::Place(const RECT& outer) {
   if (window_ == nullptr) return;
-  RECT outer{0, 0, size.cx, size.cy};
-  AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongPtrW(window_, GWL_STYLE)), FALSE, 0);
-  SetWindowPos(window_, nullptr, 0, 0, outer.right - outer.left, outer.bottom - outer.top,
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  const bool isFloating = dock_ == PaneDock::kFloating;
+  SetWindowPos(window_, isFloating ? HWND_TOP : nullptr, outer.left, outer.top, outer.right - outer.left,
+               outer.bottom - outer.top, SWP_NOACTIVATE | (isFloating ? 0u : SWP_NOZORDER));
+  Arrange();
+  ShowWindow(window_, isVisible_ ? SW_SHOWNA : SW_HIDE);
+}
+
+PaneLayout PaneFrame::Parts() const {
+  RECT area{};
+  GetClientRect(window_, &area);
+  return LayOutPane({area.right, area.bottom}, dock_, DpiOf(window_));
+}
+
+void PaneFrame::Arrange() {
+  const RECT content = Parts().content;
+  const SIZE before = ContentSize();
+  MoveWindow(content_, content.left, content.top, content.right - content.left, content.bottom - content.top,
+             TRUE);
+  InvalidateRect(window_, nullptr, FALSE);
+  const SIZE after = ContentSize();
+  if (container_ && (after.cx != before.cx || after.cy != before.cy)) container_->Resize();
 }
 
 void PaneFrame::Close() {
+  if (const HWND window = Leave()) DestroyWindow(window);
+}
+
+HWND PaneFrame::Leave() {
   // Taken first: closing dispatches messages, and another close may come with them.
   if (const auto container = std::move(container_)) leaks_ = container->Close();
-  if (window_ == nullptr) return;
+  if (window_ == nullptr) return nullptr;
   SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
-  DestroyWindow(std::exchange(window_, nullptr));
+  content_ = nullptr;
+  const HWND window = std::exchange(window_, nullptr);
+  std::exchange(document_, nullptr)->Remove(*this);
+  return window;
+}
+
+void PaneFrame::Paint() {
+  const BufferedPaint paint(window_);
+  const PaneLayout parts = Parts();
+  const int dpi = DpiOf(window_);
+  Fill(paint.Canvas(), paint.Area(), theme::kSurface);
+  Fill(paint.Canvas(), parts.splitter, theme::kBar);
+  RECT edge = parts.splitter;
+  edge.right = edge.left + 1;
+  Fill(paint.Canvas(), edge, theme::kLine);
+  RECT title = parts.caption;
+  title.left += Scaled(kTitleIndent, dpi);
+  title.right = parts.close.left;
+  DrawLabel(paint.Canvas(), title_, title, MakeUiFont(dpi, true).Get(), theme::kText,
+            DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
+  if (isCloseHot_) Fill(paint.Canvas(), parts.close, theme::kHover);
+  DrawCross(paint.Canvas(), parts.close, dpi, theme::kQuietText);
+}
+
+bool PaneFrame::IsHit(LPARAM position, RECT PaneLayout::*part) const {
+  const PaneLayout parts = Parts();
+  return PtInRect(&(parts.*part), {GET_X_LPARAM(position), GET_Y_LPARAM(position)}) != FALSE;
+}
+
+void PaneFrame::Drag(int x) {
+  RECT area{};
+  GetClientRect(window_, &area);
+  const PaneLayout parts = Parts();
+  const int splitter = parts.splitter.right - parts.splitter.left;
+  const int outer = dock_ == PaneDock::kRight ? area.right - x : x;
+  width_ = std::clamp(outer - splitter / 2 - 1, 1, static_cast<int>(document_->ClientSize().cx / 2));
+  document_->LayOut();
+}
+
+void PaneFrame::Hover(bool close) {
+  if (close == isCloseHot_) return;
+  isCloseHot_ = close;
+  InvalidateRect(window_, nullptr, FALSE);
+  TRACKMOUSEEVENT leave{sizeof leave, TME_LEAVE, window_, 0};
+  if (close) TrackMouseEvent(&leave);
+}
+
+LRESULT PaneFrame::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_PAINT:
+      return Paint(), 0;
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_SETCURSOR: {
+      POINT point{};
+      GetCursorPos(&point);
+      ScreenToClient(window_, &point);
+      if (!IsHit(MAKELPARAM(point.x, point.y), &PaneLayout::splitter)) break;
+      SetCursor(LoadCursorW(nullptr, IDC_SIZEWE));
+      return TRUE;
+    }
+    case WM_LBUTTONDOWN:
+      isDragging_ = IsHit(lParam, &PaneLayout::splitter);
+      if (isDragging_) SetCapture(window_);
+      return 0;
+    case WM_MOUSEMOVE:
+      if (isDragging_) Drag(GET_X_LPARAM(lParam));
+      Hover(!isDragging_ && IsHit(lParam, &PaneLayout::close));
+      return 0;
+    case WM_MOUSELEAVE:
+      return Hover(false), 0;
+    case WM_LBUTTONUP:
+      if (isDragging_) {
+        ReleaseCapture();
+      } else if (IsHit(lParam, &PaneLayout::close)) {
+        SetVisible(false);
+      }
+      return 0;
+    case WM_CAPTURECHANGED:
+      isDragging_ = false;
+      return 0;
+    case WM_DESTROY:
+      // The document window goes first.
+      return static_cast<void>(Leave()), 0;
+    default:
+      break;
+  }
+  return DefWindowProcW(window_, message, wParam, lParam);
 }
 
 LRESULT CALLBACK PaneFrame::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
   auto* frame = reinterpret_cast<PaneFrame*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (frame != nullptr && message == WM_SIZE && frame->container_) {
-    static_cast<void>(GuardCom([&] { return frame->container_->Resize(), S_OK; }));
-    return 0;
-  }
-  if (frame != nullptr && message == WM_CLOSE) {
-    static_cast<void>(GuardCom([&] { return frame->Close(), S_OK; }));
-    return 0;
-  }
-  return DefWindowProcW(window, message, wParam, lParam);
+  if (frame == nullptr) return DefWindowProcW(window, message, wParam, lParam);
+  LRESULT result = 0;
+  static_cast<void>(GuardCom([&] { return result = frame->Handle(message, wParam, lParam), S_OK; }));
+  return result;
 }
 
 }  // namespace qv::devhost

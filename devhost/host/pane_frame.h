@@ -2,34 +2,54 @@
 
 #include <windows.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
 #include "host/control_container.h"
+#include "host/document_layout.h"
 
 namespace qv::devhost {
 
-/// A top-level window that plays a task pane and hosts one control.
+class DocumentWindow;
+
+/// A task pane docked in a document window: caption, splitter and one hosted control. It closes itself when
+/// the document window goes first. UI thread.
 class PaneFrame {
  public:
-  /// Throws std::runtime_error when the control cannot be created or activated. The log is borrowed.
-  PaneFrame(const std::wstring& progId, const std::wstring& title, bool visible, CallLog& log);
+  /// Document window and log are borrowed. Throws std::runtime_error when the control cannot be created or
+  /// activated.
+  PaneFrame(const std::wstring& progId, const std::wstring& title, bool visible, DocumentWindow& document,
+            CallLog& log);
   PaneFrame(const PaneFrame&) = delete;
   PaneFrame& operator=(const PaneFrame&) = delete;
   ~PaneFrame();
 
-  /// Null after `Close`.
+  /// The whole pane; null after `Close`.
   [[nodiscard]] HWND Window() const { return window_; }
   [[nodiscard]] const std::wstring& Title() const { return title_; }
   [[nodiscard]] ControlContainer& Container() { return *container_; }
   [[nodiscard]] bool IsOpen() const { return window_ != nullptr; }
+  /// The window it is docked in; null after `Close`.
+  [[nodiscard]] DocumentWindow* Document() const { return document_; }
 
-  [[nodiscard]] bool IsVisible() const;
+  /// Whether it shows when its document window does.
+  [[nodiscard]] bool IsVisible() const { return isVisible_; }
   void SetVisible(bool visible);
-  /// Size of the client area in pixels.
-  [[nodiscard]] SIZE ClientSize() const;
-  void SetClientSize(SIZE size);
+  [[nodiscard]] PaneDock Dock() const { return dock_; }
+  void SetDock(PaneDock dock);
+  /// Size of the control's place in pixels.
+  [[nodiscard]] SIZE ContentSize() const;
+  /// The same in points, as the add-in sees it; the width of a pane that has none of its own is 0.
+  [[nodiscard]] int WidthPt() const;
+  [[nodiscard]] int HeightPt() const;
+  /// Asks for another width or height, in points. The window may give less. False when the dock position
+  /// does not allow it.
+  [[nodiscard]] bool SetWidthPt(int points);
+  [[nodiscard]] bool SetHeightPt(int points);
+
+  /// What the pane asks its document window for, and the place it gets.
+  [[nodiscard]] PaneWish Wish() const { return {isVisible_, dock_, width_, height_}; }
+  void Place(const RECT& outer);
 
   /// Closes the control, then the window. What leaked adds up over the frame's life; see `Leaks`.
   void Close();
@@ -37,9 +57,27 @@ class PaneFrame {
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+  LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
+  void CreateWindows();
+  /// Closes the control and forgets the window, which is handed to the caller.
+  HWND Leave();
+  void Paint();
+  void Drag(int x);
+  void Hover(bool close);
+  void Arrange();
+  [[nodiscard]] PaneLayout Parts() const;
+  [[nodiscard]] bool IsHit(LPARAM position, RECT PaneLayout::*part) const;
 
   std::wstring title_;
+  DocumentWindow* document_;
   HWND window_ = nullptr;
+  HWND content_ = nullptr;
+  bool isVisible_;
+  PaneDock dock_ = PaneDock::kRight;
+  int width_;
+  int height_;
+  bool isDragging_ = false;
+  bool isCloseHot_ = false;
   std::unique_ptr<ControlContainer> container_;
   ControlContainer::Leaks leaks_;
 };

@@ -4,8 +4,10 @@
 
 namespace qv::devhost {
 
-PaneList::Pane PaneList::Open(const std::wstring& progId, const std::wstring& title, bool visible) {
-  Pane pane{static_cast<int>(panes_.size()) + 1, std::make_shared<PaneFrame>(progId, title, visible, log_)};
+PaneList::Pane PaneList::Open(const std::wstring& progId, const std::wstring& title, bool visible,
+                              DocumentWindow& document) {
+  Pane pane{static_cast<int>(panes_.size()) + 1,
+            std::make_shared<PaneFrame>(progId, title, visible, document, log_)};
   panes_.push_back(pane);
   return pane;
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "host/document_windows.h"
 #include "host/pane_frame.h"
 
 namespace qv::devhost {
@@ -17,11 +18,12 @@ class PaneList {
     std::shared_ptr<PaneFrame> frame;
   };
 
-  /// The log is borrowed.
-  explicit PaneList(CallLog& log) : log_(log) {}
+  /// Document windows and log are borrowed.
+  PaneList(DocumentWindows& documents, CallLog& log) : documents_(documents), log_(log) {}
 
-  /// Throws std::runtime_error when the control cannot be made.
-  Pane Open(const std::wstring& progId, const std::wstring& title, bool visible);
+  [[nodiscard]] DocumentWindows& Documents() const { return documents_; }
+  /// Opens a pane in a document window. Throws std::runtime_error when the control cannot be made.
+  Pane Open(const std::wstring& progId, const std::wstring& title, bool visible, DocumentWindow& document);
   /// The open pane with this number, or null.
   [[nodiscard]] std::shared_ptr<PaneFrame> Find(int number) const;
   /// Panes that are open now, oldest first.
@@ -31,6 +33,7 @@ class PaneList {
   [[nodiscard]] ControlContainer::Leaks Leaks() const;
 
  private:
+  DocumentWindows& documents_;
   CallLog& log_;
   std::vector<Pane> panes_;
 };

@@ -35,15 +35,6 @@ constexpr std::array<DispatchName, 10> kNames = {{
     {L"Delete", kDelete},
 }};
 
-constexpr int kPointsPerInch = 72;
-
-int ToPoints(LONG pixels) {
-  return MulDiv(pixels, kPointsPerInch, USER_DEFAULT_SCREEN_DPI);
-}
-int ToPixels(int points) {
-  return MulDiv(points, USER_DEFAULT_SCREEN_DPI, kPointsPerInch);
-}
-
 HRESULT ReturnObject(const ComPtr<IDispatch>& object, IDispatch** result) {
   if (result == nullptr) return E_POINTER;
   *result = ComPtr<IDispatch>(object).Detach();
@@ -57,10 +48,6 @@ TaskPane::TaskPane(std::shared_ptr<PaneFrame> frame, ComPtr<IDispatch> applicati
 
 std::span<const DispatchName> TaskPane::Names() const noexcept {
   return kNames;
-}
-
-bool TaskPane::IsDockedSideways() const {
-  return dockPosition_ == msoCTPDockPositionTop || dockPosition_ == msoCTPDockPositionBottom;
 }
 
 HRESULT TaskPane::get_Title(BSTR* title) noexcept {
@@ -82,8 +69,7 @@ HRESULT TaskPane::get_Visible(VARIANT_BOOL* visible) noexcept {
 
 HRESULT TaskPane::put_Visible(VARIANT_BOOL visible) noexcept {
   if (!frame_->IsOpen()) return E_FAIL;
-  frame_->SetVisible(visible != VARIANT_FALSE);
-  return S_OK;
+  return GuardCom([&] { return frame_->SetVisible(visible != VARIANT_FALSE), S_OK; });
 }
 
 HRESULT TaskPane::get_ContentControl(IDispatch** control) noexcept {
@@ -92,34 +78,30 @@ HRESULT TaskPane::get_ContentControl(IDispatch** control) noexcept {
 }
 
 HRESULT TaskPane::get_Height(int* height) noexcept {
-  return frame_->IsOpen() ? PutValue(height, ToPoints(frame_->ClientSize().cy)) : E_FAIL;
+  return frame_->IsOpen() ? PutValue(height, frame_->HeightPt()) : E_FAIL;
 }
 
 HRESULT TaskPane::put_Height(int height) noexcept {
-  if (!frame_->IsOpen() || height <= 0) return E_FAIL;
-  frame_->SetClientSize({frame_->ClientSize().cx, ToPixels(height)});
-  return S_OK;
+  return GuardCom([&] { return frame_->SetHeightPt(height) ? S_OK : E_FAIL; });
 }
 
 HRESULT TaskPane::get_Width(int* width) noexcept {
-  if (!frame_->IsOpen()) return E_FAIL;
-  return PutValue(width, IsDockedSideways() ? 0 : ToPoints(frame_->ClientSize().cx));
+  return frame_->IsOpen() ? PutValue(width, frame_->WidthPt()) : E_FAIL;
 }
 
 HRESULT TaskPane::put_Width(int width) noexcept {
-  if (!frame_->IsOpen() || width <= 0 || IsDockedSideways()) return E_FAIL;
-  frame_->SetClientSize({ToPixels(width), frame_->ClientSize().cy});
-  return S_OK;
+  return GuardCom([&] { return frame_->SetWidthPt(width) ? S_OK : E_FAIL; });
 }
 
 HRESULT TaskPane::get_DockPosition(MsoCTPDockPosition* position) noexcept {
-  return PutValue(position, dockPosition_);
+  if (!frame_->IsOpen()) return E_FAIL;
+  return PutValue(position, static_cast<MsoCTPDockPosition>(frame_->Dock()));
 }
 
 HRESULT TaskPane::put_DockPosition(MsoCTPDockPosition position) noexcept {
   if (position < msoCTPDockPositionLeft || position > msoCTPDockPositionFloating) return E_INVALIDARG;
-  dockPosition_ = position;
-  return S_OK;
+  if (!frame_->IsOpen()) return E_FAIL;
+  return GuardCom([&] { return frame_->SetDock(static_cast<PaneDock>(position)), S_OK; });
 }
 
 HRESULT TaskPane::get_DockPositionRestrict(MsoCTPDockPositionRestrict* restrict) noexcept {
@@ -175,7 +157,8 @@ HRESULT TaskPane::Get(DISPID id, VARIANT& value) {
       hr = get_Width(&number);
       break;
     case kDockPosition:
-      number = dockPosition_;
+      number = static_cast<int>(frame_->Dock());
+      hr = frame_->IsOpen() ? S_OK : E_FAIL;
       break;
     case kDockPositionRestrict:
       number = dockRestrict_;

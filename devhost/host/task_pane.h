@@ -36,14 +36,12 @@ class TaskPane final : public HostDispatch<_CustomTaskPane> {
 
  private:
   [[nodiscard]] std::span<const DispatchName> Names() const noexcept override;
-  [[nodiscard]] bool IsDockedSideways() const;
   [[nodiscard]] HRESULT Get(DISPID id, VARIANT& value);
   [[nodiscard]] HRESULT Put(DISPID id, const VARIANT& value);
 
   std::shared_ptr<PaneFrame> frame_;
   ComPtr<IDispatch> application_;
   ComPtr<IDispatch> window_;
-  MsoCTPDockPosition dockPosition_ = msoCTPDockPositionRight;
   MsoCTPDockPositionRestrict dockRestrict_ = msoCTPDockPositionRestrictNone;
 };
 

@@ -30,8 +30,12 @@ HRESULT TaskPaneFactory::CreateCTP(BSTR axId, BSTR title, VARIANT parentWindow,
                                          ? ComPtr<IDispatch>(parentWindow.pdispVal)
                                          : GetObjectProperty(application_.Get(), L"ActiveWindow");
     if (!window) return E_INVALIDARG;
+    // A window that was opened since the last look has no place for a pane yet.
+    panes_->Documents().Sync();
+    auto* const document = panes_->Documents().FindFor(window.Get());
+    if (document == nullptr) return E_INVALIDARG;
     try {
-      const auto made = panes_->Open(TextOf(axId), TextOf(title), false);
+      const auto made = panes_->Open(TextOf(axId), TextOf(title), false, *document);
       *pane = new TaskPane(made.frame, application_, window);
       return S_OK;
     } catch (const std::runtime_error&) {

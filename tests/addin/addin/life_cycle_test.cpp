@@ -85,7 +85,8 @@ TEST_F(LifeCycle, ToleratesEveryOrderOfCalls) {
 }
 
 TEST_F(LifeCycle, TakesThePaneFactoryBeforeTheConnection) {
-  devhost::PaneList panes(calls_);
+  devhost::DocumentWindows documents(engine_, {});
+  devhost::PaneList panes(documents, calls_);
   ComPtr<devhost::TaskPaneFactory> factory = MakeCom<devhost::TaskPaneFactory>(panes, engine_.Application());
   auto addin = Create();
   ComPtr<ICustomTaskPaneConsumer> consumer;

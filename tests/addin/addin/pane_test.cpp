@@ -53,9 +53,11 @@ TEST_F(Pane, NumbersEveryPaneAnew) {
 
 TEST_F(Pane, FillsItsFrameAtEverySize) {
   OpenPane();
-  for (const SIZE size : {SIZE{300, 500}, SIZE{641, 223}}) {
-    pane_.frame->SetClientSize(size);
+  for (const int points : {225, 391}) {
+    ASSERT_TRUE(pane_.frame->SetWidthPt(points));
     devhost::DispatchWaitingMessages();
+    const SIZE size = pane_.frame->ContentSize();
+    EXPECT_EQ(pane_.frame->WidthPt(), points);
     const RECT bounds = NewestView().bounds;
     EXPECT_EQ(bounds.right - bounds.left, size.cx);
     EXPECT_EQ(bounds.bottom - bounds.top, size.cy);

@@ -72,7 +72,7 @@ TEST_F(TaskPaneTest, WidthIsInPointsAndFixedWhileDockedAtTheTop) {
   ASSERT_HRESULT_SUCCEEDED(pane_->put_Width(300));
   ASSERT_HRESULT_SUCCEEDED(pane_->get_Width(&width));
   EXPECT_EQ(width, 300);
-  EXPECT_EQ(host_->Panes().OpenPanes().front().frame->ClientSize().cx, 400);
+  EXPECT_EQ(host_->Panes().OpenPanes().front().frame->ContentSize().cx, 400);
   ASSERT_HRESULT_SUCCEEDED(pane_->put_DockPosition(msoCTPDockPositionTop));
   EXPECT_HRESULT_FAILED(pane_->put_Width(200));
   ASSERT_HRESULT_SUCCEEDED(pane_->get_Width(&width));
