@@ -18,10 +18,8 @@ long NumberOf(HWND window) {
 }
 
 json ToJson(const GridArea& area) {
-  return {{"row", area.firstRow},
-          {"column", area.firstColumn},
-          {"rows", area.rows},
-          {"columns", area.columns}};
+  return {
+      {"row", area.firstRow}, {"column", area.firstColumn}, {"rows", area.rows}, {"columns", area.columns}};
 }
 
 }  // namespace

@@ -33,12 +33,9 @@ GridArea AreaOf(const json& area) {
 }
 
 GridFont FontOf(const json& font) {
-  return {TextOf(font.at("name")),
-          font.at("size").get<double>(),
-          font.at("bold").get<bool>(),
-          font.at("italic").get<bool>(),
-          font.at("underline").get<bool>(),
-          font.at("strikethrough").get<bool>(),
+  return {TextOf(font.at("name")),          font.at("size").get<double>(),
+          font.at("bold").get<bool>(),      font.at("italic").get<bool>(),
+          font.at("underline").get<bool>(), font.at("strikethrough").get<bool>(),
           font.at("color").get<COLORREF>()};
 }
 

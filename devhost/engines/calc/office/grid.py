@@ -3,7 +3,7 @@
 from office import cell_values, fonts, picture, shapes, units
 from office.cell_values import ERROR_RESULT, VALUE_RESULT
 from office.fonts import SEMI_BOLD
-from office.windows import AREAS, CELLS
+from office.windows import AREAS, CELLS, frozen
 
 # com.sun.star.sheet.CellFlags
 CONTENT = 1 | 2 | 4 | 16
@@ -24,7 +24,6 @@ def snapshot(window, row, column, rows, columns):
     rows, columns = min(rows, units.MAX_ROWS - row + 1), min(columns, units.MAX_COLUMNS - column + 1)
     block = sheet.getCellRangeByPosition(column - 1, row - 1, column + columns - 2, row + rows - 2)
     extent = picture.extent(sheet).RangeAddress
-    frozen = window.controller.hasFrozenPanes()
     return {
         "sheets": visible,
         "activeSheet": visible.index(sheet.Name),
@@ -33,7 +32,7 @@ def snapshot(window, row, column, rows, columns):
         "heights": [_length(block.Rows.getByIndex(index), "Height") for index in range(rows)],
         **_Cells(window.document, sheet, block).gathered(),
         "selection": _selection(window.controller),
-        "frozen": [window.controller.getSplitRow(), window.controller.getSplitColumn()] if frozen else [0, 0],
+        "frozen": frozen(window.controller),
         "shapes": _shapes(sheet, block.Position),
         "used": [extent.EndRow + 1, extent.EndColumn + 1],
     }
