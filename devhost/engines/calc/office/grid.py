@@ -1,9 +1,9 @@
 """What a document window shows of its active sheet, gathered in one go for the development host to paint."""
 
-from office import cell_values, fonts, picture, shapes, units
+from office import cell_values, fonts, picture, shapes, units, window_list
 from office.cell_values import ERROR_RESULT, VALUE_RESULT
 from office.fonts import SEMI_BOLD
-from office.windows import AREAS, CELLS, Window, frozen
+from office.windows import AREAS, CELLS, Window
 
 # com.sun.star.sheet.CellFlags
 CONTENT = 1 | 2 | 4 | 16
@@ -34,7 +34,7 @@ def snapshot(window, row, column, rows, columns):
         **_Cells(window.document, sheet, block).gathered(),
         "selection": _selection(window.controller),
         "scroll": [shown.get_scroll_row(), shown.get_scroll_column()],
-        "frozen": frozen(window.controller),
+        "frozen": window_list.frozen(window.controller),
         "shapes": _shapes(sheet, block.Position),
         "used": [extent.EndRow + 1, extent.EndColumn + 1],
     }

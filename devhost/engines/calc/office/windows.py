@@ -10,15 +10,6 @@ SHAPES = "com.sun.star.drawing.Shapes"
 NORMAL_WINDOW = -4143
 
 
-def frozen(controller):
-    """(rows, columns) that stay in place. Calc's own answer is read off the pixels and may be one too many."""
-    if not controller.hasFrozenPanes():
-        return 0, 0
-    first = controller.getByIndex(0).getVisibleRange()
-    return (first.EndRow + 1 if controller.getSplitVertical() else 0,
-            first.EndColumn + 1 if controller.getSplitHorizontal() else 0)
-
-
 class Windows(ComObject):
     """The windows of one workbook, or of all of them, the active one first."""
 
@@ -146,13 +137,13 @@ class Window(ComObject):
         return bool(self._controller.getSplitRow() or self._controller.getSplitColumn())
 
     def get_split_row(self):
-        return frozen(self._controller)[0] if self.get_freeze_panes() else self._controller.getSplitRow()
+        return window_list.frozen(self._controller)[0] if self.get_freeze_panes() else self._controller.getSplitRow()
 
     def put_split_row(self, value):
         self._controller.freezeAtPosition(self.get_split_column(), as_integer(value))
 
     def get_split_column(self):
-        return frozen(self._controller)[1] if self.get_freeze_panes() else self._controller.getSplitColumn()
+        return window_list.frozen(self._controller)[1] if self.get_freeze_panes() else self._controller.getSplitColumn()
 
     def put_split_column(self, value):
         self._controller.freezeAtPosition(as_integer(value), self.get_split_row())
@@ -168,8 +159,8 @@ class Window(ComObject):
 
     @property
     def _scrolling_pane(self):
-        # With frozen panes the last one is the one that scrolls both ways.
-        return self._controller.getByIndex(self._controller.getCount() - 1)
+        self._require_open()
+        return window_list.scrolling_pane(self._window)
 
     def get_scroll_row(self):
         return self._scrolling_pane.getFirstVisibleRow() + 1
