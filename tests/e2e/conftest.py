@@ -10,6 +10,7 @@ import pytest
 ROOT = Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(ROOT / "devhost" / "client"))
 
+from calc_office import book, office, sheet  # noqa: E402,F401  (fixtures)
 from devhost_client import Devhost  # noqa: E402
 from local_service import LocalService  # noqa: E402
 

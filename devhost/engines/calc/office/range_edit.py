@@ -2,7 +2,7 @@
 
 import uno
 
-from office import calc, cell_values, guards
+from office import calc, cell_values, guards, window_list
 from office.com_object import MISSING, ComError, HResultError, DISP_E_TYPEMISMATCH, as_integer
 
 SHIFT_DOWN, SHIFT_RIGHT, SHIFT_UP, SHIFT_LEFT = -4121, -4161, -4162, -4159
@@ -100,11 +100,10 @@ def _plain(value):
 
 def select(document, areas):
     """Selects the areas on the active sheet."""
-    controller = document.CurrentController
-    if len(areas) == 1:
-        controller.select(areas[0])
-    else:
-        together = document.createInstance("com.sun.star.sheet.SheetCellRanges")
-        together.addRangeAddresses(tuple(area.RangeAddress for area in areas), False)
-        controller.select(together)
+    window = window_list.front_of(document)
+    chosen = areas[0]
+    if len(areas) > 1:
+        chosen = document.createInstance("com.sun.star.sheet.SheetCellRanges")
+        chosen.addRangeAddresses(tuple(area.RangeAddress for area in areas), False)
+    window_list.select_in_view(window, areas[0].RangeAddress, lambda: window.controller.select(chosen))
     calc.note("selection")

@@ -24,6 +24,8 @@ class OpenWindow:
         self.controller = controller
         # What Hwnd was told to answer; 0 for a number of our own.
         self.handle = 0
+        # Rows and columns that the part that scrolls has room for; None while nobody shows it.
+        self.room = None
 
 
 def from_front():
@@ -125,6 +127,38 @@ def _controllers(document):
     while controllers.hasMoreElements():
         found.append(controllers.nextElement())
     return found
+
+
+def frozen(controller):
+    """(rows, columns) that stay in place. Calc's own answer is read off the pixels and may be one too many."""
+    if not controller.hasFrozenPanes():
+        return 0, 0
+    first = controller.getByIndex(0).getVisibleRange()
+    return (first.EndRow + 1 if controller.getSplitVertical() else 0,
+            first.EndColumn + 1 if controller.getSplitHorizontal() else 0)
+
+
+def select_in_view(window, cell, action):
+    """Selects through `action`; what is in view already does not make the window scroll.
+
+    The office's own window has another size than the one that shows it, and scrolls to what it cannot see.
+    """
+    pane = scrolling_pane(window)
+    row, column = pane.getFirstVisibleRow(), pane.getFirstVisibleColumn()
+    action()
+    if window.room is None:
+        return
+    rows, columns = window.room
+    frozen_rows, frozen_columns = frozen(window.controller)
+    if cell.StartRow < row + rows and (cell.StartRow >= row or cell.StartRow < frozen_rows) and \
+            cell.StartColumn < column + columns and (cell.StartColumn >= column or cell.StartColumn < frozen_columns):
+        pane.setFirstVisibleRow(row)
+        pane.setFirstVisibleColumn(column)
+
+
+def scrolling_pane(window):
+    # With frozen panes the last one is the one that scrolls both ways.
+    return window.controller.getByIndex(window.controller.getCount() - 1)
 
 
 def close(window):

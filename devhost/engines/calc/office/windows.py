@@ -1,6 +1,6 @@
 """Windows and Window. Excel's Window names its workbook only as its parent."""
 
-from office import ranges, shapes, sheets, window_list, workbooks
+from office import ranges, shapes, sheets, units, window_list, workbooks
 from office.com_object import (DISP_E_BADINDEX, MISSING, NOTHING, RPC_E_DISCONNECTED, ComError, ComObject, HResultError,
                                as_boolean, as_integer)
 
@@ -8,15 +8,6 @@ CELLS = "com.sun.star.sheet.SheetCellRange"
 AREAS = "com.sun.star.sheet.SheetCellRanges"
 SHAPES = "com.sun.star.drawing.Shapes"
 NORMAL_WINDOW = -4143
-
-
-def frozen(controller):
-    """(rows, columns) that stay in place. Calc's own answer is read off the pixels and may be one too many."""
-    if not controller.hasFrozenPanes():
-        return 0, 0
-    first = controller.getByIndex(0).getVisibleRange()
-    return (first.EndRow + 1 if controller.getSplitVertical() else 0,
-            first.EndColumn + 1 if controller.getSplitHorizontal() else 0)
 
 
 class Windows(ComObject):
@@ -146,13 +137,13 @@ class Window(ComObject):
         return bool(self._controller.getSplitRow() or self._controller.getSplitColumn())
 
     def get_split_row(self):
-        return frozen(self._controller)[0] if self.get_freeze_panes() else self._controller.getSplitRow()
+        return window_list.frozen(self._controller)[0] if self.get_freeze_panes() else self._controller.getSplitRow()
 
     def put_split_row(self, value):
         self._controller.freezeAtPosition(self.get_split_column(), as_integer(value))
 
     def get_split_column(self):
-        return frozen(self._controller)[1] if self.get_freeze_panes() else self._controller.getSplitColumn()
+        return window_list.frozen(self._controller)[1] if self.get_freeze_panes() else self._controller.getSplitColumn()
 
     def put_split_column(self, value):
         self._controller.freezeAtPosition(as_integer(value), self.get_split_row())
@@ -168,8 +159,8 @@ class Window(ComObject):
 
     @property
     def _scrolling_pane(self):
-        # With frozen panes the last one is the one that scrolls both ways.
-        return self._controller.getByIndex(self._controller.getCount() - 1)
+        self._require_open()
+        return window_list.scrolling_pane(self._window)
 
     def get_scroll_row(self):
         return self._scrolling_pane.getFirstVisibleRow() + 1
@@ -191,7 +182,11 @@ class Window(ComObject):
 
     def get_visible_range(self):
         area = self._scrolling_pane.getVisibleRange()
+        last_row, last_column = area.EndRow, area.EndColumn
+        if self._window.room is not None:
+            rows, columns = self._window.room
+            last_row = min(area.StartRow + rows, units.MAX_ROWS) - 1
+            last_column = min(area.StartColumn + columns, units.MAX_COLUMNS) - 1
         return ranges.Range(self.document, [
-            self._controller.ActiveSheet.getCellRangeByPosition(area.StartColumn, area.StartRow, area.EndColumn,
-                                                                area.EndRow)
+            self._controller.ActiveSheet.getCellRangeByPosition(area.StartColumn, area.StartRow, last_column, last_row)
         ])
