@@ -9,6 +9,8 @@ packages=(
   nlohmann-json3-dev librapidxml-dev clang-format git librsvg2-bin
   # Windows programs
   wine64 libwine xvfb
+  # what shows the panel's pages
+  chromium
   # spreadsheet and pictures of it
   libreoffice-calc python3 python3-uno poppler-utils fonts-dejavu-core fonts-liberation fonts-crosextra-carlito
   fonts-wqy-microhei

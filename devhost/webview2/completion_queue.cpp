@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "engines/common/com_guard.h"
+#include "webview2/this_library.h"
 
 namespace qv::devhost {
 namespace {
@@ -12,13 +13,6 @@ namespace {
 constexpr wchar_t kClassName[] = L"QvWebViewCompletions";
 constexpr UINT kWakeMessage = WM_APP + 1;
 constexpr UINT_PTR kDueTimer = 1;
-
-HINSTANCE ThisModule() {
-  HMODULE module = nullptr;
-  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<LPCWSTR>(&kClassName), &module);
-  return module;
-}
 
 std::mutex queuesMutex;
 std::map<DWORD, std::weak_ptr<CompletionQueue>> queues;
@@ -39,7 +33,7 @@ std::shared_ptr<CompletionQueue> CompletionQueue::ForThisThread() {
 CompletionQueue::CompletionQueue() {
   WNDCLASSW windowClass{};
   windowClass.lpfnWndProc = WindowProcedure;
-  windowClass.hInstance = ThisModule();
+  windowClass.hInstance = ThisLibrary();
   windowClass.lpszClassName = kClassName;
   RegisterClassW(&windowClass);
   window_ =

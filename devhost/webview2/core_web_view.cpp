@@ -41,8 +41,14 @@ ViewInfo CoreWebView::Describe() const {
           userDataFolder_.c_str()};
 }
 
+void CoreWebView::DropBackend() {
+  // First gone, then detached: the window may dispatch messages meanwhile.
+  const auto dropped = std::exchange(backend_, nullptr);
+  if (dropped) dropped->Detach();
+}
+
 void CoreWebView::Close() {
-  backend_.reset();
+  DropBackend();
   window_ = nullptr;
   pendingNavigation_ = 0;
   pendingScripts_.clear();
@@ -201,7 +207,7 @@ void CoreWebView::PageProcessLost() {
 
 void CoreWebView::BrowserProcessLost() {
   // From here on the view answers as a closed one, but its handlers stay until it is closed.
-  backend_.reset();
+  DropBackend();
   FailWaiting(COREWEBVIEW2_PROCESS_FAILED_KIND_BROWSER_PROCESS_EXITED);
 }
 

@@ -83,6 +83,7 @@ class CoreWebView final : public CoreWebViewStubs, private PageEvents {
   void CompleteNavigation(std::uint64_t navigation, bool success, COREWEBVIEW2_WEB_ERROR_STATUS status);
   void FinishScript(std::uint64_t script, HRESULT result, const std::wstring& json);
   void Receive(const std::wstring& source, const std::wstring& text, bool isString);
+  void DropBackend();
   void FailWaiting(COREWEBVIEW2_PROCESS_FAILED_KIND kind);
   [[nodiscard]] bool AreMessagesEnabled() const;
 
@@ -101,7 +102,7 @@ class CoreWebView final : public CoreWebViewStubs, private PageEvents {
   std::uint64_t lastNavigation_ = 0;
   std::map<std::uint64_t, ComPtr<ICoreWebView2ExecuteScriptCompletedHandler>> pendingScripts_;
   std::uint64_t lastScript_ = 0;
-  std::unique_ptr<PageBackend> backend_;
+  std::shared_ptr<PageBackend> backend_;
   ViewWindow* window_ = nullptr;
   std::uint32_t number_;
 };

@@ -3,6 +3,7 @@
 #include <combaseapi.h>
 
 #include "engines/common/com_guard.h"
+#include "webview2/chromium/chromium_source.h"
 #include "webview2/controller.h"
 #include "webview2/recorder.h"
 #include "webview2/recorder_backend.h"
@@ -93,13 +94,19 @@ HRESULT CreateEnvironment(PCWSTR userDataFolder, EnvironmentHandler* handler) {
   if (failure && failure->how == CreationFailure::kAtOnce) return failure->result;
 
   const auto queue = CompletionQueue::ForThisThread();
+  const std::wstring folder(userDataFolder ? userDataFolder : L"");
+  const auto complete = [queue, folder, receiver = ComPtr<EnvironmentHandler>(handler)](
+                            HRESULT result, std::unique_ptr<PageSource> pages) {
+    ComPtr<Environment> environment;
+    if (pages) environment = MakeCom<Environment>(queue, std::move(pages), folder);
+    static_cast<void>(receiver->Invoke(result, environment.Get()));
+  };
+  const auto browser = WantedBrowser(folder);
   queue->Post(
-      [queue, failure, receiver = ComPtr<EnvironmentHandler>(handler),
-       folder = std::wstring(userDataFolder ? userDataFolder : L"")] {
-        ComPtr<Environment> environment;
-        if (!failure)
-          environment = MakeCom<Environment>(queue, std::make_unique<RecorderSource>(queue), folder);
-        static_cast<void>(receiver->Invoke(failure ? failure->result : S_OK, environment.Get()));
+      [queue, failure, browser, complete] {
+        if (failure) return complete(failure->result, nullptr);
+        if (browser) return ChromiumSource::Open(*browser, queue, complete);
+        complete(S_OK, std::make_unique<RecorderSource>(queue));
       },
       Recorder::Get().Delay());
   return S_OK;

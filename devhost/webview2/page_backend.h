@@ -14,7 +14,7 @@ namespace qv::devhost {
 class ViewWindow;
 
 /// What a page tells its web view. Always called later, on the web view's thread. Each call may close the web
-/// view, and with it destroy the backend that calls.
+/// view, and with it detach the backend that calls.
 class PageEvents {
  public:
   /// The page began to navigate by itself (a link, a script, a reload). The number of this navigation, or 0
@@ -31,21 +31,22 @@ class PageEvents {
   virtual void JsonReceived(const std::wstring& source, const std::wstring& json) = 0;
   /// The page's process ended unexpectedly; a navigation starts a new one.
   virtual void PageProcessLost() = 0;
-  /// The browser's process ended unexpectedly. Nothing can come after this; the backend is destroyed.
+  /// The browser's process ended unexpectedly. Nothing can come after this; the backend is detached.
   virtual void BrowserProcessLost() = 0;
 
  protected:
   ~PageEvents() = default;
 };
 
-/// What stands behind one web view: nothing but answers (the recorder) or a browser. Destroyed when the web
-/// view closes; nothing is reported afterwards, and what waits for a result waits in vain.
+/// What stands behind one web view: nothing but answers (the recorder) or a browser.
 class PageBackend {
  public:
   /// Receives the HRESULT and the text of a script's result.
   using ScriptDone = std::function<void(HRESULT, const std::wstring&)>;
 
   virtual ~PageBackend() = default;
+  /// The web view closes: nothing is reported afterwards, and what waits for a result waits in vain.
+  virtual void Detach() = 0;
   virtual void Navigate(std::uint64_t navigation, const std::wstring& uri) = 0;
   /// `done` gets JSON text, "null" for undefined and for an exception.
   virtual void ExecuteScript(const std::wstring& script, ScriptDone done) = 0;
@@ -62,7 +63,7 @@ class PageBackend {
 };
 
 /// Puts a prepared page behind a web view. Called at most once.
-using BindPage = std::function<std::unique_ptr<PageBackend>(PageEvents&, ViewWindow&)>;
+using BindPage = std::function<std::shared_ptr<PageBackend>(PageEvents&, ViewWindow&)>;
 
 /// Where the pages of one environment come from. Use it on the environment's thread.
 class PageSource {

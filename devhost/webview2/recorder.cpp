@@ -5,6 +5,7 @@
 
 #include "foundation/com_object.h"
 #include "foundation/text.h"
+#include "webview2/chromium/browser.h"
 #include "webview2/core_web_view.h"
 
 namespace qv::devhost {
@@ -147,7 +148,7 @@ HWND Recorder::ViewWindow(std::uint32_t view) {
 }
 
 bool Recorder::CrashBrowser() {
-  return false;
+  return Browser::CrashAll();
 }
 
 bool Recorder::CrashPage(std::uint32_t view) {

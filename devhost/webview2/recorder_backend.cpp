@@ -32,7 +32,7 @@ HRESULT RecorderSource::PreparePage(PageReady ready) {
   queue_->Post(
       [queue = queue_, ready = std::move(ready)] {
         ready(S_OK, [queue](PageEvents& events, ViewWindow&) {
-          return std::make_unique<RecorderBackend>(events, queue);
+          return std::make_shared<RecorderBackend>(events, queue);
         });
       },
       Recorder::Get().Delay());

@@ -13,6 +13,7 @@ class RecorderBackend final : public PageBackend {
  public:
   RecorderBackend(PageEvents& events, std::shared_ptr<CompletionQueue> queue);
 
+  void Detach() override { alive_.reset(); }
   void Navigate(std::uint64_t navigation, const std::wstring& uri) override;
   void ExecuteScript(const std::wstring& script, ScriptDone done) override;
   bool Evaluate(const std::wstring&, ScriptDone) override { return false; }
@@ -26,7 +27,7 @@ class RecorderBackend final : public PageBackend {
  private:
   PageEvents& events_;
   std::shared_ptr<CompletionQueue> queue_;
-  /// Expires with the backend; waiting completions look at it first.
+  /// Expires with the web view; waiting completions look at it first.
   std::shared_ptr<int> alive_ = std::make_shared<int>();
 };
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "engines/common/com_guard.h"
+#include "webview2/this_library.h"
 
 namespace qv::devhost {
 namespace {
@@ -13,9 +14,10 @@ constexpr wchar_t kClassName[] = L"QvWebView";
 
 std::unique_ptr<ViewWindow> ViewWindow::Create(HWND parent) {
   WNDCLASSW windowClass{};
+  windowClass.style = CS_DBLCLKS;
   windowClass.lpfnWndProc = Procedure;
-  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<LPCWSTR>(&kClassName), &windowClass.hInstance);
+  windowClass.hInstance = ThisLibrary();
+  windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   windowClass.lpszClassName = kClassName;
   RegisterClassW(&windowClass);
   std::unique_ptr<ViewWindow> view(new ViewWindow());
@@ -51,6 +53,11 @@ void ViewWindow::SetBackground(COREWEBVIEW2_COLOR color) {
   if (window_ != nullptr) InvalidateRect(window_, nullptr, TRUE);
 }
 
+void ViewWindow::SetContent(std::weak_ptr<ViewContent> content) {
+  content_ = std::move(content);
+  if (window_ != nullptr) InvalidateRect(window_, nullptr, TRUE);
+}
+
 LRESULT CALLBACK ViewWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
   auto* view = reinterpret_cast<ViewWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   if (view == nullptr) return DefWindowProcW(window, message, wParam, lParam);
@@ -64,6 +71,10 @@ LRESULT CALLBACK ViewWindow::Procedure(HWND window, UINT message, WPARAM wParam,
 
 LRESULT ViewWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND window = window_;
+  if (const auto content = content_.lock()) {
+    const auto result = content->OnMessage(window, message, wParam, lParam);
+    if (result) return *result;
+  }
   switch (message) {
     case WM_ERASEBKGND: {
       RECT client{};
