@@ -51,6 +51,7 @@ class DevelopmentHost {
   [[nodiscard]] WebViewLibrary& WebViews() { return webViews_; }
   [[nodiscard]] DocumentWindows& Documents() { return documents_; }
   [[nodiscard]] PaneList& Panes() { return panes_; }
+  [[nodiscard]] TaskPaneFactory& Factory() { return *factory_.Get(); }
   [[nodiscard]] const AddinSession& Session() const { return *session_; }
   [[nodiscard]] const CallLog& Log() const { return log_; }
 

@@ -73,7 +73,7 @@ HRESULT TaskPane::put_Visible(VARIANT_BOOL visible) noexcept {
 }
 
 HRESULT TaskPane::get_ContentControl(IDispatch** control) noexcept {
-  if (!frame_->IsOpen()) return E_FAIL;
+  if (!frame_->IsOpen() || withholdsControl_) return E_FAIL;
   return ReturnObject(frame_->Container().Control(), control);
 }
 
@@ -90,6 +90,10 @@ HRESULT TaskPane::get_Width(int* width) noexcept {
 }
 
 HRESULT TaskPane::put_Width(int width) noexcept {
+  if (overridesLeft_ > 0) {
+    --overridesLeft_;
+    width = ownWidth_;
+  }
   return GuardCom([&] { return frame_->SetWidthPt(width) ? S_OK : E_FAIL; });
 }
 

@@ -14,6 +14,16 @@ class TaskPane final : public HostDispatch<_CustomTaskPane> {
  public:
   TaskPane(std::shared_ptr<PaneFrame> frame, ComPtr<IDispatch> application, ComPtr<IDispatch> window);
 
+  /// The next `times` widths that are asked for become `points` instead, as with a host that lays out its
+  /// panes by itself.
+  void OverrideWidth(int points, int times) {
+    ownWidth_ = points;
+    overridesLeft_ = times;
+  }
+
+  /// Whether the pane keeps its control to itself, as hosts do that make it only when the pane is shown.
+  void WithholdControl(bool withhold) { withholdsControl_ = withhold; }
+
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments,
                                    VARIANT* result, EXCEPINFO* exception,
                                    UINT* wrongArgument) noexcept override;
@@ -43,6 +53,9 @@ class TaskPane final : public HostDispatch<_CustomTaskPane> {
   ComPtr<IDispatch> application_;
   ComPtr<IDispatch> window_;
   MsoCTPDockPositionRestrict dockRestrict_ = msoCTPDockPositionRestrictNone;
+  int ownWidth_ = 0;
+  int overridesLeft_ = 0;
+  bool withholdsControl_ = false;
 };
 
 }  // namespace qv::devhost

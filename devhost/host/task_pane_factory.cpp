@@ -4,7 +4,6 @@
 
 #include "engines/common/com_guard.h"
 #include "host/late_bound.h"
-#include "host/task_pane.h"
 
 namespace qv::devhost {
 namespace {
@@ -26,6 +25,8 @@ HRESULT TaskPaneFactory::CreateCTP(BSTR axId, BSTR title, VARIANT parentWindow,
     if (pane == nullptr) return E_POINTER;
     *pane = nullptr;
     if (panes_ == nullptr) return E_FAIL;
+    const HRESULT outcome = parentWindow.vt == VT_DISPATCH ? withWindow_ : withoutWindow_;
+    if (FAILED(outcome)) return outcome;
     const ComPtr<IDispatch> window = parentWindow.vt == VT_DISPATCH
                                          ? ComPtr<IDispatch>(parentWindow.pdispVal)
                                          : GetObjectProperty(application_.Get(), L"ActiveWindow");
@@ -36,8 +37,9 @@ HRESULT TaskPaneFactory::CreateCTP(BSTR axId, BSTR title, VARIANT parentWindow,
     if (document == nullptr) return E_INVALIDARG;
     try {
       const auto made = panes_->Open(TextOf(axId), TextOf(title), false, *document);
-      *pane = new TaskPane(made.frame, application_, window);
-      return S_OK;
+      made_.push_back(MakeCom<TaskPane>(made.frame, application_, window));
+      made_.back()->WithholdControl(withholdsControls_);
+      return made_.back().CopyTo(pane);
     } catch (const std::runtime_error&) {
       // What Office says when it cannot make the control; the log has the call that failed.
       return E_FAIL;

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <vector>
+
 #include "addin/office_interfaces.h"
 #include "foundation/variant.h"
 #include "host/host_dispatch.h"
 #include "host/pane_list.h"
+#include "host/task_pane.h"
 
 namespace qv::devhost {
 
@@ -17,7 +20,18 @@ class TaskPaneFactory final : public HostDispatch<ICTPFactory> {
   void Detach() {
     panes_ = nullptr;
     application_.Reset();
+    made_.clear();
   }
+
+  /// How creations end from now on, with a window as parent and without one; a failure makes nothing.
+  void SetOutcomes(HRESULT withWindow, HRESULT withoutWindow) {
+    withWindow_ = withWindow;
+    withoutWindow_ = withoutWindow;
+  }
+  /// Panes made from now on keep their control to themselves.
+  void WithholdControls() { withholdsControls_ = true; }
+  /// What was made so far, oldest first; kept until `Detach`.
+  [[nodiscard]] const std::vector<ComPtr<TaskPane>>& Made() const { return made_; }
 
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments,
                                    VARIANT* result, EXCEPINFO* exception,
@@ -28,6 +42,10 @@ class TaskPaneFactory final : public HostDispatch<ICTPFactory> {
  private:
   PaneList* panes_;
   ComPtr<IDispatch> application_;
+  bool withholdsControls_ = false;
+  HRESULT withWindow_ = S_OK;
+  HRESULT withoutWindow_ = S_OK;
+  std::vector<ComPtr<TaskPane>> made_;
 };
 
 }  // namespace qv::devhost

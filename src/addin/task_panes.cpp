@@ -108,7 +108,7 @@ TaskPanes::PanePointer TaskPanes::Create(const ExcelWindow& window) {
     return nullptr;
   }
   const auto pane = std::make_shared<DocumentPane>(std::move(taskPane), window);
-  if (factory_ != factory) {
+  if (factory_.Get() != factory.Get()) {
     // The connection ended meanwhile, and nobody would let go of the pane.
     pane->Delete();
     return nullptr;

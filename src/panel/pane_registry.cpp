@@ -56,7 +56,7 @@ CWebView2Pane* PaneRegistry::FindControl(IUnknown* control) {
   const ComPtr<IUnknown> identity = IdentityOf(control);
   if (identity == nullptr) return nullptr;
   for (CWebView2Pane* pane : Panes()) {
-    if (IdentityOf(static_cast<IOleObject*>(pane)) == identity) return pane;
+    if (IdentityOf(static_cast<IOleObject*>(pane)).Get() == identity.Get()) return pane;
   }
   return nullptr;
 }

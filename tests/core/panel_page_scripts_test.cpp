@@ -18,6 +18,12 @@ TEST(PageScripts, EscapeWhatTheyCarry) {
   EXPECT_EQ(ToUtf8(UiLangData(L"zh-CN")), R"({"uiLang":"zh-CN"})");
 }
 
+TEST(PageScripts, TellThePageItsMode) {
+  EXPECT_EQ(ToUtf8(SetModeMessage(L"selection")), R"({"action":"setMode","mode":"selection"})");
+  EXPECT_EQ(ToUtf8(SetModeScript(L"full")),
+            "(function(){var m='full';if(window.quorvantisSetMode)window.quorvantisSetMode(m);})();");
+}
+
 TEST(PageScripts, NameTheStepThatFailed) {
   EXPECT_EQ(
       ToUtf8(WebViewFailureText(L"CreateCoreWebView2Controller", static_cast<std::int32_t>(0x8007000E))),

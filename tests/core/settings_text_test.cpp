@@ -20,6 +20,12 @@ TEST(SettingsText, PaneWidthOutsideItsRangeIsTheDefault) {
     EXPECT_EQ(PaneWidthFrom(json), expected) << json;
 }
 
+TEST(SettingsText, TellsAStoredWidthFromTheDefault) {
+  EXPECT_EQ(StoredPaneWidth(LR"({"paneWidthPt": 520})"), 520);
+  EXPECT_EQ(StoredPaneWidth(LR"({"paneWidthPt": 1601})"), std::nullopt);
+  EXPECT_EQ(StoredPaneWidth(L""), std::nullopt);
+}
+
 TEST(SettingsText, UiLanguageIsAbsentUnlessANonEmptyString) {
   const std::pair<std::wstring, std::optional<std::wstring>> cases[] = {
       {L"", std::nullopt},

@@ -69,7 +69,9 @@ BOOL CALLBACK BoxAnswerer::Answer(HWND window, LPARAM) noexcept {
   ++g_answerer->count_;
   g_answerer->title_ = WindowText(window);
   g_answerer->text_ = WindowText(GetDlgItem(window, kBoxTextId));
-  SendMessageW(window, WM_COMMAND, IDOK, 0);
+  // A box that lacks the wanted button has the other one.
+  const int button = GetDlgItem(window, g_answerer->button_) != nullptr ? g_answerer->button_ : IDOK;
+  SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(button), 0);
   return TRUE;
 }
 

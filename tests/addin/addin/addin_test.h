@@ -26,6 +26,9 @@ class BoxAnswerer {
   BoxAnswerer& operator=(const BoxAnswerer&) = delete;
   ~BoxAnswerer();
 
+  /// The button that is pressed from now on, IDOK at first.
+  void AnswerWith(int button) { button_ = button; }
+
   [[nodiscard]] int Count() const { return count_; }
   [[nodiscard]] const std::wstring& Title() const { return title_; }
   [[nodiscard]] const std::wstring& Text() const { return text_; }
@@ -35,6 +38,7 @@ class BoxAnswerer {
   static BOOL CALLBACK Answer(HWND window, LPARAM) noexcept;
 
   UINT_PTR timer_ = 0;
+  int button_ = IDOK;
   int count_ = 0;
   std::wstring title_;
   std::wstring text_;

@@ -256,5 +256,29 @@ TEST_F(Pane, ExplainsAFailedStartOnce) {
   CloseClipboard();
 }
 
+// Behind the test above, which needs the process's one box for itself.
+TEST_F(Pane, IsMadeAnewAtTheNextPressAfterAFailedStart) {
+  engine_.AddWorkbook(L"Book.xlsx");
+  Connect();
+  Browser().FailNext(CreationStep::kController, CreationFailure::kLater, E_FAIL);
+  const auto press = [this] {
+    const std::size_t before = Log().size();
+    DISPPARAMS none{};
+    EXPECT_EQ(host_->Session().Addin()->Invoke(100, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none,
+                                               nullptr, nullptr, nullptr),
+              S_OK);
+    return Log().substr(before);
+  };
+  press();
+  const auto failed = host_->Panes().OpenPanes().front();
+  ASSERT_TRUE(WaitForLog("WebView2 初始化失败"));
+  devhost::DispatchWaitingMessages();
+  EXPECT_TRUE(failed.frame->IsOpen());
+  EXPECT_TRUE(InOrder(press(), {"no-match panes=0", "justCreated=1"}));
+  EXPECT_FALSE(failed.frame->IsOpen());
+  EXPECT_NE(WaitForItem(PageItemKind::kJson, L"\"accessToken\""), "");
+  EXPECT_EQ(host_->Panes().OpenPanes().size(), 1U);
+}
+
 }  // namespace
 }  // namespace qv

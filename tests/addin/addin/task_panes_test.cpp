@@ -1,0 +1,331 @@
+#include <string>
+#include <vector>
+
+#include "addin_test.h"
+#include "foundation/text.h"
+#include "host/message_pump.h"
+#include "stored_width.h"
+#include "workbook/doc_key.h"
+
+namespace qv {
+namespace {
+
+using devhost::PageItemKind;
+
+constexpr DISPID kWholeSheet = 100;
+constexpr DISPID kSelection = 101;
+constexpr DISPID kAccount = 106;
+
+/// 96 pixels are 72 points.
+constexpr LONG Pixels(int points) {
+  return points * 96 / 72;
+}
+
+/// Ribbon buttons pressed in a host with one workbook.
+class TaskPanes : public AddinTest {
+ protected:
+  void SetUp() override {
+    book_ = engine_.AddWorkbook(L"one.xlsx", L"c:\\books");
+    Connect();
+  }
+
+  static HRESULT PressIn(const devhost::DevelopmentHost& host, DISPID id) {
+    DISPPARAMS none{};
+    return host.Session().Addin()->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none, nullptr,
+                                          nullptr, nullptr);
+  }
+
+  /// Presses a button; what the log says about it.
+  std::string Press(DISPID id) {
+    const std::size_t before = Log().size();
+    EXPECT_EQ(PressIn(*host_, id), S_OK);
+    const auto open = host_->Panes().OpenPanes();
+    if (!open.empty()) pane_ = open.back();
+    return Log().substr(before);
+  }
+
+  /// Presses a button and waits until the page of the newest pane was offered the token.
+  std::string PressAndLoad(DISPID id) {
+    std::string log = Press(id);
+    EXPECT_NE(WaitForItem(PageItemKind::kJson, L"\"accessToken\""), "");
+    return log;
+  }
+
+  [[nodiscard]] std::size_t OpenPanes() { return host_->Panes().OpenPanes().size(); }
+  [[nodiscard]] devhost::TaskPane& NewestTaskPane() { return *host_->Factory().Made().back().Get(); }
+
+  [[nodiscard]] int Width() {
+    int width = 0;
+    EXPECT_EQ(NewestTaskPane().get_Width(&width), S_OK);
+    return width;
+  }
+  void Drag(int points) { pane_.frame->SetClientSize({Pixels(points), 600}); }
+
+  StoredWidth storedWidth_;
+  std::shared_ptr<devhost::memory::Workbook> book_;
+};
+
+TEST_F(TaskPanes, AreMadeAtTheFirstPress) {
+  const std::string log = PressAndLoad(kWholeSheet);
+  EXPECT_TRUE(InOrder(
+      log,
+      {"Excel ShowPanePage\r\n", "Excel EnsureTaskPane no-match panes=0 want hwnd=0x", " id=one.xlsx\r\n",
+       "PaneWidth load pt=520 source=default file=", "config.json\r\n",
+       "Excel CreateCTP OK pane=", " panes=1 degraded=0\r\n", "Excel pane width begin pt=520 host=excel\r\n",
+       "Excel ShowPanePage page=translate\r\n", "Excel ShowPanePage visible panes=1 justCreated=1\r\n"}));
+  EXPECT_TRUE(pane_.frame->IsVisible());
+  EXPECT_EQ(Width(), 520);
+  EXPECT_FALSE(pane_.frame->Title().empty());
+  const std::string url = ToUtf8(NewestView().source);
+  EXPECT_TRUE(InOrder(url, {"/panel/excel?_=", "&mode=full"})) << url;
+  EXPECT_EQ(boxes_.Count(), 0);
+}
+
+TEST_F(TaskPanes, TellALoadedPageOnlyItsMode) {
+  PressAndLoad(kWholeSheet);
+  const std::wstring address = NewestView().source;
+  const std::string log = Press(kSelection);
+  EXPECT_TRUE(InOrder(log, {"Excel EnsureTaskPane reuse panes=1\r\n",
+                            "Excel ShowPanePage visible panes=1 justCreated=0\r\n"}));
+  EXPECT_EQ(WaitForItem(PageItemKind::kJson, L"setMode"), R"({"action":"setMode","mode":"selection"})");
+  EXPECT_NE(WaitForItem(PageItemKind::kScript, L"quorvantisSetMode(m)"), "");
+  EXPECT_EQ(NewestView().source, address);
+  EXPECT_EQ(OpenPanes(), 1U);
+
+  // Another page is loaded, and the way back leads through the address again.
+  PressAndLoad(kAccount);
+  EXPECT_NE(ToUtf8(NewestView().source).find("/panel/excel/account.html?"), std::string::npos);
+  PressAndLoad(kSelection);
+  EXPECT_NE(ToUtf8(NewestView().source).find("&mode=selection"), std::string::npos);
+}
+
+TEST_F(TaskPanes, LoadAPageAgainThatCouldNotBeLoaded) {
+  Browser().FailNextNavigation(COREWEBVIEW2_WEB_ERROR_STATUS_CANNOT_CONNECT);
+  Press(kWholeSheet);
+  ASSERT_TRUE(WaitForLog("NavigationCompleted success=0"));
+  PressAndLoad(kWholeSheet);
+  EXPECT_FALSE(WasSent(L"setMode"));
+}
+
+TEST_F(TaskPanes, KeepPageAndModeForABrowserThatStillStarts) {
+  Browser().SetDelay(50);
+  Press(kAccount);
+  Press(kSelection);
+  EXPECT_NE(WaitForItem(PageItemKind::kJson, L"\"accessToken\""), "");
+  const std::string url = ToUtf8(NewestView().source);
+  EXPECT_TRUE(InOrder(url, {"/panel/excel?_=", "&mode=selection"})) << url;
+  EXPECT_FALSE(WasSent(L"account.html"));
+  EXPECT_EQ(OpenPanes(), 1U);
+}
+
+TEST_F(TaskPanes, StandInEveryWindowAndWorkOnItsWorkbook) {
+  PressAndLoad(kWholeSheet);
+  const auto first = pane_;
+  const std::uint32_t firstView = NewestView().view;
+  const auto second = engine_.AddWorkbook(L"two.xlsx", L"c:\\books");
+  const std::string log = PressAndLoad(kWholeSheet);
+  EXPECT_TRUE(InOrder(log, {"no-match panes=1 want hwnd=0x", " id=two.xlsx\r\n", "Excel   existing pane=",
+                            " id=one.xlsx\r\n", "PaneWidth initial from live pane pt=520\r\n",
+                            " panes=2 degraded=0", "visible panes=2 justCreated=1"}));
+  EXPECT_EQ(OpenPanes(), 2U);
+
+  const auto lower = [](wchar_t unit) { return unit; };
+  Post(firstView, L"{\"action\":\"docKeyGet\",\"requestId\":\"1\"}");
+  EXPECT_NE(WaitForItem(PageItemKind::kScript, DocKey(L"c:\\books\\one.xlsx", lower)), "");
+  Post(NewestView().view, L"{\"action\":\"docKeyGet\",\"requestId\":\"2\"}");
+  EXPECT_NE(WaitForItem(PageItemKind::kScript, DocKey(L"c:\\books\\two.xlsx", lower)), "");
+
+  engine_.ActivateWindow(book_->windows.front());
+  EXPECT_TRUE(InOrder(Press(kSelection), {"reuse panes=2", "visible panes=2 justCreated=0"}));
+  EXPECT_EQ(OpenPanes(), 2U);
+}
+
+TEST_F(TaskPanes, KnowTheirWindowByItsHandle) {
+  PressAndLoad(kWholeSheet);
+  book_->windows.front()->ownCaption = L"renamed.xlsx";
+  EXPECT_NE(Press(kSelection).find("reuse panes=1"), std::string::npos);
+  // A second window on the same workbook is another one.
+  engine_.AddWindow(book_);
+  EXPECT_NE(Press(kSelection).find("no-match panes=1"), std::string::npos);
+  EXPECT_EQ(OpenPanes(), 2U);
+}
+
+TEST_F(TaskPanes, KnowTheirWindowByItsCaptionWithoutAHandle) {
+  engine_.Fault({{"missing", "Window.Hwnd"}});
+  PressAndLoad(kWholeSheet);
+  EXPECT_NE(Press(kSelection).find("reuse panes=1"), std::string::npos);
+  engine_.AddWorkbook(L"two.xlsx");
+  EXPECT_NE(Press(kSelection).find("no-match panes=1"), std::string::npos);
+}
+
+TEST_F(TaskPanes, KnowDocumentsOfOneFrameByTheirCaption) {
+  devhost::MemoryEngine wps(devhost::HostStyle::kWps);
+  const auto one = wps.AddWorkbook(L"one.xlsx");
+  const auto two = wps.AddWorkbook(L"two.xlsx");
+  // Two children of one frame: what WPS hands out for one document need not be the same at each press.
+  const HWND frame =
+      CreateWindowExW(0, L"Static", L"WPS", WS_POPUP, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr);
+  const auto child = [frame] {
+    return HandleToLong(
+        CreateWindowExW(0, L"Static", L"", WS_CHILD, 0, 0, 5, 5, frame, nullptr, nullptr, nullptr));
+  };
+  one->windows.front()->hwnd = two->windows.front()->hwnd = child();
+  host_.reset();
+  devhost::DevelopmentHost host(AddinPath(), wps, calls_);
+  const auto press = [&] {
+    const std::size_t before = Log().size();
+    EXPECT_EQ(PressIn(host, kWholeSheet), S_OK);
+    return Log().substr(before);
+  };
+  EXPECT_TRUE(InOrder(press(), {"no-match panes=0", "width begin pt=520 host=wps-excel"}));
+  wps.ActivateWindow(one->windows.front());
+  EXPECT_NE(press().find("no-match panes=1"), std::string::npos);
+  one->windows.front()->hwnd = child();
+  EXPECT_NE(press().find("reuse panes=2"), std::string::npos);
+  EXPECT_TRUE(host.End().Clean());
+  DestroyWindow(frame);
+}
+
+TEST_F(TaskPanes, GoWithTheirWindow) {
+  PressAndLoad(kWholeSheet);
+  const auto first = pane_;
+  engine_.AddWorkbook(L"two.xlsx");
+  engine_.CloseWorkbook(book_);
+  EXPECT_TRUE(InOrder(Press(kWholeSheet), {"Excel ShowPanePage\r\n", "Excel pane prune pane=",
+                                           " reason=window_gone\r\n", "no-match panes=0"}));
+  EXPECT_FALSE(first.frame->IsOpen());
+  EXPECT_EQ(OpenPanes(), 1U);
+}
+
+TEST_F(TaskPanes, StayWhileTheHostIsTooBusyToBeAsked) {
+  PressAndLoad(kWholeSheet);
+  engine_.AddWorkbook(L"two.xlsx");
+  engine_.Fault({{"busy", 1000}, {"member", "Window.Caption"}});
+  const std::string log = Press(kWholeSheet);
+  EXPECT_EQ(log.find("prune"), std::string::npos) << log;
+  EXPECT_EQ(OpenPanes(), 2U);
+}
+
+TEST_F(TaskPanes, AreMadeAnewWhenTheHostTookThemAway) {
+  PressAndLoad(kWholeSheet);
+  pane_.frame->Close();
+  EXPECT_TRUE(InOrder(PressAndLoad(kWholeSheet),
+                      {"Excel pane prune pane=", " reason=no_ctp\r\n", "no-match panes=0", "justCreated=1"}));
+  EXPECT_EQ(OpenPanes(), 1U);
+}
+
+TEST_F(TaskPanes, DoWithoutAParentWindowWhenTheHostRefusesIt) {
+  host_->Factory().SetOutcomes(E_INVALIDARG, S_OK);
+  EXPECT_TRUE(InOrder(PressAndLoad(kWholeSheet),
+                      {"Excel CreateCTP with parent failed hr=0x80070057, retry vtMissing (degraded)\r\n",
+                       "Excel CreateCTP OK pane=", " degraded=1\r\n"}));
+  EXPECT_EQ(boxes_.Count(), 0);
+}
+
+/// What stands in the way is told in one box; afterwards the button works as ever.
+TEST_F(TaskPanes, TellWhatStandsInTheWay) {
+  host_->Factory().SetOutcomes(E_INVALIDARG, 0x8004000AL);
+  EXPECT_TRUE(InOrder(Press(kWholeSheet), {"retry vtMissing", "Excel CreateCTP failed hr=0x8004000A\r\n"}));
+  EXPECT_EQ(boxes_.Count(), 1);
+  EXPECT_TRUE(Contains(boxes_.Text(), L"0x8004000A")) << ToUtf8(boxes_.Text());
+  host_->Factory().SetOutcomes(S_OK, S_OK);
+
+  ComPtr<ICustomTaskPaneConsumer> consumer;
+  ASSERT_EQ(host_->Session().Addin()->QueryInterface(IID_PPV_ARGS(&consumer)), S_OK);
+  EXPECT_EQ(consumer->CTPFactoryAvailable(nullptr), S_OK);
+  EXPECT_NE(Press(kWholeSheet).find("Excel EnsureTaskPane: CTP factory null\r\n"), std::string::npos);
+  EXPECT_EQ(boxes_.Count(), 2);
+  EXPECT_TRUE(Contains(boxes_.Text(), L"The task pane could not be created.")) << ToUtf8(boxes_.Text());
+  EXPECT_EQ(consumer->CTPFactoryAvailable(&host_->Factory()), S_OK);
+
+  PressAndLoad(kWholeSheet);
+  EXPECT_EQ(boxes_.Count(), 2);
+
+  engine_.CloseWorkbook(book_);
+  EXPECT_NE(Press(kWholeSheet).find("Excel ShowPanePage: no window resolved\r\n"), std::string::npos);
+  EXPECT_EQ(boxes_.Count(), 3);
+  EXPECT_TRUE(Contains(boxes_.Text(), L"window is not available")) << ToUtf8(boxes_.Text());
+
+  EXPECT_EQ(host_->Session().Addin()->OnDisconnection(ext_dm_UserClosed, nullptr), S_OK);
+  EXPECT_EQ(Press(kWholeSheet).find("page="), std::string::npos);
+  EXPECT_EQ(boxes_.Count(), 4);
+  EXPECT_TRUE(Contains(boxes_.Text(), L"not ready")) << ToUtf8(boxes_.Text());
+}
+
+TEST_F(TaskPanes, GetTheirPageOnceTheHostHandsOutTheControl) {
+  host_->Factory().WithholdControls();
+  EXPECT_NE(Press(kAccount).find("Excel ShowPanePage: pane 0 not registered yet\r\n"), std::string::npos);
+  ASSERT_TRUE(host_->WaitForPage(pane_, kTimeoutMs));
+  NewestTaskPane().WithholdControl(false);
+  EXPECT_NE(WaitForItem(PageItemKind::kNavigate, L"/panel/excel/account.html?"), "");
+}
+
+TEST_F(TaskPanes, GetTheirWidthAgainUntilItSticks) {
+  Press(kWholeSheet);
+  // The host lays the pane out by itself, and does it once more after the first try.
+  Drag(300);
+  NewestTaskPane().OverrideWidth(300, 2);
+  ASSERT_TRUE(WaitForLog("PaneWidth reapply done at 520\r\n"));
+  EXPECT_EQ(Width(), 520);
+  EXPECT_TRUE(InOrder(Log(), {"PaneWidth reapply -> 520 try-left=9\r\n",
+                              "PaneWidth reapply -> 520 try-left=8\r\n", "PaneWidth reapply done"}));
+  EXPECT_EQ(StoredWidth::Get(), std::nullopt);
+}
+
+TEST_F(TaskPanes, RememberTheWidthThatTheUserGivesThem) {
+  StoredWidth::Set(700);
+  EXPECT_TRUE(InOrder(Press(kWholeSheet), {"PaneWidth load pt=700 source=file", "width begin pt=700"}));
+  ASSERT_TRUE(WaitForLog("PaneWidth reapply done at 700"));
+  Drag(610);
+  ASSERT_TRUE(WaitForLog("PaneWidth save pt=610 ok=1 err=0 file="));
+  EXPECT_EQ(StoredWidth::Get(), 610);
+
+  engine_.AddWorkbook(L"two.xlsx");
+  EXPECT_NE(Press(kWholeSheet).find("PaneWidth initial from live pane pt=610\r\n"), std::string::npos);
+}
+
+TEST_F(TaskPanes, SaveTheirWidthWhenTheHostEnds) {
+  Press(kWholeSheet);
+  ASSERT_TRUE(WaitForLog("PaneWidth reapply done at 520"));
+  Drag(640);
+  EXPECT_EQ(host_->Session().Addin()->OnBeginShutdown(nullptr), S_OK);
+  EXPECT_EQ(host_->Session().Addin()->OnDisconnection(ext_dm_HostShutdown, nullptr), S_OK);
+  EXPECT_EQ(StoredWidth::Get(), 640);
+  const std::string log = Log();
+  const auto line = log.find("PaneWidth shutdown-save pt=640\r\n");
+  EXPECT_NE(line, std::string::npos);
+  EXPECT_EQ(log.find("shutdown-save", line + 20), std::string::npos) << "saved twice";
+  EXPECT_EQ(log.find("prune"), std::string::npos);
+}
+
+TEST_F(TaskPanes, FillTheirFrameAgainAtEveryTick) {
+  PressAndLoad(kWholeSheet);
+  const HWND window = NewestView().parent;
+  RECT before{};
+  GetClientRect(window, &before);
+  // What a page zoom or a moved child leaves behind; no size message comes with it.
+  SetWindowPos(GetWindow(window, GW_CHILD), nullptr, 0, 0, 10, 10, SWP_NOZORDER | SWP_NOACTIVATE);
+  EXPECT_TRUE(devhost::PumpUntil(
+      [&] {
+        RECT child{};
+        GetWindowRect(GetWindow(window, GW_CHILD), &child);
+        return child.right - child.left == before.right;
+      },
+      kTimeoutMs));
+}
+
+TEST_F(TaskPanes, AreHiddenWhenTheUserSwitchesTheAddInOff) {
+  PressAndLoad(kWholeSheet);
+  const auto first = pane_;
+  engine_.AddWorkbook(L"two.xlsx");
+  PressAndLoad(kWholeSheet);
+  first.frame->Close();
+  EXPECT_EQ(host_->Session().Addin()->OnDisconnection(ext_dm_UserClosed, nullptr), S_OK);
+  EXPECT_TRUE(InOrder(Log(), {"Excel pane prune pane=", " reason=no_ctp\r\n",
+                              "Excel pane prune keep pane=", " hide hr=0x00000000\r\n"}));
+  EXPECT_TRUE(pane_.frame->IsOpen());
+  EXPECT_FALSE(pane_.frame->IsVisible());
+}
+
+}  // namespace
+}  // namespace qv
