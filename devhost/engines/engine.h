@@ -53,6 +53,9 @@ class Engine {
   /// As clicks of the user into the window, which becomes active: events are fired.
   virtual void ActivateSheet(int window, const std::wstring& sheet) = 0;
   virtual void SelectCells(int window, const GridArea& area) = 0;
+  /// Scrolls: the area's first cell is the first one of the part that scrolls, its size is what the window
+  /// has room for; VisibleRange answers it. Nothing new is shown by itself, so `Revision` stays.
+  virtual void ShowArea(int window, const GridArea& visible) = 0;
   /// Grows with every call that may have changed what is shown. Costs nothing.
   [[nodiscard]] virtual std::uint64_t Revision() const = 0;
 

@@ -126,6 +126,10 @@ struct GridSnapshot {
   /// Selected areas, the one with the active cell first; the active cell is its top-left one. Empty while
   /// something else than cells is selected.
   std::vector<GridArea> selection;
+  /// First row and column of the part that scrolls.
+  int scrollRow = 1;
+  int scrollColumn = 1;
+  /// Rows and columns that stay in place above and left of it.
   int frozenRows = 0;
   int frozenColumns = 0;
   std::vector<GridShape> shapes;

@@ -38,6 +38,7 @@ class CalcEngine final : public Engine {
   [[nodiscard]] GridSnapshot Grid(int window, const GridArea& area) override;
   void ActivateSheet(int window, const std::wstring& sheet) override;
   void SelectCells(int window, const GridArea& area) override;
+  void ShowArea(int window, const GridArea& visible) override;
   [[nodiscard]] std::uint64_t Revision() const override;
 
   nlohmann::json Cell(const std::wstring& sheet, const std::string& address) override;

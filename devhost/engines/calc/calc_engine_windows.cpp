@@ -88,4 +88,10 @@ void CalcEngine::SelectCells(int window, const GridArea& area) {
   Change("selectCells", std::move(options));
 }
 
+void CalcEngine::ShowArea(int window, const GridArea& visible) {
+  json options = ToJson(visible);
+  options["window"] = window;
+  session_->Engine("showArea", std::move(options));
+}
+
 }  // namespace qv::devhost

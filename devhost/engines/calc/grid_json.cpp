@@ -104,6 +104,8 @@ GridSnapshot GridFromJson(const json& from) {
   Fill(grid.styles, from.at("styles"), StyleOf);
   Fill(grid.cells, from.at("cells"), CellOf);
   Fill(grid.selection, from.at("selection"), AreaOf);
+  from.at("scroll").at(0).get_to(grid.scrollRow);
+  from.at("scroll").at(1).get_to(grid.scrollColumn);
   from.at("frozen").at(0).get_to(grid.frozenRows);
   from.at("frozen").at(1).get_to(grid.frozenColumns);
   Fill(grid.shapes, from.at("shapes"), ShapeOf);

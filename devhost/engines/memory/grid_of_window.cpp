@@ -153,6 +153,8 @@ void AddTabs(const Window& window, GridSnapshot& grid) {
 }
 
 void AddView(SheetView& view, GridSnapshot& grid) {
+  grid.scrollRow = static_cast<int>(view.scrollRow);
+  grid.scrollColumn = static_cast<int>(view.scrollColumn);
   if (view.frozen) {
     grid.frozenRows = static_cast<int>(view.splitRow);
     grid.frozenColumns = static_cast<int>(view.splitColumn);

@@ -38,6 +38,9 @@ struct Window {
   long hwnd = 0;
   long givenHwnd = 0;
   bool closed = false;
+  /// Room of the part that scrolls; at first what a window of usual size shows.
+  long visibleRows = 36;
+  long visibleColumns = 20;
   /// Replaces the computed caption when not empty.
   std::wstring ownCaption;
 

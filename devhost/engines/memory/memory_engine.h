@@ -53,6 +53,7 @@ class MemoryEngine final : public Engine {
   [[nodiscard]] GridSnapshot Grid(int window, const GridArea& area) override;
   void ActivateSheet(int window, const std::wstring& sheet) override;
   void SelectCells(int window, const GridArea& area) override;
+  void ShowArea(int window, const GridArea& visible) override;
   [[nodiscard]] std::uint64_t Revision() const override { return host_->revision; }
 
   [[nodiscard]] nlohmann::json Cell(const std::wstring& sheet, const std::string& address) override;

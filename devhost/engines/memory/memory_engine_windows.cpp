@@ -34,6 +34,15 @@ long NumberOf(HWND window) {
   return static_cast<long>(reinterpret_cast<INT_PTR>(window));
 }
 
+memory::Area CellsOf(const GridArea& area) {
+  const memory::Area cells{area.firstRow, area.firstColumn, area.firstRow + area.rows - 1,
+                           area.firstColumn + area.columns - 1};
+  if (area.rows < 1 || area.columns < 1 || !memory::kWholeSheet.Contains(cells)) {
+    throw std::runtime_error("no such cells");
+  }
+  return cells;
+}
+
 }  // namespace
 
 void MemoryEngine::SetApplicationHandle(HWND window) {
@@ -132,13 +141,19 @@ void MemoryEngine::ActivateSheet(int window, const std::wstring& sheet) {
 
 void MemoryEngine::SelectCells(int window, const GridArea& area) {
   const auto shown = FindWindow(window);
-  const memory::Area cells{area.firstRow, area.firstColumn, area.firstRow + area.rows - 1,
-                           area.firstColumn + area.columns - 1};
-  if (area.rows < 1 || area.columns < 1 || !memory::kWholeSheet.Contains(cells)) {
-    throw std::runtime_error("no such cells");
-  }
+  const memory::Area cells = CellsOf(area);
   ActivateWindow(shown);
   memory::SelectAreas(host_, shown->activeSheet, {cells});
+}
+
+void MemoryEngine::ShowArea(int window, const GridArea& visible) {
+  const auto shown = FindWindow(window);
+  const memory::Area cells = CellsOf(visible);
+  memory::SheetView& view = shown->ViewOf(*shown->activeSheet);
+  view.scrollRow = cells.row1;
+  view.scrollColumn = cells.col1;
+  shown->visibleRows = cells.Rows();
+  shown->visibleColumns = cells.Columns();
 }
 
 std::shared_ptr<memory::Window> MemoryEngine::AddWindow(const std::shared_ptr<memory::Workbook>& workbook) {

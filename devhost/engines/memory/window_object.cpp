@@ -14,9 +14,6 @@ namespace qv::devhost::memory {
 namespace {
 
 constexpr long kMaximized = -4137;
-/// What a window of usual size shows.
-constexpr long kVisibleRows = 36;
-constexpr long kVisibleColumns = 20;
 
 std::vector<std::shared_ptr<Window>> WindowsOf(const Host& host, const std::shared_ptr<Workbook>& workbook) {
   std::vector<std::shared_ptr<Window>> windows;
@@ -105,8 +102,9 @@ Variant WindowObject::RangeSelection(Call&) {
 
 Variant WindowObject::VisibleRange(Call&) {
   const SheetView& view = View();
-  const Area area{view.scrollRow, view.scrollColumn, std::min(view.scrollRow + kVisibleRows - 1, kMaxRow),
-                  std::min(view.scrollColumn + kVisibleColumns - 1, kMaxColumn)};
+  const Area area{view.scrollRow, view.scrollColumn,
+                  std::min(view.scrollRow + window_->visibleRows - 1, kMaxRow),
+                  std::min(view.scrollColumn + window_->visibleColumns - 1, kMaxColumn)};
   return Make<RangeObject>(SharedHost(), window_->activeSheet, std::vector{area});
 }
 

@@ -3,7 +3,7 @@
 from office import cell_values, fonts, picture, shapes, units
 from office.cell_values import ERROR_RESULT, VALUE_RESULT
 from office.fonts import SEMI_BOLD
-from office.windows import AREAS, CELLS, frozen
+from office.windows import AREAS, CELLS, Window, frozen
 
 # com.sun.star.sheet.CellFlags
 CONTENT = 1 | 2 | 4 | 16
@@ -23,6 +23,7 @@ def snapshot(window, row, column, rows, columns):
     visible = [other.Name for other in window.document.Sheets if other.IsVisible]
     rows, columns = min(rows, units.MAX_ROWS - row + 1), min(columns, units.MAX_COLUMNS - column + 1)
     block = sheet.getCellRangeByPosition(column - 1, row - 1, column + columns - 2, row + rows - 2)
+    shown = Window(window)
     extent = picture.extent(sheet).RangeAddress
     return {
         "sheets": visible,
@@ -32,6 +33,7 @@ def snapshot(window, row, column, rows, columns):
         "heights": [_length(block.Rows.getByIndex(index), "Height") for index in range(rows)],
         **_Cells(window.document, sheet, block).gathered(),
         "selection": _selection(window.controller),
+        "scroll": [shown.get_scroll_row(), shown.get_scroll_column()],
         "frozen": frozen(window.controller),
         "shapes": _shapes(sheet, block.Position),
         "used": [extent.EndRow + 1, extent.EndColumn + 1],

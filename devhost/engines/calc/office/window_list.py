@@ -24,6 +24,8 @@ class OpenWindow:
         self.controller = controller
         # What Hwnd was told to answer; 0 for a number of our own.
         self.handle = 0
+        # Rows and columns that the part that scrolls has room for; None while nobody shows it.
+        self.room = None
 
 
 def from_front():

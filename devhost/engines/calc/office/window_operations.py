@@ -75,13 +75,25 @@ def activate_sheet(window, sheet):
 
 def select_cells(window, row, column, rows, columns):
     shown = window_list.by_number(window)
-    if min(row, column, rows, columns) < 1 or row + rows - 1 > units.MAX_ROWS or \
-            column + columns - 1 > units.MAX_COLUMNS:
-        raise ComError("no such cells")
+    _require_cells(row, column, rows, columns)
     window_list.activate(shown)
     sheet = shown.controller.ActiveSheet
     ranges.select(shown.document,
                   [sheet.getCellRangeByPosition(column - 1, row - 1, column + columns - 2, row + rows - 2)])
+
+
+def show_area(window, row, column, rows, columns):
+    shown = window_list.by_number(window)
+    _require_cells(row, column, rows, columns)
+    shown.room = rows, columns
+    windows.Window(shown).put_scroll_row(row)
+    windows.Window(shown).put_scroll_column(column)
+
+
+def _require_cells(row, column, rows, columns):
+    if min(row, column, rows, columns) < 1 or row + rows - 1 > units.MAX_ROWS or \
+            column + columns - 1 > units.MAX_COLUMNS:
+        raise ComError("no such cells")
 
 
 OPERATIONS = {
@@ -95,4 +107,5 @@ OPERATIONS = {
     "grid": show_grid,
     "activateSheet": activate_sheet,
     "selectCells": select_cells,
+    "showArea": show_area,
 }

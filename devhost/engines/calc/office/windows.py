@@ -1,6 +1,6 @@
 """Windows and Window. Excel's Window names its workbook only as its parent."""
 
-from office import ranges, shapes, sheets, window_list, workbooks
+from office import ranges, shapes, sheets, units, window_list, workbooks
 from office.com_object import (DISP_E_BADINDEX, MISSING, NOTHING, RPC_E_DISCONNECTED, ComError, ComObject, HResultError,
                                as_boolean, as_integer)
 
@@ -191,7 +191,11 @@ class Window(ComObject):
 
     def get_visible_range(self):
         area = self._scrolling_pane.getVisibleRange()
+        last_row, last_column = area.EndRow, area.EndColumn
+        if self._window.room is not None:
+            rows, columns = self._window.room
+            last_row = min(area.StartRow + rows, units.MAX_ROWS) - 1
+            last_column = min(area.StartColumn + columns, units.MAX_COLUMNS) - 1
         return ranges.Range(self.document, [
-            self._controller.ActiveSheet.getCellRangeByPosition(area.StartColumn, area.StartRow, area.EndColumn,
-                                                                area.EndRow)
+            self._controller.ActiveSheet.getCellRangeByPosition(area.StartColumn, area.StartRow, last_column, last_row)
         ])
