@@ -4,7 +4,7 @@
 #include <tuple>
 
 #include "engines/grid_snapshot.h"
-#include "host/gdi_objects.h"
+#include "host/drawing_scopes.h"
 
 namespace qv::devhost {
 

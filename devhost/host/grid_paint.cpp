@@ -10,10 +10,7 @@
 namespace qv::devhost {
 namespace {
 
-constexpr COLORREF kBackground = RGB(0xFF, 0xFF, 0xFF);
-constexpr COLORREF kGridLine = RGB(0xD9, 0xD9, 0xD9);
 constexpr COLORREF kShapeFrame = RGB(0xBF, 0xBF, 0xBF);
-constexpr COLORREF kShapeText = RGB(0x59, 0x59, 0x59);
 /// Points between a cell's edge and its text.
 constexpr double kPadding = 2.0;
 
@@ -33,7 +30,7 @@ class PanePainter {
 
   void Paint() {
     const Clipped clipped(dc_, pane_.clip);
-    FillColor(dc_, pane_.clip, kBackground);
+    Fill(dc_, pane_.clip, theme::kSurface);
     PaintGridLines();
     for (const GridCell& cell : pane_.grid.cells)
       PaintGround(cell);
@@ -61,9 +58,9 @@ class PanePainter {
 
   void PaintGridLines() {
     for (const int x : pane_.columnEdges)
-      FillColor(dc_, {x - 1, pane_.clip.top, x, pane_.rowEdges.back()}, kGridLine);
+      Fill(dc_, {x - 1, pane_.clip.top, x, pane_.rowEdges.back()}, theme::kLine);
     for (const int y : pane_.rowEdges)
-      FillColor(dc_, {pane_.clip.left, y - 1, pane_.columnEdges.back(), y}, kGridLine);
+      Fill(dc_, {pane_.clip.left, y - 1, pane_.columnEdges.back(), y}, theme::kLine);
   }
 
   void PaintGround(const GridCell& cell) {
@@ -72,9 +69,9 @@ class PanePainter {
     if (rect.right <= rect.left || rect.bottom <= rect.top) return;
     if (fill) {
       // A fill covers the lines around the cell.
-      FillColor(dc_, {rect.left - 1, rect.top - 1, rect.right, rect.bottom}, *fill);
+      Fill(dc_, {rect.left - 1, rect.top - 1, rect.right, rect.bottom}, *fill);
     } else if (cell.rows * cell.columns > 1) {
-      FillColor(dc_, Inside(cell), kBackground);
+      Fill(dc_, Inside(cell), theme::kSurface);
     }
   }
 
@@ -88,17 +85,15 @@ class PanePainter {
     // Lines are centered on the edge between two cells, which is the last pixel of the first of them.
     const auto before = [&](const GridBorder& border) { return (thickness(border) + 1) / 2; };
     const auto after = [&](const GridBorder& border) { return thickness(border) / 2; };
-    FillColor(dc_, {rect.left - before(style.left), rect.top - 1, rect.left + after(style.left), rect.bottom},
-              style.left.color);
-    FillColor(dc_, {rect.left - 1, rect.top - before(style.top), rect.right, rect.top + after(style.top)},
-              style.top.color);
-    FillColor(dc_,
-              {rect.right - before(style.right), rect.top - 1, rect.right + after(style.right), rect.bottom},
-              style.right.color);
-    FillColor(
-        dc_,
-        {rect.left - 1, rect.bottom - before(style.bottom), rect.right, rect.bottom + after(style.bottom)},
-        style.bottom.color);
+    Fill(dc_, {rect.left - before(style.left), rect.top - 1, rect.left + after(style.left), rect.bottom},
+         style.left.color);
+    Fill(dc_, {rect.left - 1, rect.top - before(style.top), rect.right, rect.top + after(style.top)},
+         style.top.color);
+    Fill(dc_, {rect.right - before(style.right), rect.top - 1, rect.right + after(style.right), rect.bottom},
+         style.right.color);
+    Fill(dc_,
+         {rect.left - 1, rect.bottom - before(style.bottom), rect.right, rect.bottom + after(style.bottom)},
+         style.bottom.color);
   }
 
   [[nodiscard]] static GridHorizontal AlignmentOf(const GridCell& cell, const GridStyle& style) {
@@ -179,7 +174,7 @@ class PanePainter {
     });
     // A neighbour that is there has a fill or borders, which stay.
     if (at == pane_.grid.cells.end()) {
-      FillColor(dc_, {x, neighbour.top, x + 1, neighbour.bottom - 1}, kBackground);
+      Fill(dc_, {x, neighbour.top, x + 1, neighbour.bottom - 1}, theme::kSurface);
     }
   }
 
@@ -188,13 +183,13 @@ class PanePainter {
     const int x = pane_.columnEdges.front() + PixelsOf(shape.left, dpi);
     const int y = pane_.rowEdges.front() + PixelsOf(shape.top, dpi);
     const RECT rect{x, y, x + PixelsOf(shape.width, dpi), y + PixelsOf(shape.height, dpi)};
-    FillColor(dc_, rect, kShapeFrame);
-    FillColor(dc_, {rect.left + 1, rect.top + 1, rect.right - 1, rect.bottom - 1}, kBackground);
+    Fill(dc_, rect, kShapeFrame);
+    Fill(dc_, {rect.left + 1, rect.top + 1, rect.right - 1, rect.bottom - 1}, theme::kSurface);
     GridCell title;
     title.text = shape.title;
     GridFont font;
     font.size = shape.isChart ? 14 : 10;
-    font.color = kShapeText;
+    font.color = theme::kQuietText;
     const Clipped clipped(dc_, rect);
     const CellText text(dc_, fonts_, title, font, std::max(1L, rect.right - rect.left - 2 * padding_));
     text.Draw(rect.left + (rect.right - rect.left - text.Width()) / 2, rect.top + 4 * padding_,

@@ -6,7 +6,6 @@
 #include <stdexcept>
 
 #include "engines/common/com_guard.h"
-#include "foundation/window_dpi.h"
 #include "host/grid_paint.h"
 
 namespace qv::devhost {
@@ -19,7 +18,7 @@ constexpr int kStripHeight = 26;
 constexpr int kTabsShare = 60;
 
 int Scaled(int pixels, int dpi) {
-  return MulDiv(pixels, dpi, kDefaultDpi);
+  return MulDiv(pixels, dpi, USER_DEFAULT_SCREEN_DPI);
 }
 
 HWND CreateBar(HWND parent, DWORD direction) {
@@ -64,11 +63,11 @@ RECT GridView::TabStrip() const {
 }
 
 void GridView::Arrange() {
-  const int dpi = WindowDpi(window_);
+  const int dpi = DpiOf(window_);
   if (fonts_ == nullptr || fonts_->Dpi() != dpi) fonts_ = std::make_unique<FontCache>(dpi);
   const SIZE size = ClientSize();
   const RECT strip = TabStrip();
-  const int bar = MulDiv(GetSystemMetrics(SM_CXVSCROLL), dpi, kDefaultDpi);
+  const int bar = MulDiv(GetSystemMetrics(SM_CXVSCROLL), dpi, USER_DEFAULT_SCREEN_DPI);
   MoveWindow(verticalBar_, size.cx - bar, 0, bar, std::max(0L, strip.top), TRUE);
   MoveWindow(horizontalBar_, strip.right, strip.top, std::max(0L, size.cx - strip.right - bar),
              strip.bottom - strip.top, TRUE);
@@ -128,24 +127,15 @@ void GridView::UpdateScrollBars() {
 }
 
 void GridView::Paint() {
-  PAINTSTRUCT paint{};
-  const HDC screen = BeginPaint(window_, &paint);
-  const SIZE size = ClientSize();
-  const UniqueMemoryDc buffer(CreateCompatibleDC(screen));
-  const UniqueBitmap bitmap(CreateCompatibleBitmap(screen, size.cx, size.cy));
-  {
-    const Selected selected(buffer.Get(), bitmap.Get());
-    FillColor(buffer.Get(), {0, 0, size.cx, size.cy}, RGB(0xF3, 0xF3, 0xF3));
-    if (picture_) {
-      for (const GridPane& pane : picture_->panes)
-        PaintPane(buffer.Get(), *fonts_, pane);
-      const RECT& main = picture_->Main().clip;
-      PaintHeaders(buffer.Get(), *fonts_, picture_->panes, picture_->headers, {main.right, main.bottom});
-      tabs_.Paint(buffer.Get(), *fonts_);
-    }
-    BitBlt(screen, 0, 0, size.cx, size.cy, buffer.Get(), 0, 0, SRCCOPY);
-  }
-  EndPaint(window_, &paint);
+  const BufferedPaint paint(window_);
+  const HDC canvas = paint.Canvas();
+  Fill(canvas, paint.Area(), theme::kBar);
+  if (!picture_) return;
+  for (const GridPane& pane : picture_->panes)
+    PaintPane(canvas, *fonts_, pane);
+  const RECT& main = picture_->Main().clip;
+  PaintHeaders(canvas, *fonts_, picture_->panes, picture_->headers, {main.right, main.bottom});
+  tabs_.Paint(canvas, *fonts_);
 }
 
 LRESULT CALLBACK GridView::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {

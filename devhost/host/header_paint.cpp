@@ -3,22 +3,12 @@
 #include <algorithm>
 #include <string>
 
-#include "host/selection_paint.h"
+#include "host/drawing_scopes.h"
 
 namespace qv::devhost {
 namespace {
 
-constexpr COLORREF kGround = RGB(0xF3, 0xF3, 0xF3);
-constexpr COLORREF kMarkedGround = RGB(0xDC, 0xDC, 0xDC);
-constexpr COLORREF kLine = RGB(0xC6, 0xC6, 0xC6);
-constexpr COLORREF kText = RGB(0x44, 0x44, 0x44);
 constexpr COLORREF kFrozenLine = RGB(0x80, 0x80, 0x80);
-
-GridFont HeaderFont(COLORREF color) {
-  GridFont font;
-  font.color = color;
-  return font;
-}
 
 std::wstring ColumnName(int column) {
   constexpr int kLetters = 26;
@@ -35,25 +25,22 @@ bool IsSelected(const GridSnapshot& grid, int line, bool isRow) {
   });
 }
 
-void PaintCell(HDC dc, FontCache& fonts, RECT rect, const std::wstring& text, bool isSelected, bool isRow) {
-  FillColor(dc, rect, kLine);
+void PaintCell(HDC dc, FontCache& fonts, const RECT& rect, const std::wstring& text, bool isSelected,
+               bool isRow) {
+  Fill(dc, rect, theme::kLine);
   RECT inside = rect;
   --inside.right;
   --inside.bottom;
-  FillColor(dc, inside, isSelected ? kMarkedGround : kGround);
+  Fill(dc, inside, isSelected ? theme::kPressed : theme::kBar);
   if (isSelected) {
     const int thickness = std::max(1, MulDiv(2, fonts.Dpi(), USER_DEFAULT_SCREEN_DPI));
     (isRow ? inside.left : inside.top) = isRow ? rect.right - thickness : rect.bottom - thickness;
     inside.right = rect.right;
     inside.bottom = rect.bottom;
-    FillColor(dc, inside, kSelectionColor);
+    Fill(dc, inside, theme::kAccent);
   }
-  const GridFont font = HeaderFont(isSelected ? kSelectionColor : kText);
-  const Selected selected(dc, fonts.Get(font));
-  SetBkMode(dc, TRANSPARENT);
-  SetTextColor(dc, font.color);
-  DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &rect,
-            DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+  DrawLabel(dc, text, rect, fonts.Get(GridFont()), isSelected ? theme::kAccent : theme::kText,
+            DT_CENTER | DT_VCENTER | DT_SINGLELINE);
 }
 
 void PaintColumns(HDC dc, FontCache& fonts, const GridPane& pane, int height) {
@@ -88,8 +75,8 @@ HeaderSizes HeaderSizesFor(int lastRow, int dpi) {
 
 void PaintHeaders(HDC dc, FontCache& fonts, const std::vector<GridPane>& panes, const HeaderSizes& sizes,
                   SIZE size) {
-  FillColor(dc, {0, 0, size.cx, sizes.columnHeaderHeight}, kGround);
-  FillColor(dc, {0, 0, sizes.rowHeaderWidth, size.cy}, kGround);
+  Fill(dc, {0, 0, size.cx, sizes.columnHeaderHeight}, theme::kBar);
+  Fill(dc, {0, 0, sizes.rowHeaderWidth, size.cy}, theme::kBar);
   for (const GridPane& pane : panes) {
     PaintColumns(dc, fonts, pane, sizes.columnHeaderHeight);
     PaintRows(dc, fonts, pane, sizes.rowHeaderWidth);
@@ -97,10 +84,10 @@ void PaintHeaders(HDC dc, FontCache& fonts, const std::vector<GridPane>& panes, 
   PaintCell(dc, fonts, {0, 0, sizes.rowHeaderWidth, sizes.columnHeaderHeight}, L"", false, false);
   const RECT& scrolling = panes.back().clip;
   if (scrolling.top > sizes.columnHeaderHeight) {
-    FillColor(dc, {0, scrolling.top - 1, size.cx, scrolling.top}, kFrozenLine);
+    Fill(dc, {0, scrolling.top - 1, size.cx, scrolling.top}, kFrozenLine);
   }
   if (scrolling.left > sizes.rowHeaderWidth) {
-    FillColor(dc, {scrolling.left - 1, 0, scrolling.left, size.cy}, kFrozenLine);
+    Fill(dc, {scrolling.left - 1, 0, scrolling.left, size.cy}, kFrozenLine);
   }
 }
 

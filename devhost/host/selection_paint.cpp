@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/gdi_objects.h"
+#include "host/drawing_scopes.h"
 
 namespace qv::devhost {
 namespace {
@@ -45,17 +45,17 @@ void Frame(HDC dc, const RECT& rect, int thickness) {
   const int outer = (thickness + 1) / 2;
   const RECT around{rect.left - outer, rect.top - outer, rect.right + thickness - outer,
                     rect.bottom + thickness - outer};
-  FillColor(dc, {around.left, around.top, around.right, around.top + thickness}, kSelectionColor);
-  FillColor(dc, {around.left, around.bottom - thickness, around.right, around.bottom}, kSelectionColor);
-  FillColor(dc, {around.left, around.top, around.left + thickness, around.bottom}, kSelectionColor);
-  FillColor(dc, {around.right - thickness, around.top, around.right, around.bottom}, kSelectionColor);
+  Fill(dc, {around.left, around.top, around.right, around.top + thickness}, theme::kAccent);
+  Fill(dc, {around.left, around.bottom - thickness, around.right, around.bottom}, theme::kAccent);
+  Fill(dc, {around.left, around.top, around.left + thickness, around.bottom}, theme::kAccent);
+  Fill(dc, {around.right - thickness, around.top, around.right, around.bottom}, theme::kAccent);
 }
 
 void FillHandle(HDC dc, const RECT& rect, int size) {
   const RECT handle{rect.right - size / 2 - 1, rect.bottom - size / 2 - 1, rect.right + size / 2,
                     rect.bottom + size / 2};
-  FillColor(dc, {handle.left - 1, handle.top - 1, handle.right + 1, handle.bottom + 1}, RGB(255, 255, 255));
-  FillColor(dc, handle, kSelectionColor);
+  Fill(dc, {handle.left - 1, handle.top - 1, handle.right + 1, handle.bottom + 1}, RGB(255, 255, 255));
+  Fill(dc, handle, theme::kAccent);
 }
 
 }  // namespace

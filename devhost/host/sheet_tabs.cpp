@@ -2,30 +2,19 @@
 
 #include <algorithm>
 
-#include "host/selection_paint.h"
+#include "host/drawing_scopes.h"
 
 namespace qv::devhost {
 namespace {
 
-constexpr COLORREF kGround = RGB(0xF3, 0xF3, 0xF3);
-constexpr COLORREF kActiveGround = RGB(0xFF, 0xFF, 0xFF);
-constexpr COLORREF kLine = RGB(0xC6, 0xC6, 0xC6);
-constexpr COLORREF kText = RGB(0x44, 0x44, 0x44);
-constexpr COLORREF kIdleText = RGB(0xB0, 0xB0, 0xB0);
+/// Of an arrow that leads nowhere.
+constexpr COLORREF kIdle = RGB(0xB0, 0xB0, 0xB0);
 constexpr int kTabPadding = 14;
 
 GridFont TabFont(bool bold) {
   GridFont font;
   font.bold = bold;
   return font;
-}
-
-void DrawCentered(HDC dc, FontCache& fonts, const std::wstring& text, RECT rect, COLORREF color, bool bold) {
-  const Selected selected(dc, fonts.Get(TabFont(bold)));
-  SetBkMode(dc, TRANSPARENT);
-  SetTextColor(dc, color);
-  DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &rect,
-            DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 
 /// A small triangle that points left or right.
@@ -35,7 +24,7 @@ void DrawArrow(HDC dc, const RECT& rect, int direction, COLORREF color) {
   const int y = (rect.top + rect.bottom) / 2;
   for (int step = 0; step <= half; ++step) {
     const int column = x + direction * (half / 2 - step);
-    FillColor(dc, {column, y - step, column + 1, y + step + 1}, color);
+    Fill(dc, {column, y - step, column + 1, y + step + 1}, color);
   }
 }
 
@@ -49,11 +38,9 @@ void SheetTabs::Arrange(HDC dc, FontCache& fonts, const std::vector<std::wstring
   strip_ = strip;
   widths_.clear();
   // The active name is bold: every tab has room for it, so that none moves when another becomes active.
-  const Selected selected(dc, fonts.Get(TabFont(true)));
   for (const std::wstring& name : names_) {
-    SIZE size{};
-    GetTextExtentPoint32W(dc, name.data(), static_cast<int>(name.size()), &size);
-    widths_.push_back(size.cx + 2 * MulDiv(kTabPadding, fonts.Dpi(), USER_DEFAULT_SCREEN_DPI));
+    widths_.push_back(MeasureLine(dc, name, fonts.Get(TabFont(true))).cx +
+                      2 * MulDiv(kTabPadding, fonts.Dpi(), USER_DEFAULT_SCREEN_DPI));
   }
   first_ = names_.empty() ? 0 : std::min(first_, names_.size() - 1);
   if (!moved) return;
@@ -87,20 +74,21 @@ RECT SheetTabs::TabRect(std::size_t index) const {
 
 void SheetTabs::Paint(HDC dc, FontCache& fonts) const {
   const Clipped clipped(dc, strip_);
-  FillColor(dc, strip_, kGround);
-  FillColor(dc, {strip_.left, strip_.top, strip_.right, strip_.top + 1}, kLine);
+  Fill(dc, strip_, theme::kBar);
+  Fill(dc, {strip_.left, strip_.top, strip_.right, strip_.top + 1}, theme::kLine);
   const bool more = !widths_.empty() && !FitsFrom(first_, widths_.size() - 1);
-  DrawArrow(dc, ArrowRect(0), -1, first_ > 0 ? kText : kIdleText);
-  DrawArrow(dc, ArrowRect(1), 1, more ? kText : kIdleText);
+  DrawArrow(dc, ArrowRect(0), -1, first_ > 0 ? theme::kText : kIdle);
+  DrawArrow(dc, ArrowRect(1), 1, more ? theme::kText : kIdle);
   for (std::size_t i = first_; i < names_.size(); ++i) {
     const RECT rect = TabRect(i);
     const bool isActive = i == active_;
-    if (isActive) FillColor(dc, rect, kActiveGround);
-    FillColor(dc, {rect.right - 1, rect.top + 1, rect.right, rect.bottom}, kLine);
-    DrawCentered(dc, fonts, names_[i], rect, isActive ? kSelectionColor : kText, isActive);
+    if (isActive) Fill(dc, rect, theme::kSurface);
+    Fill(dc, {rect.right - 1, rect.top + 1, rect.right, rect.bottom}, theme::kLine);
+    DrawLabel(dc, names_[i], rect, fonts.Get(TabFont(isActive)), isActive ? theme::kAccent : theme::kText,
+              DT_CENTER | DT_VCENTER | DT_SINGLELINE);
     const int thickness = std::max(1, MulDiv(2, fonts.Dpi(), USER_DEFAULT_SCREEN_DPI));
     if (isActive) {
-      FillColor(dc, {rect.left, rect.bottom - thickness, rect.right - 1, rect.bottom}, kSelectionColor);
+      Fill(dc, {rect.left, rect.bottom - thickness, rect.right - 1, rect.bottom}, theme::kAccent);
     }
   }
 }
