@@ -1,0 +1,376 @@
+#include <shlobj.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <vector>
+
+#include "addin_test.h"
+#include "foundation/text.h"
+#include "host/message_pump.h"
+#include "other_program.h"
+#include "ribbon_driver.h"
+
+namespace qv {
+namespace {
+
+using devhost::PageItemKind;
+namespace fs = std::filesystem;
+
+constexpr wchar_t kDialogClass[] = L"QuorvantisUiLangDialog2";
+constexpr int kEnglishRow = 2;
+constexpr int kGermanRow = 7;
+constexpr int kFrenchRow = 8;
+
+/// The user's settings file, put back at the end.
+class SettingsFile {
+ public:
+  SettingsFile() : before_(Text()) {}
+  SettingsFile(const SettingsFile&) = delete;
+  SettingsFile& operator=(const SettingsFile&) = delete;
+  ~SettingsFile() { Write(before_); }
+
+  static fs::path Path() {
+    std::array<wchar_t, MAX_PATH> folder{};
+    EXPECT_EQ(SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA, nullptr, 0, folder.data()), S_OK);
+    return fs::path(folder.data()) / L"Quorvantis" / L"config.json";
+  }
+  static std::string Text() {
+    std::ifstream file(Path(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  static void Write(const std::string& text) { std::ofstream(Path(), std::ios::binary) << text; }
+
+  /// The settings with this language in place of any.
+  static void WriteLanguage(const std::string& code) {
+    Write(
+        "{\n  \"serviceHost\": \"127.0.0.1\",\n  \"servicePort\": 9,\n  \"serviceScheme\": \"http\",\n  "
+        "\"uiLang\": \"" +
+        code + "\"\n}\n");
+  }
+
+ private:
+  std::string before_;
+};
+
+/// What a user does to the open dialog, one step at a time, from inside the dialog's own message loop. A
+/// dialog that nobody closes is closed after the last step.
+class DialogUser {
+ public:
+  using Step = std::function<void(HWND)>;
+
+  explicit DialogUser(std::vector<Step> steps) : steps_(std::move(steps)) {
+    g_user = this;
+    timer_ = SetTimer(nullptr, 0, 20, &DialogUser::OnTimer);
+  }
+  DialogUser(const DialogUser&) = delete;
+  DialogUser& operator=(const DialogUser&) = delete;
+  ~DialogUser() {
+    KillTimer(nullptr, timer_);
+    g_user = nullptr;
+    EXPECT_EQ(done_, steps_.size()) << "the dialog closed too early or did not open";
+  }
+
+  static HWND Dialog() {
+    const HWND dialog = FindWindowW(kDialogClass, nullptr);
+    return IsWindowVisible(dialog) ? dialog : nullptr;
+  }
+
+ private:
+  static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) noexcept {
+    const HWND dialog = Dialog();
+    if (g_user == nullptr || dialog == nullptr || !IsWindowEnabled(dialog)) return;
+    if (g_user->done_ == g_user->steps_.size()) {
+      ADD_FAILURE() << "the dialog stayed open";
+      SendMessageW(dialog, WM_CLOSE, 0, 0);
+      return;
+    }
+    const std::size_t step = g_user->done_++;
+    g_user->steps_[step](dialog);
+  }
+
+  static inline DialogUser* g_user = nullptr;
+
+  std::vector<Step> steps_;
+  std::size_t done_ = 0;
+  UINT_PTR timer_ = 0;
+};
+
+HWND List(HWND dialog) {
+  return FindWindowExW(dialog, nullptr, L"LISTBOX", nullptr);
+}
+
+DialogUser::Step Select(int row) {
+  return [row](HWND dialog) { SendMessageW(List(dialog), LB_SETCURSEL, static_cast<WPARAM>(row), 0); };
+}
+
+DialogUser::Step Push(int button) {
+  return [button](HWND dialog) { SendMessageW(GetDlgItem(dialog, button), BM_CLICK, 0, 0); };
+}
+
+/// A key into whatever has the focus.
+DialogUser::Step Key(WORD key) {
+  return [key](HWND dialog) {
+    const HWND focus = GetFocus();
+    EXPECT_TRUE(IsChild(dialog, focus));
+    PostMessageW(focus, WM_KEYDOWN, key, 1);
+    PostMessageW(focus, WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
+  };
+}
+
+class LanguageDialog : public AddinTest {
+ protected:
+  void SetUp() override {
+    SettingsFile::WriteLanguage("en");
+    owner_ = CreateWindowExW(0, L"Static", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 50, 800, 600, nullptr,
+                             nullptr, nullptr, nullptr);
+    engine_.AddWorkbook(L"Book.xlsx");
+    engine_.Host().ActiveWindow()->hwnd = HandleToLong(owner_);
+  }
+
+  void TearDown() override {
+    driver_.reset();
+    if (IsWindow(owner_)) DestroyWindow(owner_);
+    AddinTest::TearDown();
+    ribbonUi_.Reset();
+  }
+
+  /// The host's ribbon loads, then the user presses the button and does the steps.
+  void Choose(std::vector<DialogUser::Step> steps, std::function<void()> onInvalidate = {}) {
+    if (host_ == nullptr) Connect();
+    if (!driver_) {
+      driver_.emplace(host_->Session().Addin());
+      ribbonUi_ = MakeCom<RibbonUi>(std::move(onInvalidate));
+      static_cast<void>(driver_->Ask(L"OnRibbonLoad", ribbonUi_.Get()));
+    }
+    const DialogUser user(std::move(steps));
+    driver_->Press(L"SettingsClicked");
+    EXPECT_EQ(DialogUser::Dialog(), nullptr);
+    EXPECT_TRUE(!IsWindow(owner_) || IsWindowEnabled(owner_));
+  }
+
+  SettingsFile settings_;
+  HWND owner_ = nullptr;
+  ComPtr<RibbonUi> ribbonUi_;
+
+ private:
+  std::optional<RibbonDriver> driver_;
+};
+
+TEST_F(LanguageDialog, StoresTheChoiceAndTellsRibbonAndPanels) {
+  OpenPane();
+  const std::string before = SettingsFile::Text();
+  std::string atInvalidate;
+  bool toldBefore = false;
+  Choose({Select(kGermanRow), Push(IDOK)}, [&] {
+    atInvalidate = SettingsFile::Text();
+    toldBefore = WasSent(L"uiLangChanged");
+  });
+  const std::string changed = ToUtf8(ReplaceAll(FromUtf8(before), L"\"en\"", L"\"de\""));
+  EXPECT_EQ(SettingsFile::Text(), changed);
+  EXPECT_EQ(atInvalidate, changed);
+  EXPECT_FALSE(toldBefore);
+  EXPECT_EQ(ribbonUi_->Invalidations(), 1);
+  EXPECT_EQ(WaitForItem(PageItemKind::kJson, L"uiLangChanged"),
+            R"({"action":"uiLangChanged","uiLang":"de"})");
+  EXPECT_EQ(boxes_.Count(), 0);
+  // Panels opened later get it with their address.
+  OpenPane();
+  EXPECT_TRUE(std::wstring_view(NewestView().source).ends_with(L"&uiLang=de"));
+}
+
+TEST_F(LanguageDialog, ForgetsTheAutomaticChoice) {
+  SettingsFile::Write("{\"serviceHost\": \"127.0.0.1\", \"servicePort\": 9, \"serviceScheme\": \"http\"}");
+  LRESULT selected = 0;
+  Choose({[&](HWND dialog) { selected = SendMessageW(List(dialog), LB_GETCURSEL, 0, 0); }, Select(kFrenchRow),
+          Push(IDOK)});
+  // The memory host speaks English.
+  EXPECT_EQ(selected, kEnglishRow);
+  EXPECT_NE(SettingsFile::Text().find("\"uiLang\": \"fr\""), std::string::npos);
+  Choose({[&](HWND dialog) { selected = SendMessageW(List(dialog), LB_GETCURSEL, 0, 0); }, Push(IDCANCEL)});
+  EXPECT_EQ(selected, kFrenchRow);
+}
+
+TEST_F(LanguageDialog, ChangesNothingWithoutAChoice) {
+  struct Case {
+    const char* name;
+    std::vector<DialogUser::Step> steps;
+  };
+  const Case cases[] = {
+      {"the current language", {Select(kEnglishRow), Push(IDOK)}},
+      {"no language", {Select(-1), Push(IDOK)}},
+      {"cancel", {Select(kGermanRow), Push(IDCANCEL)}},
+      {"escape", {Select(kGermanRow), Key(VK_ESCAPE)}},
+      {"closed", {Select(kGermanRow), [](HWND dialog) { PostMessageW(dialog, WM_CLOSE, 0, 0); }}},
+      {"enter on cancel", {Select(kGermanRow), Key(VK_TAB), Key(VK_TAB), Key(VK_RETURN)}},
+  };
+  Connect();
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string before = SettingsFile::Text();
+    const auto written = fs::last_write_time(SettingsFile::Path());
+    Choose(c.steps);
+    EXPECT_EQ(SettingsFile::Text(), before);
+    EXPECT_EQ(fs::last_write_time(SettingsFile::Path()), written);
+    EXPECT_EQ(ribbonUi_->Invalidations(), 0);
+  }
+  EXPECT_EQ(boxes_.Count(), 0);
+}
+
+TEST_F(LanguageDialog, IsUsedWithTheKeyboard) {
+  // Down from English is Japanese, up again English, twice up Traditional Chinese.
+  Choose({Key(VK_DOWN), Key(VK_UP), Key(VK_UP), Key(VK_RETURN)});
+  EXPECT_NE(SettingsFile::Text().find("\"uiLang\": \"zh-TW\""), std::string::npos) << SettingsFile::Text();
+  Choose({Key(VK_DOWN), Key(VK_TAB), [](HWND dialog) { EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDOK)); },
+          Key(VK_SPACE)});
+  EXPECT_NE(SettingsFile::Text().find("\"uiLang\": \"en\""), std::string::npos) << SettingsFile::Text();
+  EXPECT_EQ(ribbonUi_->Invalidations(), 2);
+}
+
+TEST_F(LanguageDialog, StaysOpenWhenTheChoiceCannotBeStored) {
+  const std::string before = SettingsFile::Text();
+  // Where the new file would be written first.
+  const fs::path blocked = SettingsFile::Path().native() + L".tmp";
+  ASSERT_TRUE(fs::create_directory(blocked));
+  bool stayed = false;
+  Choose({Select(kGermanRow), Push(IDOK), [&](HWND) { stayed = true; }, Push(IDCANCEL)});
+  fs::remove(blocked);
+  EXPECT_TRUE(stayed);
+  EXPECT_EQ(boxes_.Count(), 1);
+  EXPECT_EQ(boxes_.Title(), L"Display language");
+  EXPECT_EQ(boxes_.Text(),
+            L"Could not save the language setting. Check that you can write the user config file.");
+  EXPECT_EQ(SettingsFile::Text(), before);
+  EXPECT_EQ(ribbonUi_->Invalidations(), 0);
+}
+
+std::wstring TextOf(HWND window) {
+  std::array<wchar_t, 256> text{};
+  GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
+  return text.data();
+}
+
+TEST_F(LanguageDialog, ShowsEveryLanguageInItsOwnScript) {
+  std::vector<std::wstring> names;
+  Choose({[&](HWND dialog) {
+            EXPECT_EQ(TextOf(dialog), L"Display language");
+            EXPECT_EQ(TextOf(GetDlgItem(dialog, IDOK)), L"OK");
+            EXPECT_EQ(TextOf(GetDlgItem(dialog, IDCANCEL)), L"Cancel");
+            EXPECT_EQ(GetClassLongPtrW(dialog, GCL_STYLE), CS_DROPSHADOW);
+            EXPECT_EQ(GetClassLongPtrW(dialog, GCLP_HBRBACKGROUND),
+                      reinterpret_cast<ULONG_PTR>(GetStockObject(WHITE_BRUSH)));
+            EXPECT_EQ(GetWindow(dialog, GW_OWNER), owner_);
+            const auto style = GetWindowLongW(dialog, GWL_STYLE);
+            EXPECT_EQ(style & (WS_POPUP | WS_CLIPCHILDREN | WS_CAPTION | WS_BORDER),
+                      static_cast<LONG>(WS_POPUP | WS_CLIPCHILDREN));
+            const auto count = SendMessageW(List(dialog), LB_GETCOUNT, 0, 0);
+            for (LRESULT row = 0; row < count; ++row) {
+              std::array<wchar_t, 64> name{};
+              SendMessageW(List(dialog), LB_GETTEXT, static_cast<WPARAM>(row),
+                           reinterpret_cast<LPARAM>(name.data()));
+              names.emplace_back(name.data());
+            }
+          },
+          Push(IDCANCEL)});
+  ASSERT_EQ(names.size(), 14U);
+  EXPECT_EQ(names.front(), L"中文（简体）");
+  EXPECT_EQ(names[kGermanRow], L"Deutsch");
+  EXPECT_EQ(names.back(), L"العربية");
+}
+
+LOGFONTW FontOf(HWND control) {
+  LOGFONTW font{};
+  GetObjectW(reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)), sizeof(font), &font);
+  return font;
+}
+
+TEST_F(LanguageDialog, ScalesWithItsScreen) {
+  const DpiAware aware;
+  // Made before this thread saw the screen's DPI.
+  DestroyWindow(owner_);
+  owner_ = nullptr;
+  const int dpi = static_cast<int>(GetDpiForSystem());
+  Choose({[&](HWND dialog) {
+            ASSERT_EQ(static_cast<int>(GetDpiForWindow(dialog)), dpi);
+            RECT area{};
+            GetWindowRect(dialog, &area);
+            EXPECT_EQ(area.right - area.left, MulDiv(420, dpi, 96));
+            RECT button{};
+            GetWindowRect(GetDlgItem(dialog, IDOK), &button);
+            EXPECT_EQ(button.right - button.left, MulDiv(92, dpi, 96));
+            struct Case {
+              HWND control;
+              int height;
+              LONG weight;
+            };
+            const Case cases[] = {{FindWindowExW(dialog, nullptr, L"STATIC", L"Display language"), 18, 600},
+                                  {GetDlgItem(dialog, IDOK), 13, 400},
+                                  {List(dialog), 14, 400}};
+            for (const Case& c : cases) {
+              const LOGFONTW font = FontOf(c.control);
+              EXPECT_EQ(font.lfHeight, -MulDiv(c.height, dpi, 96));
+              EXPECT_EQ(font.lfWeight, c.weight);
+              EXPECT_EQ(font.lfQuality, CLEARTYPE_QUALITY);
+              EXPECT_STREQ(font.lfFaceName, L"Microsoft YaHei UI");
+            }
+          },
+          Push(IDCANCEL)});
+}
+
+TEST(LanguageDialogElsewhere, ScalesWithItsScreen) {
+  for (const int dpi : {96, 144, 192})
+    EXPECT_TRUE(PassesElsewhere(L"qv_addin_tests.exe", dpi, L"LanguageDialog.ScalesWithItsScreen"));
+}
+
+TEST_F(LanguageDialog, TakesTheInputOfItsOwnerAndGivesItBack) {
+  const HWND edit = CreateWindowExW(0, L"Edit", L"", WS_CHILD | WS_VISIBLE, 0, 0, 50, 20, owner_, nullptr,
+                                    nullptr, nullptr);
+  SetFocus(edit);
+  ASSERT_EQ(GetFocus(), edit);
+  Choose({[&](HWND dialog) {
+            EXPECT_FALSE(IsWindowEnabled(owner_));
+            EXPECT_EQ(GetFocus(), List(dialog));
+            // Once more from elsewhere: there is one dialog only.
+            RibbonDriver(host_->Session().Addin()).Press(L"SettingsClicked");
+            EXPECT_EQ(DialogUser::Dialog(), dialog);
+            EXPECT_EQ(FindWindowExW(nullptr, dialog, kDialogClass, nullptr), nullptr);
+          },
+          Push(IDCANCEL)});
+  EXPECT_EQ(GetFocus(), edit);
+}
+
+TEST_F(LanguageDialog, LeavesAnOwnerDisabledThatWasSo) {
+  EnableWindow(owner_, FALSE);
+  Connect();
+  {
+    const DialogUser user({Push(IDCANCEL)});
+    RibbonDriver(host_->Session().Addin()).Press(L"SettingsClicked");
+  }
+  EXPECT_FALSE(IsWindowEnabled(owner_));
+}
+
+TEST_F(LanguageDialog, EndsWithItsOwner) {
+  Choose({[&](HWND) { DestroyWindow(owner_); }});
+  EXPECT_FALSE(IsWindow(owner_));
+}
+
+TEST_F(LanguageDialog, LeavesTheEndOfTheProgramToTheHost) {
+  Choose({[](HWND) { PostQuitMessage(7); }});
+  MSG message{};
+  ASSERT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+  EXPECT_EQ(message.wParam, 7U);
+}
+
+TEST_F(LanguageDialog, SurvivesADisconnectedHost) {
+  Choose({[&](HWND) {
+            static_cast<void>(host_->Session().Addin()->OnDisconnection(ext_dm_UserClosed, nullptr));
+          },
+          Select(kGermanRow), Push(IDOK)});
+  EXPECT_NE(SettingsFile::Text().find("\"uiLang\": \"de\""), std::string::npos);
+  EXPECT_EQ(ribbonUi_->Invalidations(), 0);
+}
+
+}  // namespace
+}  // namespace qv
