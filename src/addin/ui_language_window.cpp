@@ -198,10 +198,15 @@ void UiLanguageWindow::LayOut() {
   Place(list_, layout_.list, listFont_.Get());
   Place(ok_, layout_.ok, bodyFont_.Get());
   Place(cancel_, layout_.cancel, bodyFont_.Get());
-  // Setting the selection again scrolls it into the list's new height.
-  SendMessageW(list_, LB_SETCURSEL, static_cast<WPARAM>(SendMessageW(list_, LB_GETCURSEL, 0, 0)), 0);
-
+  ShowSelection();
   CenterOver(owner_, work);
+}
+
+/// Scrolls the selected row to the middle, so that its neighbours on both sides are seen.
+void UiLanguageWindow::ShowSelection() {
+  const auto row = static_cast<int>(SendMessageW(list_, LB_GETCURSEL, 0, 0));
+  const int rowsAbove = layout_.list.height / layout_.rowHeight / 2;
+  SendMessageW(list_, LB_SETTOPINDEX, static_cast<WPARAM>(std::max(0, row - rowsAbove)), 0);
 }
 
 void UiLanguageWindow::CenterOver(HWND owner, const RECT& work) {

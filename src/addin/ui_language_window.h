@@ -54,6 +54,7 @@ class UiLanguageWindow {
   void MakeFonts();
   /// Fits everything to `dpi_` and centres the dialog over its owner.
   void LayOut();
+  void ShowSelection();
   void CenterOver(HWND owner, const RECT& work);
   [[nodiscard]] int MeasureBody() const;
   void RunMessages();

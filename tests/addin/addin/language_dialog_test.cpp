@@ -193,6 +193,27 @@ TEST_F(LanguageDialog, ForgetsTheAutomaticChoice) {
   EXPECT_EQ(selected, kFrenchRow);
 }
 
+TEST_F(LanguageDialog, ShowsTheCurrentLanguageAtFirst) {
+  const std::pair<const char*, int> cases[] = {
+      {"zh-CN", 0}, {"en", 2}, {"de", 7}, {"ar", 13}, {"pt", LB_ERR}};
+  for (const auto& [code, row] : cases) {
+    SCOPED_TRACE(code);
+    SettingsFile::WriteLanguage(code);
+    Choose({[row = row](HWND dialog) {
+              const HWND list = List(dialog);
+              EXPECT_EQ(SendMessageW(list, LB_GETCURSEL, 0, 0), row);
+              if (row == LB_ERR) return;
+              RECT place{};
+              RECT client{};
+              SendMessageW(list, LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
+              GetClientRect(list, &client);
+              EXPECT_GE(place.top, 0);
+              EXPECT_LE(place.bottom, client.bottom);
+            },
+            Push(IDCANCEL)});
+  }
+}
+
 TEST_F(LanguageDialog, ChangesNothingWithoutAChoice) {
   struct Case {
     const char* name;
