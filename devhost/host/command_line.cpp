@@ -21,6 +21,7 @@ std::optional<std::uint16_t> ParsePort(std::string_view text) {
 using Setter = std::function<bool(Options&, const std::wstring&)>;
 
 struct OptionRule {
+  /// What the value must be; null for an option without one.
   const char* expected;
   Setter set;
 };
@@ -36,6 +37,14 @@ const std::map<std::wstring, OptionRule>& OptionTable() {
           o.engine = v == L"calc" ? EngineKind::kCalc : EngineKind::kMemory;
           return v == L"calc" || v == L"memory";
         }}},
+      {L"--browser",
+       {"chromium or recorder",
+        [](Options& o, const std::wstring& v) {
+          o.browser = v == L"chromium" ? BrowserKind::kChromium : BrowserKind::kRecorder;
+          return v == L"chromium" || v == L"recorder";
+        }}},
+      {L"--window", {nullptr, [](Options& o, const std::wstring&) { return o.window = true; }}},
+      {L"--no-pane", {nullptr, [](Options& o, const std::wstring&) { return o.noPane = true; }}},
       {L"--host",
        {"excel or wps",
         [](Options& o, const std::wstring& v) {
@@ -83,19 +92,23 @@ std::optional<ServiceAddress> ParseServiceAddress(const std::string& url) {
 
 std::optional<Options> ParseCommandLine(const std::vector<std::wstring>& arguments, std::string& error) {
   Options options;
-  for (std::size_t i = 0; i < arguments.size(); i += 2) {
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
     const auto rule = OptionTable().find(arguments[i]);
     const std::string name = ToUtf8(arguments[i]);
     if (rule == OptionTable().end()) {
       error = "unknown option " + name;
       return std::nullopt;
     }
+    if (rule->second.expected == nullptr) {
+      static_cast<void>(rule->second.set(options, {}));
+      continue;
+    }
     if (i + 1 == arguments.size()) {
       error = name + " needs " + rule->second.expected;
       return std::nullopt;
     }
-    if (!rule->second.set(options, arguments[i + 1])) {
-      error = name + " needs " + rule->second.expected + ", not \"" + ToUtf8(arguments[i + 1]) + "\"";
+    if (const auto& value = arguments[++i]; !rule->second.set(options, value)) {
+      error = name + " needs " + rule->second.expected + ", not \"" + ToUtf8(value) + "\"";
       return std::nullopt;
     }
   }

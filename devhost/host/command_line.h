@@ -20,6 +20,7 @@ struct ServiceAddress {
 inline const ServiceAddress kNoService{"http", "127.0.0.1", 9};
 
 enum class EngineKind { kMemory, kCalc };
+enum class BrowserKind { kRecorder, kChromium };
 
 struct Options {
   /// Empty: QuorvantisExcel.dll beside the program.
@@ -31,6 +32,13 @@ struct Options {
   ServiceAddress service = kNoService;
   /// PEM file of the certificate authority behind an https service; empty to trust none but the system's.
   std::wstring authority;
+  /// Shows the document windows; otherwise they exist hidden.
+  bool window = false;
+  /// Opens no pane at the start.
+  bool noPane = false;
+  /// What stands behind the web views; without a choice Chromium where windows are shown, otherwise nothing
+  /// but a recorder.
+  std::optional<BrowserKind> browser;
   /// Port of the running office server; 0 when not given.
   std::uint16_t calcPort = 0;
 };

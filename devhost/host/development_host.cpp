@@ -45,6 +45,12 @@ PaneList::Pane DevelopmentHost::OpenPane() {
   return panes_.Open(kPaneProgId, kPaneTitle, true, documents_.Active());
 }
 
+void DevelopmentHost::PressButton(const RibbonItem& button) {
+  documents_.Sync();
+  const int active = documents_.Active().Id();
+  session_->TheRibbon()->Press(button, active == 0 ? nullptr : engine_.WindowObject(active));
+}
+
 bool DevelopmentHost::WaitForPage(const PaneList::Pane& pane, DWORD timeoutMs) {
   return PumpUntil(
       [&] {

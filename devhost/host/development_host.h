@@ -58,6 +58,9 @@ class DevelopmentHost {
   /// Opens a task pane with the add-in's control in the active window, as a ribbon button would. Throws
   /// std::runtime_error.
   PaneList::Pane OpenPane();
+  /// Presses a ribbon button in the active window. The add-in may open boxes with loops of their own before
+  /// this comes back.
+  void PressButton(const RibbonItem& button);
   /// Runs messages until the pane's page has loaded or its time is over; whether it has.
   [[nodiscard]] bool WaitForPage(const PaneList::Pane& pane, DWORD timeoutMs);
 

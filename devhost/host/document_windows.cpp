@@ -80,6 +80,11 @@ void DocumentWindows::Refresh() {
     window->RefreshGrid();
 }
 
+void DocumentWindows::Repaint() {
+  for (const auto& window : windows_)
+    RedrawWindow(window->Window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
 DocumentWindow& DocumentWindows::Empty() {
   if (!empty_) {
     empty_ = std::make_unique<DocumentWindow>(surroundings_, 0);

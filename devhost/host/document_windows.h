@@ -30,6 +30,9 @@ class DocumentWindows {
   /// `Sync`, and shows what the sheets look like now; nothing when nothing has changed.
   void Refresh();
 
+  /// Draws everything that waits to be drawn.
+  void Repaint();
+
   /// The active window; without a document an empty one.
   [[nodiscard]] DocumentWindow& Active();
   /// Null when there is none with this id.

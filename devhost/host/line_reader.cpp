@@ -5,7 +5,6 @@
 #include <string_view>
 #include <thread>
 
-#include "foundation/unique_handle.h"
 #include "host/protocol.h"
 
 namespace qv::devhost {
@@ -13,12 +12,10 @@ namespace qv::devhost {
 struct LineReader::Shared {
   std::mutex mutex;
   std::deque<InputLine> lines;
-  UniqueKernelHandle ready{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
 
   void Push(InputLine line) {
     const std::scoped_lock lock(mutex);
     lines.push_back(std::move(line));
-    SetEvent(ready.Get());
   }
 };
 
@@ -79,14 +76,13 @@ void ReadLines(HANDLE input, Push push) {
 
 }  // namespace
 
-LineReader::LineReader(HANDLE input) : shared_(std::make_shared<Shared>()) {
-  std::thread([shared = shared_, input]() noexcept {
-    ReadLines(input, [&](InputLine line) { shared->Push(std::move(line)); });
+LineReader::LineReader(HANDLE input, std::function<void()> onLine) : shared_(std::make_shared<Shared>()) {
+  std::thread([shared = shared_, input, onLine = std::move(onLine)]() noexcept {
+    ReadLines(input, [&](InputLine line) {
+      shared->Push(std::move(line));
+      onLine();
+    });
   }).detach();
-}
-
-HANDLE LineReader::Ready() const {
-  return shared_->ready.Get();
 }
 
 std::optional<InputLine> LineReader::Take() {
@@ -94,7 +90,6 @@ std::optional<InputLine> LineReader::Take() {
   if (shared_->lines.empty()) return std::nullopt;
   InputLine line = std::move(shared_->lines.front());
   shared_->lines.pop_front();
-  if (shared_->lines.empty()) ResetEvent(shared_->ready.Get());
   return line;
 }
 

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,11 +21,10 @@ struct InputLine {
 /// thread is left alone at the end: it may sit in a read that only the end of the process takes away.
 class LineReader {
  public:
-  /// `input` is borrowed; it is read until its end.
-  explicit LineReader(HANDLE input);
+  /// `input` is borrowed; it is read until its end. `onLine` is called on the reading thread after each line,
+  /// and must not throw.
+  LineReader(HANDLE input, std::function<void()> onLine);
 
-  /// Signalled while lines wait. Borrowed.
-  [[nodiscard]] HANDLE Ready() const;
   /// The next line in order, the last one of kind `kEnd`; nothing when none waits.
   [[nodiscard]] std::optional<InputLine> Take();
 

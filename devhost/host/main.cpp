@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "host/command_line.h"
+#include "host/command_loop.h"
 #include "host/command_runner.h"
 #include "host/development_host.h"
 #include "host/engine_choice.h"
-#include "host/line_reader.h"
-#include "host/message_pump.h"
+#include "host/picture.h"
 #include "host/settings_file.h"
 #include "host/trusted_authority.h"
 #include "host/windows_path.h"
@@ -62,41 +62,45 @@ void WriteAnswer(const Json& answer) {
   WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
 }
 
-void RunCommands(CommandRunner& runner) {
-  LineReader reader(GetStdHandle(STD_INPUT_HANDLE));
-  while (!runner.IsFinished()) {
-    const HANDLE ready = reader.Ready();
-    MsgWaitForMultipleObjectsEx(1, &ready, runner.NextWake(), QS_ALLINPUT, MWMO_INPUTAVAILABLE);
-    // One at a time: work that posts its own continuation must not keep the commands waiting.
-    MSG message{};
-    if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-      TranslateMessage(&message);
-      DispatchMessageW(&message);
-    }
-    if (const auto line = reader.Take()) runner.Take(*line);
-    runner.Advance();
-  }
+/// A terminal or nothing at all as input must not take away the windows that somebody works in; a program
+/// that has driven the host and is gone must.
+CommandLoop::InputEnd MeaningOfInputEnd(const Options& options) {
+  const DWORD type = GetFileType(GetStdHandle(STD_INPUT_HANDLE));
+  const bool isProgram = type == FILE_TYPE_PIPE || type == FILE_TYPE_DISK;
+  return options.window && !isProgram ? CommandLoop::InputEnd::kIsIgnored : CommandLoop::InputEnd::kQuits;
+}
+
+/// The web view stand-in reads it when the add-in creates its first environment. What the caller's own
+/// environment says holds unless an option says otherwise.
+void ChooseBrowser(const Options& options) {
+  if (!options.browser && !options.window) return;
+  const auto browser = options.browser.value_or(BrowserKind::kChromium);
+  SetEnvironmentVariableW(L"QV_DEVHOST_BROWSER",
+                          browser == BrowserKind::kChromium ? L"chromium" : L"recorder");
 }
 
 bool RunHost(const Options& options) {
   const OleApartment apartment;
+  const PictureLibrary pictures;
   WriteServiceAddress(options.service);
   if (!options.authority.empty()) TrustAuthority(ToWindowsPath(options.authority));
+  ChooseBrowser(options);
   const auto engine = MakeEngine(options);
   CallLog log(std::getenv("QV_DEVHOST_TRACE") != nullptr);
   const std::wstring addin =
       options.addin.empty() ? ProgramFolder() + L"\\QuorvantisExcel.dll" : ToWindowsPath(options.addin);
-  DevelopmentHost host(addin, *engine, log);
-  if (!host.WaitForPage(host.OpenPane(), kPageTimeoutMs)) {
+  DevelopmentHost host(addin, *engine, log, {}, {options.host, options.window});
+  if (!options.window && !options.noPane && !host.WaitForPage(host.OpenPane(), kPageTimeoutMs))
     std::fprintf(stderr, "devhost: the pane's page has not loaded\n");
-  }
   CommandRunner runner(host, WriteAnswer);
-  RunCommands(runner);
+  CommandLoop(host, runner, GetStdHandle(STD_INPUT_HANDLE), MeaningOfInputEnd(options)).Run();
   return host.End().Clean();
 }
 
 int Main() {
   SetUnhandledExceptionFilter(OnCrash);
+  // As the hosts do, so that windows know their monitor's resolution.
+  SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
   std::string error;
   const auto options = ParseCommandLine(Arguments(), error);
   if (!options) {

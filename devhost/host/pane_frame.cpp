@@ -161,14 +161,28 @@ bool PaneFrame::IsHit(LPARAM position, RECT PaneLayout::*part) const {
   return PtInRect(&(parts.*part), {GET_X_LPARAM(position), GET_Y_LPARAM(position)}) != FALSE;
 }
 
-void PaneFrame::Drag(int x) {
+int PaneFrame::WidthAt(int x) const {
   RECT area{};
   GetClientRect(window_, &area);
-  const PaneLayout parts = Parts();
-  const int splitter = parts.splitter.right - parts.splitter.left;
-  const int outer = dock_ == PaneDock::kRight ? area.right - x : x;
-  width_ = std::clamp(outer - splitter / 2 - 1, 1, static_cast<int>(document_->ClientSize().cx / 2));
+  return dock_ == PaneDock::kRight ? area.right - x : x;
+}
+
+void PaneFrame::Drag(int x) {
+  width_ = std::clamp(WidthAt(x) + grab_, 1, static_cast<int>(document_->ClientSize().cx / 2));
   document_->LayOut();
+}
+
+bool PaneFrame::DragWidthPt(int points) {
+  if (window_ == nullptr || !isVisible_ || !HasOwnWidth(dock_)) return false;
+  const auto at = [this](int x) { return MAKELPARAM(x, ContentSize().cy / 2); };
+  const RECT splitter = Parts().splitter;
+  const int start = (splitter.left + splitter.right) / 2;
+  SendMessageW(window_, WM_LBUTTONDOWN, MK_LBUTTON, at(start));
+  const int by = MulDiv(points, DpiOf(window_), kPointsPerInch) - static_cast<int>(ContentSize().cx);
+  const int end = dock_ == PaneDock::kRight ? start - by : start + by;
+  SendMessageW(window_, WM_MOUSEMOVE, MK_LBUTTON, at(end));
+  SendMessageW(window_, WM_LBUTTONUP, 0, at(end));
+  return true;
 }
 
 void PaneFrame::Hover(bool close) {
@@ -195,6 +209,7 @@ LRESULT PaneFrame::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     }
     case WM_LBUTTONDOWN:
       isDragging_ = IsHit(lParam, &PaneLayout::splitter);
+      grab_ = static_cast<int>(ContentSize().cx) - WidthAt(GET_X_LPARAM(lParam));
       if (isDragging_) SetCapture(window_);
       return 0;
     case WM_MOUSEMOVE:

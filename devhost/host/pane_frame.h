@@ -46,6 +46,8 @@ class PaneFrame {
   /// does not allow it.
   [[nodiscard]] bool SetWidthPt(int points);
   [[nodiscard]] bool SetHeightPt(int points);
+  /// The width as a user drags it, by the mouse's messages; false when there is no splitter to drag.
+  [[nodiscard]] bool DragWidthPt(int points);
 
   /// What the pane asks its document window for, and the place it gets.
   [[nodiscard]] PaneWish Wish() const { return {isVisible_, dock_, width_, height_}; }
@@ -62,6 +64,8 @@ class PaneFrame {
   /// Closes the control and forgets the window, which is handed to the caller.
   HWND Leave();
   void Paint();
+  /// Width that the content gets with the mouse at `x`, were it taken without an offset.
+  [[nodiscard]] int WidthAt(int x) const;
   void Drag(int x);
   void Hover(bool close);
   void Arrange();
@@ -77,6 +81,8 @@ class PaneFrame {
   int width_;
   int height_;
   bool isDragging_ = false;
+  /// Between the mouse and the content's edge while it drags, in pixels.
+  int grab_ = 0;
   bool isCloseHot_ = false;
   std::unique_ptr<ControlContainer> container_;
   ControlContainer::Leaks leaks_;

@@ -7,7 +7,7 @@
 namespace qv::devhost {
 namespace {
 
-enum class MemberType { kText, kObject, kFlag, kPane, kTimeout };
+enum class MemberType { kText, kObject, kFlag, kPane, kTimeout, kPoints, kRow, kWindow, kWindowOrFlag };
 
 struct MemberRule {
   const char* name;
@@ -15,35 +15,60 @@ struct MemberRule {
   bool required = false;
 };
 
+/// Where a command can run: only in the host's own message loop, or also while a box is open.
+enum class Place { kHost, kAlsoInBoxes };
+
 struct CommandRule {
   const char* name;
+  Place place;
   std::vector<MemberRule> members;
 };
 
 const std::vector<CommandRule>& CommandTable() {
+  using enum MemberType;
+  using enum Place;
   static const std::vector<CommandRule> kTable = {
+      // The page.
       {"post",
-       {{"message", MemberType::kObject, true},
-        {"pane", MemberType::kPane},
-        {"source", MemberType::kText},
-        {"asJson", MemberType::kFlag}}},
-      {"wait", {{"script", MemberType::kText, true}, {"timeoutMs", MemberType::kTimeout}}},
-      {"scripts", {}},
-      {"script-result", {{"script", MemberType::kText, true}, {"result", MemberType::kText, true}}},
-      {"cell", {{"sheet", MemberType::kText}, {"address", MemberType::kText, true}}},
-      {"select", {{"sheet", MemberType::kText}, {"address", MemberType::kText, true}}},
-      {"protect", {{"sheet", MemberType::kText}, {"on", MemberType::kFlag, true}}},
-      {"save", {{"path", MemberType::kText, true}}},
-      {"shot", {{"path", MemberType::kText, true}}},
-      {"counters", {}},
-      {"reset-counters", {}},
-      {"fault", {{"fault", MemberType::kObject, true}}},
-      {"log", {}},
-      {"calls", {}},
-      {"panes", {}},
-      {"open-pane", {}},
-      {"close-pane", {{"pane", MemberType::kPane, true}}},
-      {"quit", {}},
+       kAlsoInBoxes,
+       {{"message", kObject, true}, {"pane", kPane}, {"source", kText}, {"asJson", kFlag}}},
+      {"wait", kAlsoInBoxes, {{"script", kText, true}, {"timeoutMs", kTimeout}}},
+      {"scripts", kAlsoInBoxes, {}},
+      {"script-result", kAlsoInBoxes, {{"script", kText, true}, {"result", kText, true}}},
+      {"page",
+       kAlsoInBoxes,
+       {{"eval", kText, true}, {"pane", kPane}, {"surface", kText}, {"timeoutMs", kTimeout}}},
+      {"click", kAlsoInBoxes, {{"selector", kText, true}, {"pane", kPane}, {"surface", kText}}},
+      {"type", kAlsoInBoxes, {{"text", kText, true}, {"pane", kPane}, {"surface", kText}}},
+      {"kill-browser", kAlsoInBoxes, {}},
+      {"crash-page", kAlsoInBoxes, {{"pane", kPane}, {"surface", kText}}},
+      // The spreadsheet.
+      {"cell", kHost, {{"sheet", kText}, {"address", kText, true}}},
+      {"select", kHost, {{"sheet", kText}, {"address", kText, true}}},
+      {"protect", kHost, {{"sheet", kText}, {"on", kFlag, true}}},
+      {"save", kHost, {{"path", kText, true}}},
+      {"shot", kHost, {{"path", kText, true}}},
+      {"counters", kHost, {}},
+      {"reset-counters", kHost, {}},
+      {"fault", kHost, {{"fault", kObject, true}}},
+      // The host's windows.
+      {"ribbon", kHost, {}},
+      {"press", kHost, {{"button", kText, true}}},
+      {"window", kHost, {{"open", kText}, {"new", kFlag}, {"close", kWindowOrFlag}, {"activate", kWindow}}},
+      {"panes", kHost, {}},
+      {"open-pane", kHost, {}},
+      {"close-pane", kHost, {{"pane", kPane, true}}},
+      {"pane-width", kHost, {{"pt", kPoints, true}, {"pane", kPane}}},
+      {"pane-dock", kHost, {{"position", kText, true}, {"pane", kPane}}},
+      {"messagebox", kAlsoInBoxes, {{"timeoutMs", kTimeout}}},
+      {"answer", kAlsoInBoxes, {{"button", kText, true}}},
+      {"choose", kAlsoInBoxes, {{"row", kRow, true}}},
+      // Diagnosis.
+      {"log", kAlsoInBoxes, {}},
+      {"calls", kAlsoInBoxes, {}},
+      {"screenshot", kAlsoInBoxes, {{"path", kText, true}}},
+      {"sync", kHost, {}},
+      {"quit", kHost, {}},
   };
   return kTable;
 }
@@ -71,6 +96,14 @@ const char* Mismatch(const Json& value, MemberType type) {
       return IsWholeNumber(value, 1, 1'000'000) ? nullptr : "a pane number";
     case MemberType::kTimeout:
       return IsWholeNumber(value, 0, kMaximumTimeoutMs) ? nullptr : "a whole number from 0 to 600000";
+    case MemberType::kPoints:
+      return IsWholeNumber(value, 1, 10'000) ? nullptr : "a whole number of points from 1 to 10000";
+    case MemberType::kRow:
+      return IsWholeNumber(value, 1, 10'000) ? nullptr : "a row from 1 to 10000";
+    case MemberType::kWindow:
+      return IsWholeNumber(value, 1, 1'000'000) ? nullptr : "a window number";
+    case MemberType::kWindowOrFlag:
+      return value == true || IsWholeNumber(value, 1, 1'000'000) ? nullptr : "a window number or true";
   }
   return nullptr;
 }
@@ -148,7 +181,7 @@ std::optional<Command> ParseCommand(std::string_view line, std::string& error) {
                                  [&](const CommandRule& candidate) { return name == candidate.name; });
   error = rule == table.end() ? "unknown command " + Quoted(name) : CheckMembers(members, *rule);
   if (!error.empty()) return std::nullopt;
-  return Command{name, std::move(members)};
+  return Command{name, std::move(members), rule->place == Place::kAlsoInBoxes};
 }
 
 Json ErrorAnswer(const std::string& error) {

@@ -22,6 +22,8 @@ inline constexpr std::int64_t kMaximumTimeoutMs = 600'000;
 struct Command {
   std::string name;
   Json members;
+  /// Whether it can run while a box of the add-in keeps the host in a message loop of its own.
+  bool isSafeInBoxes = false;
 };
 
 /// The command of one line, or nothing and a text in `error` that says exactly what is wrong with it.

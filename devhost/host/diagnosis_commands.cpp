@@ -1,0 +1,41 @@
+#include <stdexcept>
+
+#include "host/command.h"
+#include "host/picture.h"
+#include "host/screen_capture.h"
+#include "host/trace_logs.h"
+#include "host/windows_path.h"
+
+namespace qv::devhost {
+namespace {
+
+Json Screenshot(CommandContext& context, const Json& members) {
+  auto& documents = context.host.Documents();
+  if (!documents.IsShown())
+    throw std::runtime_error("there is no window on the screen: start the host with --window");
+  SavePng(CaptureWindow(documents.TopWindow()).Get(), ToWindowsPath(TextMember(members, "path")));
+  return OkAnswer();
+}
+
+}  // namespace
+
+void AddDiagnosisCommands(CommandHandlers& handlers) {
+  handlers["log"] = [](CommandContext&, const Json&) {
+    Json answer = OkAnswer();
+    answer["paths"] = TraceLogPaths();
+    return answer;
+  };
+  handlers["calls"] = [](CommandContext& context, const Json&) {
+    Json answer = OkAnswer();
+    answer["calls"] = context.host.Log().Lines();
+    return answer;
+  };
+  handlers["screenshot"] = Screenshot;
+  handlers["sync"] = [](CommandContext& context, const Json&) {
+    context.host.Documents().Sync();
+    context.host.Documents().Repaint();
+    return OkAnswer();
+  };
+}
+
+}  // namespace qv::devhost
