@@ -49,7 +49,7 @@ fi
 modules=$QV_ROOT/service/node_modules
 if [ ! -e "$modules/.package-lock.json" ] || [ "$QV_ROOT/service/package-lock.json" -nt "$modules/.package-lock.json" ]; then
   log=$(mktemp)
-  if ! (cd "$QV_ROOT/service" && npm ci --omit=dev --no-audit --no-fund) >"$log" 2>&1; then
+  if ! (cd "$QV_ROOT/service" && npm ci --no-audit --no-fund) >"$log" 2>&1; then
     tail -n 20 "$log" >&2
     die "The local service's packages could not be installed."
   fi

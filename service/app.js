@@ -2,12 +2,14 @@ import { performance } from 'node:perf_hooks';
 
 import Fastify from 'fastify';
 
+import { Accounts, registerAccounts } from './accounts.js';
 import { registerAnalytics } from './analytics.js';
-import { tokenRefusal } from './auth.js';
+import { bearerToken, tokenRefusal } from './auth.js';
 import { registerControl } from './control.js';
 import { ServiceError } from './errors.js';
 import { FaultQueue, spoilTranslations } from './faults.js';
 import { logLine } from './log.js';
+import { registerPanel } from './panel.js';
 import { RequestRecorder } from './recorder.js';
 import { parseJson, readTranslateRequest } from './validation.js';
 
@@ -24,6 +26,7 @@ const BODY_LIMIT_BYTES = 8 * 1024 * 1024;
 export function buildApp({ engine, faults = false, https = null }) {
   const app = Fastify({ bodyLimit: BODY_LIMIT_BYTES, forceCloseConnections: true, https });
   const queue = new FaultQueue();
+  const accounts = new Accounts();
   const recorder = faults ? new RequestRecorder() : null;
 
   // Bodies stay bytes until a handler reads them, so that a broken body still meets faults and the record.
@@ -35,21 +38,23 @@ export function buildApp({ engine, faults = false, https = null }) {
   if (recorder) recorder.attach(app);
 
   app.get('/v1/languages', async () => ({ pairs: engine.languages() }));
-  app.post('/v1/translate', (request, reply) => answerTranslate(request, reply, engine, queue));
+  app.post('/v1/translate', (request, reply) => answerTranslate(request, reply, { engine, queue, accounts }));
+  registerAccounts(app, accounts);
+  registerPanel(app);
   registerAnalytics(app, { readable: faults });
   if (recorder) registerControl(app, { queue, recorder });
   app.addHook('onClose', async () => engine.close());
   return app;
 }
 
-async function answerTranslate(request, reply, engine, queue) {
+async function answerTranslate(request, reply, { engine, queue, accounts }) {
   const fault = queue.take(request.body);
   if (fault) {
     await fault.delay();
     if (fault.answersItself(reply)) return reply;
   }
 
-  const refusal = tokenRefusal(request.headers.authorization);
+  const refusal = tokenRefusal(request.headers.authorization, accounts);
   if (refusal) {
     reply.code(refusal.status);
     return refusal.body ? reply.send(refusal.body) : reply.send();
@@ -58,6 +63,7 @@ async function answerTranslate(request, reply, engine, queue) {
   const job = readTranslateRequest(parseJson(request.body));
   request.note = `${job.texts.length} texts`;
   const translations = spoilTranslations(await engine.translate(job), fault);
+  accounts.charge(bearerToken(request.headers.authorization), job.texts.join('').length);
   return reply.send(job.unitIds ? { translations, unitIds: job.unitIds } : { translations });
 }
 

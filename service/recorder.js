@@ -1,6 +1,8 @@
 import { performance } from 'node:perf_hooks';
 
 const KEPT_REQUESTS = 5000;
+/** The record's own requests, and the files of the panel's pages. */
+const NOT_KEPT = /^\/(control|panel)\//;
 
 /** Milliseconds since 1970 with fractions: never going back, and comparable with what other processes measure. */
 export function nowMs() {
@@ -14,7 +16,7 @@ export class RequestRecorder {
   /** @param {import('fastify').FastifyInstance} app */
   attach(app) {
     app.addHook('onRequest', async (request, reply) => {
-      if (request.url.startsWith('/control/')) return;
+      if (NOT_KEPT.test(request.url)) return;
       const entry = {
         method: request.method,
         path: request.url,

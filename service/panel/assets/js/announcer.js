@@ -1,0 +1,28 @@
+/** Tells screen readers how a run goes: each phase, and progress in steps of ten percent rather than each text. */
+import { byId } from './dom.js';
+import { formatPercent, t } from './i18n.js';
+import { partDone } from './run_state.js';
+
+const STEPS = 10;
+let said = '';
+
+/** @param {import('./run_state.js').Run} run */
+export function announce(run) {
+  const step = Math.floor(partDone(run) * STEPS);
+  const now = `${run.phase} ${run.phase === 'translating' ? step : ''}`;
+  if (now === said) return;
+  said = now;
+  byId('announcer').textContent = words(run, step);
+}
+
+function words(run, step) {
+  switch (run.phase) {
+    case 'scanning': return t('run.scanning');
+    case 'translating': return `${t('run.translating')} ${formatPercent(step / STEPS)}`;
+    case 'paused': return t('run.paused');
+    case 'done': return t('done.title');
+    case 'cancelled': return t('done.cancelled');
+    // The error itself is an alert.
+    default: return '';
+  }
+}

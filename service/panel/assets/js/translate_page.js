@@ -1,0 +1,179 @@
+/** The translation page: the form, the run, and what lies between them. */
+import { announce } from './announcer.js';
+import { isHosted, onEvents, post } from './bridge.js';
+import { loadChoices, readChoices, saveChoices } from './choices.js';
+import { byId } from './dom.js';
+import { onLanguage, t } from './i18n.js';
+import { drawLanguageFields, openLanguageFields } from './language_fields.js';
+import { openPage, showToast } from './page.js';
+import { currentRun, openRunEvents, pausePosted, runPosted, step, takeRun } from './run_events.js';
+import { hasEnded, isBusy } from './run_state.js';
+import { drawElapsed, drawRun } from './run_view.js';
+import { drawScopeFields, openScopeFields, scopeMode } from './scope_fields.js';
+import { fetchAccount } from './service_api.js';
+import { dropToken, onSession, token } from './session.js';
+import { newTraceId, startMessage } from './start_message.js';
+import { drawStyleFields, openStyleFields } from './style_fields.js';
+import { load, save } from './storage.js';
+
+const VIA_PAGE = 'viaPage';
+/** How long the add-in may take to switch what the sheet shows; large sheets take seconds. */
+const DISPLAY_LIMIT_MS = 60000;
+const SECOND_MS = 1000;
+
+const choices = loadChoices();
+let displayTimer = 0;
+let drawnPhase = 'idle';
+
+function start() {
+  const mode = scopeMode();
+  const { action, fields } = startMessage(choices, {
+    mode,
+    accessToken: token(),
+    clientTraceId: newTraceId(),
+    viaPage: load(sessionStorage, VIA_PAGE) === true,
+  });
+  runPosted({ allSheets: fields.excelTranslateAllSheets });
+  post(action, fields);
+}
+
+/** Why nothing can be started, empty when it can. */
+function obstacle() {
+  if (!token()) return 'reason.signIn';
+  if (!isHosted()) return 'reason.host';
+  if (!choices.targetLang) return 'reason.target';
+  return choices.sourceLang === choices.targetLang ? 'reason.same' : '';
+}
+
+function drawForm() {
+  const reason = obstacle();
+  byId('start').disabled = reason !== '';
+  byId('reason').textContent = reason ? t(reason) : '';
+  byId('sign-in').hidden = token() !== '';
+  byId('form').hidden = isBusy(currentRun());
+}
+
+function draw() {
+  const run = currentRun();
+  if (run.phase === 'failed' && drawnPhase !== 'failed') onFailed(run.error.code);
+  drawForm();
+  drawRun(run, Date.now());
+  announce(run);
+  keepFocus(run);
+  drawnPhase = run.phase;
+}
+
+/** The buttons under the user's fingers vanish when a run begins or ends; its title takes the focus over. */
+function keepFocus(run) {
+  const group = (phase) => (hasEnded({ phase }) ? 'ended' : isBusy({ phase }) ? 'busy' : 'idle');
+  if (group(run.phase) === group(drawnPhase)) return;
+  if (run.phase === 'idle') byId('start').focus();
+  else byId('run-title').focus({ preventScroll: true });
+  if (run.phase !== 'idle') byId('run').scrollIntoView({ block: 'nearest' });
+}
+
+function onFailed(code) {
+  // The add-in's own requests pass by the proxies that the browser knows: the next run goes through the page.
+  if (code === 'network_error') save(sessionStorage, VIA_PAGE, true);
+  if (code === 'unauthorized') dropToken();
+}
+
+function redraw() {
+  drawLanguageFields(choices);
+  drawScopeFields(choices);
+  drawStyleFields(choices);
+  draw();
+}
+
+function changed() {
+  saveChoices(choices);
+  drawForm();
+}
+
+function cancel() {
+  post('cancel');
+  // Before its run has begun the add-in has nothing to tell about.
+  if (currentRun().phase === 'starting') step('cancelled');
+}
+
+function switchDisplay(mode) {
+  post('setExcelDisplayMode', { mode, scope: 'session' });
+  clearTimeout(displayTimer);
+  displayTimer = setTimeout(() => showToast(t('display.noAnswer'), 'warn'), DISPLAY_LIMIT_MS);
+}
+
+function cellsChanged({ ok, applied }) {
+  clearTimeout(displayTimer);
+  showToast(ok ? t('display.done', { count: applied ?? 0 }) : t('display.failed'), ok ? 'info' : 'warn');
+}
+
+const CLICKS = {
+  pause: () => {
+    post('pause');
+    pausePosted();
+  },
+  resume: () => {
+    post('resume');
+    step('resumePosted');
+  },
+  cancel,
+  dismiss: () => step('dismissed'),
+  'error-again': start,
+};
+
+function openButtons() {
+  for (const [id, act] of Object.entries(CLICKS)) byId(id).addEventListener('click', act);
+  for (const button of document.querySelectorAll('[data-display]')) {
+    button.addEventListener('click', () => switchDisplay(button.dataset.display));
+  }
+  byId('form').addEventListener('submit', (event) => {
+    event.preventDefault();
+    if (!obstacle()) start();
+  });
+}
+
+/** The pane's page and the workspace's page hand each other where they are. */
+function exportState() {
+  return { version: 1, choices, mode: scopeMode(), run: currentRun() };
+}
+
+function importState(state) {
+  if (state?.version !== 1) return;
+  Object.assign(choices, readChoices(state.choices));
+  globalThis.quorvantisSetMode(state.mode);
+  takeRun(state.run);
+  saveChoices(choices);
+  redraw();
+}
+
+/** An account that the service does not know any more is better noticed before a run than in it. */
+async function checkAccount() {
+  const asked = token();
+  if (!asked) return;
+  await fetchAccount(asked).catch((error) => {
+    if (error.status === 401 && token() === asked) dropToken();
+  });
+}
+
+openButtons();
+openRunEvents(draw);
+openScopeFields(choices, changed);
+openStyleFields(choices, changed, cellsChanged);
+onEvents({
+  quorvantisExportState: exportState,
+  quorvantisImportState: importState,
+  onExcelDisplayModeDone: cellsChanged,
+  onBatchDone: () => {},
+});
+onLanguage(redraw);
+onSession(() => {
+  drawForm();
+  void checkAccount();
+});
+await openPage();
+openLanguageFields(choices, changed);
+if (isHosted()) post('getFontList');
+void checkAccount();
+setInterval(() => {
+  if (isBusy(currentRun())) drawElapsed(currentRun(), Date.now());
+}, SECOND_MS);

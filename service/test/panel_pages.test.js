@@ -1,0 +1,224 @@
+/** The pages in a real browser: signing in, languages, account, support, and getting around. */
+import assert from 'node:assert/strict';
+import { after, before, test } from 'node:test';
+
+import { PAGE_FILES } from '../panel.js';
+import { LANGUAGES } from '../panel/assets/js/i18n.js';
+import english from '../panel/assets/js/languages/en.js';
+import { PanelBrowser } from '../testing/panel_browser.js';
+
+let panel;
+before(async () => {
+  panel = await PanelBrowser.start();
+});
+after(() => panel.close());
+
+const SESSION = "JSON.parse(localStorage.getItem('quorvantis.session'))";
+/** What the browser itself says of an answer that is a refusal. */
+const REFUSED = /^Failed to load resource/;
+
+test('who is not signed in is asked to, and comes back signed in', async () => {
+  const view = await panel.open('translate', { token: null });
+  assert.equal(await view.text('reason'), 'Sign in first.');
+  assert.ok(await view.id('start').isDisabled());
+  await view.id('sign-in').getByRole('link').click();
+  await view.ready();
+  assert.match(view.page.url(), /\/panel\/excel\/login\.html\?host=excel&pane=xl1&uiLang=en$/);
+
+  await view.id('login-button').click();
+  assert.equal(await view.text('login-error'), 'Please enter a name or an e-mail address.');
+  await view.id('who').fill('ada@example.org');
+  await view.id('who').press('Enter');
+  await view.page.waitForURL(/\/panel\/excel\?/);
+  await view.ready();
+  const { token } = await view.run(SESSION);
+  assert.match(token, /^dev-/);
+  await view.id('start').and(view.page.locator(':enabled')).waitFor();
+  assert.equal(await view.text('sign-in'), '');
+
+  // The add-in, which has no token yet, is given this one.
+  await view.posted();
+  await view.say({ action: 'accessToken', accessToken: '' });
+  assert.deepEqual(await view.posted(), [{ action: 'setAccessToken', accessToken: token }]);
+  await view.goTo('account', 'host=excel&pane=xl1&uiLang=en');
+  await view.id('account').waitFor();
+  assert.equal(await view.text('account-email'), 'ada@example.org');
+  await view.close();
+});
+
+test('a service without this kind of sign-in, and one that is away, are told apart', async () => {
+  const view = await panel.open('login', { token: null });
+  for (const [respond, words] of [
+    [(route) => route.fulfill({ status: 404, body: '{}' }), /does not offer/],
+    [(route) => route.abort(), /did not work/],
+  ]) {
+    await view.page.route('**/v1/auth/dev-token', respond);
+    await view.id('who').fill('Ada');
+    await view.id('login-button').click();
+    await view.id('login-error').getByText(words).waitFor();
+    await view.page.unroute('**/v1/auth/dev-token');
+  }
+  await view.close(REFUSED);
+});
+
+test('the add-in\'s token signs in a browser that has none', async () => {
+  const view = await panel.open('translate', { token: null });
+  assert.deepEqual((await view.posted())[0], { action: 'requestAccessToken' });
+  await view.say({ action: 'accessToken', accessToken: 'dev-from-addin' });
+  await view.id('start').and(view.page.locator(':enabled')).waitFor();
+  await view.close();
+});
+
+test('signing out holds although the pane still has its copy of the token', async () => {
+  const token = await panel.signIn();
+  const view = await panel.open('account', { token });
+  await view.id('account').waitFor();
+  assert.equal(await view.text('account-usage'), '0 of 1,000,000');
+  await view.posted();
+  await view.id('sign-out').click();
+  await view.id('signed-out').waitFor();
+  assert.deepEqual(await view.posted(), [{ action: 'clearAccessToken' }]);
+  await view.say({ action: 'accessToken', accessToken: token });
+  assert.deepEqual(await view.run(SESSION), { token: '', signedOut: true });
+  await view.page.waitForFunction(async (old) => (await fetch('/v1/account', { headers: { Authorization: `Bearer ${old}` } })).status === 401, token);
+  await view.close(REFUSED);
+});
+
+test('a token that the service has forgotten is dropped before it is needed', async () => {
+  const view = await panel.open('translate', { token: 'stranger' });
+  await view.id('sign-in').waitFor();
+  assert.ok((await view.posted()).some(({ action }) => action === 'clearAccessToken'));
+  await view.close(REFUSED);
+});
+
+test('the language changes while the page is open, and stays for the next page and a reload', async () => {
+  const view = await panel.open('translate');
+  await view.run('onError({code:"workbook_busy",message:"m"})');
+  assert.match(await view.text('error-text'), /^Another window/);
+  await view.say({ action: 'uiLangChanged', uiLang: 'de' });
+  await view.page.waitForSelector('html[lang="de"]');
+  assert.match(await view.text('error-text'), /^Ein anderes Fenster/);
+  assert.equal(await view.text('start'), 'Übersetzen');
+  assert.match(await view.id('target').innerText(), /Spanisch/);
+  assert.match(view.page.url(), /uiLang=de$/);
+  await view.page.reload();
+  await view.ready();
+  await view.page.getByRole('link', { name: 'Konto' }).click();
+  await view.page.waitForSelector('html[lang="de"]:not([data-loading])');
+  assert.equal(await view.page.title(), 'Konto · Quorvantis');
+  await view.close();
+});
+
+test('Arabic is laid out from right to left', async () => {
+  const view = await panel.open('translate', { lang: 'ar' });
+  assert.equal(await view.page.locator('html').getAttribute('dir'), 'rtl');
+  await view.run('onRunStarted({runId:1});onReady({total:4,translatable:4,runId:1})');
+  await view.run('onExcelTranslateResumeBlocked({sheetName:"B",sourceSheetName:"Q3 (final)"})');
+  const [moved, pause, cancel] = await Promise.all(['run-title', 'resume', 'cancel'].map((id) => view.id(id).boundingBox()));
+  assert.ok(pause.x > cancel.x, 'the first button is at the right');
+  assert.ok(moved.x >= 0);
+  // A name in Latin letters keeps to itself.
+  assert.match(await view.text('moved'), /\u2068Q3 \(final\)\u2069/);
+  await view.say({ action: 'uiLangChanged', uiLang: 'en' });
+  await view.page.waitForSelector('html[dir="ltr"]');
+  await view.close();
+});
+
+test('support shows the versions, and copies diagnostics without the token', async () => {
+  const view = await panel.open('support', { token: 'dev-secret' });
+  const { requestId } = await view.postedNow('clientInfoGet');
+  const data = { version: '1.4.2', hostAppName: 'Microsoft Excel', hostAppVersion: '16.0', os: 'Windows_NT x64', installId: 'i' };
+  await view.run(`QuorvantisTerminology._onResponse(${JSON.stringify({ requestId, ok: true, data })})`);
+  await view.id('versions').waitFor();
+  assert.deepEqual([await view.text('version'), await view.text('host')], ['1.4.2', 'Microsoft Excel 16.0']);
+  const diagnostics = JSON.parse(await view.id('diagnostics').inputValue());
+  assert.deepEqual(diagnostics.addin, data);
+  assert.deepEqual(diagnostics.service, { origin: panel.origin, answers: true });
+  assert.ok(!JSON.stringify(diagnostics).includes('secret'));
+  await view.page.context().grantPermissions(['clipboard-read', 'clipboard-write']);
+  await view.id('copy-contact').click();
+  await view.id('toast').getByText('Copied').waitFor();
+  assert.equal(await view.run('navigator.clipboard.readText()'), 'support@quorvantis.example');
+  await view.close();
+});
+
+test('support says when no add-in answers', async () => {
+  const view = await panel.open('support', { hosted: false });
+  await view.id('no-addin').waitFor();
+  assert.equal(JSON.parse(await view.id('diagnostics').inputValue()).addin, 'no answer');
+  await view.close();
+});
+
+test('pages to come say so under their own name, and lead back', async () => {
+  const view = await panel.open('glossary');
+  for (const name of Object.keys(PAGE_FILES).filter((page) => PAGE_FILES[page] === 'later.html')) {
+    await view.goTo(name, 'host=excel&pane=xl1&uiLang=en');
+    assert.match(await view.page.locator('main').innerText(), /not available in this version yet/, name);
+    assert.equal(await view.text('later-title'), english[`page.${name}`]);
+    assert.equal(await view.page.title(), `${english[`page.${name}`]} · Quorvantis`);
+  }
+  await view.page.getByRole('link', { name: 'Back to translation' }).click();
+  await view.page.waitForURL(/\/panel\/excel\?host=excel&pane=xl1/);
+  await view.close();
+});
+
+test('the pane opens the workspace window, and the window closes itself', async () => {
+  const pane = await panel.open('account');
+  await pane.posted();
+  await pane.id('window').click();
+  assert.deepEqual(await pane.posted(), [{ action: 'openWorkspace', page: 'account' }]);
+  await pane.run('quorvantisOnWorkspaceOpen()');
+  assert.equal(await pane.id('window').getAttribute('aria-label'), 'Show the larger window');
+  await pane.id('window').click();
+  assert.deepEqual(await pane.posted(), [{ action: 'focusWorkspace' }]);
+  await pane.run('quorvantisOnWorkspaceClosed()');
+  assert.equal(await pane.id('window').getAttribute('aria-label'), 'Open in a larger window');
+  await pane.close();
+
+  const workspace = await panel.open('translate', { query: 'surface=workspace', width: 1000 });
+  await workspace.posted();
+  await workspace.id('window').click();
+  assert.deepEqual(await workspace.posted(), [{ action: 'closeWorkspace' }]);
+  await workspace.page.getByRole('link', { name: 'Account' }).click();
+  await workspace.page.waitForURL(/surface=workspace/);
+  await workspace.close();
+});
+
+test('toasts and terminology requests of the add-in are met on every page', async () => {
+  const view = await panel.open('grammar');
+  await view.run("QuorvantisTerminology.showToast('Careful', 'warn')");
+  assert.equal(await view.text('toast'), 'Careful');
+  assert.equal(await view.id('toast').getAttribute('class'), 'toast warn');
+  await view.posted();
+  await view.say({ action: 'terminologyResolveRequest', requestId: 'term-1', glossaryIds: [], instructionId: '', corpusTexts: [] });
+  assert.equal((await view.posted())[0].requestId, 'term-1');
+  await view.close();
+});
+
+/** Elements that reach beyond the page, or whose label does not fit into them. */
+const OVERFLOWING = `[...document.querySelectorAll('body *')].filter((element) => {
+  if (!element.checkVisibility() || element.closest('.offscreen, .sample, option')) return false;
+  const { left, right } = element.getBoundingClientRect();
+  const labelled = element.matches('button, a, label, summary, legend') && getComputedStyle(element).display !== 'inline';
+  return right > innerWidth + 1 || left < -1 || (labelled && element.scrollWidth > element.clientWidth + 1);
+}).map((element) => element.id || element.tagName + ' ' + element.textContent)`;
+
+test('nothing overflows in the narrowest pane, in any language, on any page', async () => {
+  const problems = [];
+  const view = await panel.open('translate', { width: 240 });
+  for (const lang of LANGUAGES) {
+    for (const name of ['translate', 'login', 'account', 'support', 'pdf2table']) {
+      await view.goTo(name, `host=excel&pane=xl1&uiLang=${lang}`);
+      if (name === 'translate') {
+        // All there is at once.
+        await view.run("onRunStarted({runId:1});onReady({total:9000,translatable:4000,runId:1});onSheetWriteBlocked({message:'x'})");
+        await view.run("for (const element of document.querySelectorAll('main [hidden]')) element.hidden = false");
+        await view.run("document.getElementById('style').open = true");
+      }
+      const wide = await view.run(OVERFLOWING);
+      if (wide.length > 0) problems.push(`${lang} ${name}: ${wide.join(', ')}`);
+    }
+  }
+  assert.deepEqual(problems, []);
+  await view.close();
+});

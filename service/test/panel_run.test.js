@@ -1,0 +1,315 @@
+/** The translation page in a real browser, with the add-in played by the test. */
+import assert from 'node:assert/strict';
+import { after, before, test } from 'node:test';
+
+import { ERRORS } from '../panel/assets/js/errors.js';
+import english from '../panel/assets/js/languages/en.js';
+import { PanelBrowser } from '../testing/panel_browser.js';
+
+let panel;
+before(async () => {
+  panel = await PanelBrowser.start();
+});
+after(() => panel.close());
+
+const REFUSED = /^Failed to load resource/;
+
+/** A page that can start a run, with nothing posted yet. */
+async function openForm(options) {
+  const view = await panel.open('translate', options);
+  await view.page.waitForFunction(() => document.getElementById('target').value !== '');
+  await view.posted();
+  return view;
+}
+
+/** Scripts by which the add-in tells of a run with four texts, `done` of which are finished. */
+function runScript(id, done) {
+  const texts = Array.from({ length: done }, (_, index) =>
+    `onProgress({runId:${id},wordIndex:${index},total:10,translatable:4,skipped:${index === 1},original:"Q${index}",translated:"T${index}"})`);
+  return [`onRunStarted({runId:${id}})`, `onReady({total:10,translatable:4,runId:${id}})`, ...texts].join(';');
+}
+
+test('Start posts exactly what was chosen, and the choice is there the next time', async () => {
+  const view = await openForm({ query: 'mode=full' });
+  await view.say({ action: 'fontList', fonts: ['Arial', '微软雅黑'] });
+  await view.id('source').selectOption('en');
+  await view.id('target').selectOption('es');
+  await view.id('swap').click();
+  await view.id('all-sheets').check();
+  await view.page.getByText('Text style of the translation').click();
+  await view.id('font').selectOption('微软雅黑');
+  await view.id('font-size').fill('9.5');
+  await view.id('bold').check();
+  await view.id('start').click();
+  const [{ clientTraceId, ...message }, ...more] = await view.posted();
+  assert.deepEqual(more, []);
+  assert.match(clientTraceId, /^[0-9a-f]{32}$/);
+  assert.deepEqual(message, {
+    action: 'start', accessToken: 'dev-ada', sourceLang: 'es', targetLang: 'en', panelMode: 'full', panelIsRestart: false,
+    panelScriptRev: '1', excelTranslateAllSheets: true, excelBilingualBelow: true, nativeTranslateViaJs: false,
+    targetFont: '微软雅黑', targetFontSize: 9.5, targetFontBold: true,
+  });
+  assert.equal(await view.text('run-title'), 'Starting…');
+  await view.page.reload();
+  await view.page.waitForFunction(() => document.getElementById('target').value === 'en');
+  assert.equal(await view.id('source').inputValue(), 'es');
+  assert.equal(await view.id('font').inputValue(), '微软雅黑');
+  await view.close();
+});
+
+test('a selection is previewed, and started without sheets and style when its layout has none', async () => {
+  const view = await panel.open('translate', { query: 'mode=selection' });
+  await view.postedNow('requestSelectionPreview');
+  await view.run('onSelectionPreview({fragments:12,chars:3400,rangeAddress:"$B$2:$D$10",translatedCellsOnSheet:0,translatedCellsInSelection:0})');
+  assert.equal(await view.text('preview'), 'B2:D10 · texts: 12 · characters: 3,400');
+  await view.run('onSelectionPreview({error:"无法读取选区"})');
+  assert.equal(await view.text('preview'), 'The selection cannot be read.');
+  await view.page.getByLabel('In its place').check();
+  assert.equal(await view.text('style'), '');
+  await view.id('start').click();
+  const { action, panelMode, excelBilingualBelow, excelTranslateAllSheets } = await view.postedNow('startSelection');
+  assert.deepEqual([action, panelMode, excelBilingualBelow, excelTranslateAllSheets], ['startSelection', 'selection', false, false]);
+  await view.close();
+});
+
+test('the ribbon changes the mode of an open page by message and by script', async () => {
+  const view = await openForm();
+  await view.say({ action: 'setMode', mode: 'selection' });
+  assert.equal(await view.page.locator('input[name="scope"]:checked').inputValue(), 'selection');
+  await view.run("quorvantisSetMode('full')");
+  assert.equal(await view.page.locator('input[name="scope"]:checked').inputValue(), 'full');
+  await view.close();
+});
+
+test('reading, progress and completion are shown as they come', async () => {
+  const view = await openForm();
+  await view.run('onRunStarted({runId:1});onScanProgress({runId:1,current:16,total:64})');
+  assert.deepEqual([await view.text('run-title'), await view.text('run-count')], ['Reading cells…', 'Row 16 of 64']);
+  assert.equal(await view.text('form'), '');
+  await view.run(runScript(1, 3));
+  assert.deepEqual([await view.text('run-title'), await view.text('run-count'), await view.text('run-percent')], ['Translating…', 'Cells: 3 of 4', '75%']);
+  assert.deepEqual([await view.text('run-original'), await view.text('run-translated')], ['Q2', 'T2']);
+  assert.equal(await view.id('run-bar').evaluate((bar) => bar.value), 0.75);
+  assert.match(await view.id('announcer').innerText(), /70%/);
+  await view.run('onSheetWriteBlocked({message:"目标单元格已锁定，无法写入译文。请解锁单元格或撤销工作表保护后重试。"})');
+  await view.run('onComplete({runId:1,total:10,elapsed:83000,allSheets:false})');
+  assert.equal(await view.text('run-title'), 'Translation finished');
+  assert.deepEqual((await view.text('summary')).split(/\n+/), [
+    'Translated', '3', 'Skipped: nothing to translate', '1', 'Skipped: numbers, formulas, empty cells', '6', 'Time', '1:23',
+  ]);
+  assert.match(await view.text('unwritten'), /A target cell is locked/);
+  await view.id('dismiss').click();
+  assert.equal(await view.text('run'), '');
+  await view.close();
+});
+
+test('pause, resume and cancel are posted, and the page follows the add-in', async () => {
+  const view = await openForm();
+  await view.run(runScript(1, 1));
+  await view.id('pause').click();
+  assert.equal(await view.text('run-title'), 'Paused');
+  await view.id('resume').click();
+  assert.deepEqual(await view.posted(), [{ action: 'pause' }, { action: 'resume' }]);
+  await view.run('onExcelTranslateResumeBlocked({sheetName:"B",sourceSheetName:"A"})');
+  assert.deepEqual([await view.text('run-title'), await view.text('moved')], ['Paused', 'Go back to the sheet “A”, then resume.']);
+  await view.run('onExcelTranslateResumed({reason:"manual"})');
+  assert.equal(await view.text('moved'), '');
+  await view.run('onExcelActiveSheetChanged({sheetName:"B"})');
+  assert.equal(await view.text('run-title'), 'Paused');
+  await view.id('cancel').click();
+  assert.deepEqual(await view.posted(), [{ action: 'cancel' }]);
+  assert.equal(await view.text('run-title'), 'Paused');
+  await view.run('onCancelled()');
+  assert.equal(await view.text('run-title'), 'Translation cancelled');
+  assert.match(await view.text('summary'), /Not translated\s+3/);
+  await view.close();
+});
+
+test('a start that nothing answers can be taken back', async () => {
+  const view = await openForm();
+  await view.id('start').click();
+  await view.id('cancel').click();
+  assert.deepEqual((await view.posted()).map(({ action }) => action), ['start', 'cancel']);
+  assert.equal(await view.text('run-title'), 'Translation cancelled');
+  await view.close();
+});
+
+test('every error code is explained, with the remedy that fits', async () => {
+  const view = await openForm();
+  const remedies = { signIn: 'error-sign-in', account: 'error-account', tryAgain: 'error-again' };
+  let runId = 0;
+  for (const [code, { text, remedy }] of Object.entries(ERRORS)) {
+    await view.run(`onRunStarted({runId:${++runId}});onError({code:"${code}",message:"中文",runId:${runId}})`);
+    assert.equal(await view.text('error-text'), english[text], code);
+    assert.equal(await view.text('error-detail'), '', code);
+    for (const [name, id] of Object.entries(remedies)) assert.equal(await view.id(id).isVisible(), name === remedy, `${code} ${name}`);
+  }
+  await view.run(`onRunStarted({runId:99});onError({message:"Strange",runId:99})`);
+  assert.deepEqual([await view.text('error-text'), await view.text('error-detail')], [english['error.unknown'], 'Strange']);
+  await view.close();
+});
+
+test('an expired sign-in leads to the sign-in page', async () => {
+  const view = await openForm();
+  await view.run('onError({code:"unauthorized",message:"登录已失效，请重新登录"})');
+  assert.ok(await view.id('start').isDisabled());
+  await view.id('error-sign-in').click();
+  await view.page.waitForURL(/login\.html/);
+  await view.close();
+});
+
+test('after a network error the next try goes through the page', async () => {
+  const view = await openForm();
+  await view.run('onError({code:"network_error",message:"HTTP request failed"})');
+  await view.id('error-again').click();
+  assert.equal((await view.postedNow('start')).nativeTranslateViaJs, true);
+  await view.close();
+});
+
+const BATCH = {
+  action: 'translateBatchRequest', requestId: 'tr-1-1', runId: 1, batchSeq: 1, texts: ['one', 'two'], sourceLang: 'en', targetLang: 'es',
+  usageKind: 'translate_full', clientProduct: 'excel', glossary: [], instruction: '', trace: { clientTraceId: 't', runId: '1' },
+};
+
+test('batches are translated through the page, on every page of the pane', async () => {
+  for (const name of ['translate', 'support']) {
+    const view = await panel.open(name);
+    await view.say(BATCH);
+    assert.deepEqual(await view.postedNow('translateBatchResult'), {
+      action: 'translateBatchResult', requestId: 'tr-1-1', ok: true, translations: ['ES:one', 'ES:two'],
+    });
+    await view.close();
+  }
+  const workspace = await panel.open('translate', { query: 'surface=workspace' });
+  await workspace.say(BATCH);
+  await workspace.page.evaluate(() => fetch('/v1/languages'));
+  assert.ok((await workspace.posted()).every(({ action }) => action !== 'translateBatchResult'), 'the pane answers for both');
+  await workspace.close();
+});
+
+test('a batch that the service refuses comes back with its code', async () => {
+  const view = await panel.open('translate', { token: 'dev-broke' });
+  await view.say(BATCH);
+  assert.deepEqual(await view.postedNow('translateBatchResult'), {
+    action: 'translateBatchResult', requestId: 'tr-1-1', ok: false, code: 'insufficient_credits', message: 'insufficient_credits',
+  });
+  await view.close(REFUSED);
+});
+
+test('an aborted run is not answered, and its requests end', async () => {
+  const view = await panel.open('translate');
+  let stalled;
+  const reached = new Promise((resolve) => { stalled = resolve; });
+  await view.page.route('**/v1/translate', () => stalled());
+  const ended = view.page.waitForEvent('requestfailed', (request) => request.url().endsWith('/v1/translate'));
+  await view.say(BATCH);
+  await reached;
+  await view.posted();
+  await view.say({ action: 'translateAbortForRun', runId: 1 });
+  await ended;
+  assert.deepEqual(await view.posted(), []);
+  await view.close(REFUSED);
+});
+
+test('a reload in the middle of a run goes on counting', async () => {
+  const view = await openForm();
+  await view.run(runScript(5, 3));
+  await view.page.reload();
+  await view.ready();
+  await view.run('onRunStarted({runId:5});onReady({total:10,translatable:4,runId:5})');
+  assert.equal(await view.text('run-count'), 'Cells: 3 of 4');
+  await view.run('onComplete({runId:5,total:10,elapsed:1000,allSheets:false})');
+  assert.match(await view.text('summary'), /Translated\s+3\s+Skipped: nothing to translate\s+1/);
+  await view.close();
+});
+
+test('the workspace takes over choices and run, and the pane takes them back', async () => {
+  const pane = await openForm();
+  await pane.id('source').selectOption('fr');
+  await pane.say({ action: 'setMode', mode: 'selection' });
+  await pane.run(runScript(2, 2));
+  const state = await pane.run('quorvantisExportState()');
+  const workspace = await openForm({ query: 'surface=workspace', width: 1000 });
+  await workspace.run(`quorvantisImportState(${JSON.stringify(state)})`);
+  assert.equal(await workspace.text('run-count'), 'Cells: 2 of 4');
+  assert.equal(await workspace.id('source').inputValue(), 'fr');
+  assert.deepEqual(await workspace.run('quorvantisExportState()'), state);
+  for (const nonsense of [null, 7, {}, { version: 1, run: { phase: 'x' }, choices: 3 }]) {
+    await workspace.run(`quorvantisImportState(${JSON.stringify(nonsense)})`);
+  }
+  assert.equal(await workspace.text('run-count'), 'Cells: 2 of 4');
+  await pane.close();
+  await workspace.close();
+});
+
+test('a pause in one window shows in the other one of the same pane only', async () => {
+  const view = await openForm();
+  await view.run(runScript(1, 1));
+  for (const [pane, expected] of [['xl2', 'Translating…'], ['xl1', 'Paused']]) {
+    await view.page.evaluate((key) => new BroadcastChannel(`quorvantis excel ${key}`).postMessage({ pausedRun: 1 }), pane);
+    await view.page.evaluate(() => new Promise((resolve) => setTimeout(resolve)));
+    if (expected === 'Paused') await view.id('resume').waitFor();
+    assert.equal(await view.text('run-title'), expected, pane);
+  }
+  await view.close();
+});
+
+test('after a run the sheet\'s display and style can be changed', async () => {
+  const view = await openForm();
+  await view.run(`${runScript(1, 4)};onComplete({runId:1,total:10,elapsed:1,allSheets:false})`);
+  await view.page.getByRole('button', { name: 'Original' }).click();
+  assert.deepEqual(await view.posted(), [{ action: 'setExcelDisplayMode', mode: 'original', scope: 'session' }]);
+  await view.run('onExcelDisplayModeDone({ok:true,mode:"original",applied:3,failed:0,message:""})');
+  assert.equal(await view.text('toast'), 'Cells changed: 3');
+  await view.run('onExcelDisplayModeDone({ok:false,mode:"original",applied:0,failed:3,message:"没有可还原的单元格"})');
+  assert.match(await view.text('toast'), /could not be changed/);
+  await view.page.getByText('Text style of the translation').click();
+  await view.id('bold').check();
+  await view.id('apply-style').click();
+  assert.deepEqual(await view.posted(), [{ action: 'setTargetStyle', targetFontBold: true }]);
+  await view.close();
+});
+
+test('languages that cannot be loaded are asked for again', async () => {
+  const view = await panel.open('translate', { hosted: true, token: 'dev-ada' });
+  await view.page.route('**/v1/languages', (route) => route.abort());
+  await view.page.reload();
+  await view.id('languages-failed').waitFor();
+  await view.page.unroute('**/v1/languages');
+  await view.page.route('**/v1/languages', (route) => route.fulfill({ json: { pairs: [['en', 'es'], ['es', 'en']] } }));
+  await view.id('languages-again').click();
+  await view.id('languages-failed').waitFor({ state: 'hidden' });
+  assert.deepEqual(await view.id('source').locator('option').allInnerTexts(), ['Detect language', 'English', 'Spanish']);
+  await view.close(REFUSED);
+});
+
+test('a browser without the add-in cannot start, and is told why', async () => {
+  const view = await panel.open('translate', { hosted: false });
+  await view.id('reason').getByText('Open this page from your spreadsheet program.').waitFor();
+  assert.ok(await view.id('start').isDisabled());
+  await view.close();
+});
+
+test('everything is reached and worked by the keyboard alone', async () => {
+  const view = await openForm();
+  const names = [];
+  for (let i = 0; i < 11; i++) {
+    await view.page.keyboard.press('Tab');
+    names.push(await view.run('(document.activeElement.id || document.activeElement.name || document.activeElement.textContent).trim()'));
+    const outline = await view.run(`getComputedStyle(document.activeElement.closest('.segments label') ?? document.activeElement).outlineStyle`);
+    assert.equal(outline, 'solid', names.at(-1));
+  }
+  assert.deepEqual(names, ['Translate', 'Account', 'Support', 'window', 'source', 'target', 'scope', 'all-sheets', 'layout', 'Text style of the translation', 'start']);
+
+  await view.id('start').focus();
+  await view.page.keyboard.press('Enter');
+  await view.postedNow('start');
+  assert.equal(await view.run('document.activeElement.id'), 'run-title');
+  await view.run(runScript(1, 1));
+  await view.page.keyboard.press('Tab');
+  await view.page.keyboard.press('Space');
+  assert.equal((await view.postedNow('pause')).action, 'pause');
+  await view.run('onCancelled()');
+  assert.equal(await view.run('document.activeElement.id'), 'run-title');
+  await view.close();
+});
