@@ -59,7 +59,7 @@ class TaskPanes : public AddinTest {
     EXPECT_EQ(NewestTaskPane().get_Width(&width), S_OK);
     return width;
   }
-  void Drag(int points) { pane_.frame->SetClientSize({Pixels(points), 600}); }
+  void Drag(int points) { EXPECT_TRUE(pane_.frame->DragWidthPt(points)); }
 
   StoredWidth storedWidth_;
   std::shared_ptr<devhost::memory::Workbook> book_;
