@@ -59,10 +59,11 @@ void AddinSession::AskForRibbon() {
   const Bstr id(L"Microsoft.Excel.Workbook");
   Bstr xml;
   if (FAILED(log_.Add("GetCustomUI", ribbon->GetCustomUI(id.Get(), xml.Put())))) return;
+  ribbonXml_ = xml.View();
   // The callbacks are found through this very interface, which need not be the object's main one.
   ComPtr<IDispatch> callbacks;
   if (SUCCEEDED(log_.Add("ribbon IDispatch", ribbon.As(&callbacks))))
-    ribbon_ = std::make_unique<Ribbon>(callbacks, xml.View(), log_);
+    ribbon_ = std::make_unique<Ribbon>(callbacks, ribbonXml_, log_);
 }
 
 void AddinSession::BeginShutdown() {

@@ -31,6 +31,8 @@ class AddinSession {
   ~AddinSession();
 
   [[nodiscard]] IDTExtensibility2* Addin() const { return addin_.Get(); }
+  /// The ribbon's XML, or empty when the add-in has none.
+  [[nodiscard]] const std::wstring& RibbonXml() const { return ribbonXml_; }
   /// The add-in's ribbon; null when it has none or after `Disconnect`.
   [[nodiscard]] Ribbon* TheRibbon() const { return ribbon_.get(); }
 
@@ -51,6 +53,7 @@ class AddinSession {
   CallLog& log_;
   ComPtr<IDTExtensibility2> addin_;
   ComPtr<AddinInstance> instance_;
+  std::wstring ribbonXml_;
   std::unique_ptr<Ribbon> ribbon_;
   bool isShuttingDown_ = false;
 };

@@ -31,12 +31,14 @@ DocumentWindow::DocumentWindow(const DocumentSurroundings& surroundings, int id)
                             area.bottom, frame, nullptr, windowClass.hInstance, nullptr);
   if (window_ == nullptr) throw std::runtime_error("the document window cannot be created");
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  if (surroundings.isShown && id != 0) grid_ = GridView::Create(window_, surroundings.engine, id);
   UpdateRibbon();
 }
 
 DocumentWindow::~DocumentWindow() {
   ClosePanes();
   ribbonBar_.reset();
+  grid_.reset();
   SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
   DestroyWindow(window_);
 }
@@ -84,6 +86,7 @@ void DocumentWindow::LayOut() {
     MoveWindow(window, area.left, area.top, area.right - area.left, area.bottom - area.top, TRUE);
   };
   if (ribbonBar_) place(ribbonBar_->Window(), layout.ribbon);
+  if (grid_) place(grid_->Window(), layout.grid);
   // A copy: placing runs code of the panes' controls.
   const auto panes = panes_;
   for (std::size_t i = 0; i < panes.size(); ++i) {
@@ -106,7 +109,9 @@ void DocumentWindow::UpdateRibbon() {
   }
 }
 
-void DocumentWindow::RefreshGrid() {}
+void DocumentWindow::RefreshGrid() {
+  if (grid_) grid_->Refresh();
+}
 
 void DocumentWindow::Paint() {
   // Nothing of it is seen once every part is there; the window without a document has an empty middle.

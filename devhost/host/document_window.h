@@ -9,6 +9,7 @@
 
 #include "engines/engine.h"
 #include "host/document_layout.h"
+#include "host/grid_view.h"
 #include "host/ribbon_bar.h"
 
 namespace qv::devhost {
@@ -72,6 +73,7 @@ class DocumentWindow {
   HWND window_ = nullptr;
   std::wstring caption_;
   std::unique_ptr<RibbonBar> ribbonBar_;
+  std::unique_ptr<GridView> grid_;
   std::vector<PaneFrame*> panes_;
 };
 
