@@ -98,14 +98,6 @@ int Centered(LONG from, LONG to, int length, LONG least, LONG limit) {
 
 }  // namespace
 
-DisabledWindow::DisabledWindow(HWND window) : window_(window) {
-  if (window_ != nullptr && EnableWindow(window_, FALSE)) window_ = nullptr;
-}
-
-void DisabledWindow::Enable() {
-  if (const HWND window = std::exchange(window_, nullptr)) EnableWindow(window, TRUE);
-}
-
 void UiLanguageWindow::RunModal(HWND owner) {
   if (g_open != nullptr) {
     SetActiveWindow(g_open);

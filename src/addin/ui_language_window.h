@@ -6,25 +6,11 @@
 #include <optional>
 #include <utility>
 
+#include "addin/disabled_window.h"
 #include "addin/ui_language_dialog_layout.h"
 #include "foundation/unique_gdi.h"
 
 namespace qv {
-
-/// A window that takes no input while this lives, if it took any before. Null for none.
-class DisabledWindow {
- public:
-  explicit DisabledWindow(HWND window);
-  DisabledWindow(const DisabledWindow&) = delete;
-  DisabledWindow& operator=(const DisabledWindow&) = delete;
-  ~DisabledWindow() { Enable(); }
-
-  /// Ends it early. Repeated calls do nothing.
-  void Enable();
-
- private:
-  HWND window_;
-};
 
 /// The window of the language dialog: shows the languages, runs until the user has chosen. UI thread.
 class UiLanguageWindow {
