@@ -58,12 +58,15 @@ export class PanelBrowser {
    * @param {object} [options]
    * @param {string} [options.query] more parameters of the address, such as "mode=selection"
    * @param {string} [options.lang] of the page
+   * @param {string} [options.pane] that the add-in says it is
    * @param {string | null} [options.token] that is in the browser's storage already; none with null
    * @param {boolean} [options.hosted] an add-in shows the page
    * @param {number} [options.width] @param {number} [options.height] @param {'light' | 'dark'} [options.scheme]
    * @returns {Promise<PanelPage>}
    */
-  async open(name, { query = '', lang = 'en', token = 'dev-ada', hosted = true, width = 320, height = 720, scheme = 'light' } = {}) {
+  async open(name, {
+    query = '', lang = 'en', pane = 'xl1', token = 'dev-ada', hosted = true, width = 320, height = 720, scheme = 'light',
+  } = {}) {
     const context = await this.browser.newContext({
       viewport: { width, height }, colorScheme: scheme, reducedMotion: 'reduce',
     });
@@ -77,7 +80,7 @@ export class PanelBrowser {
       }, token);
     }
     const page = new PanelPage(await context.newPage(), this.origin);
-    await page.goTo(name, `host=excel&pane=xl1${query && `&${query}`}&uiLang=${lang}`);
+    await page.goTo(name, `host=excel&pane=${pane}${query && `&${query}`}&uiLang=${lang}`);
     return page;
   }
 }
