@@ -64,11 +64,23 @@ export class PanelBrowser {
    * @param {number} [options.width] @param {number} [options.height] @param {'light' | 'dark'} [options.scheme]
    * @returns {Promise<PanelPage>}
    */
-  async open(name, {
-    query = '', lang = 'en', pane = 'xl1', token = 'dev-ada', hosted = true, width = 320, height = 720, scheme = 'light',
-  } = {}) {
+  async open(
+    name,
+    {
+      query = '',
+      lang = 'en',
+      pane = 'xl1',
+      token = 'dev-ada',
+      hosted = true,
+      width = 320,
+      height = 720,
+      scheme = 'light',
+    } = {},
+  ) {
     const context = await this.browser.newContext({
-      viewport: { width, height }, colorScheme: scheme, reducedMotion: 'reduce',
+      viewport: { width, height },
+      colorScheme: scheme,
+      reducedMotion: 'reduce',
     });
     context.setDefaultTimeout(WAIT_MS);
     if (hosted) await context.addInitScript(playAddin);
@@ -133,19 +145,28 @@ export class PanelPage {
   /** @returns {Promise<object[]>} what the page has posted since the last call, the log lines left out */
   async posted() {
     const texts = await this.page.evaluate(() => window.posted.splice(0));
-    assert.ok(texts.every((text) => typeof text === 'string'), 'messages are posted as strings');
+    assert.ok(
+      texts.every((text) => typeof text === 'string'),
+      'messages are posted as strings',
+    );
     return texts.map((text) => JSON.parse(text)).filter(({ action }) => action !== 'trace');
   }
 
   /** Waits until something was posted, and takes it. */
   async postedNow(action) {
-    await this.page.waitForFunction((name) => window.posted.some((text) => text.includes(`"action":"${name}"`)), action);
+    await this.page.waitForFunction(
+      (name) => window.posted.some((text) => text.includes(`"action":"${name}"`)),
+      action,
+    );
     return (await this.posted()).find((message) => message.action === action);
   }
 
   /** Closes the page, in which nothing may have gone wrong but what `expected` fits. */
   async close(expected = /^$/) {
     await this.page.context().close();
-    assert.deepEqual(this.problems.filter((text) => !expected.test(text)), []);
+    assert.deepEqual(
+      this.problems.filter((text) => !expected.test(text)),
+      [],
+    );
   }
 }
