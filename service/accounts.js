@@ -82,7 +82,11 @@ function forgetOldest(kept) {
 function readText(body, name) {
   const value = body?.[name] ?? '';
   if (typeof value !== 'string' || value.length > MAX_NAME_LENGTH || /\p{Cc}/u.test(value)) {
-    throw new ServiceError(400, 'bad_request', `"${name}" must be a text of one line, ${MAX_NAME_LENGTH} characters at most`);
+    throw new ServiceError(
+      400,
+      'bad_request',
+      `"${name}" must be a text of one line, ${MAX_NAME_LENGTH} characters at most`,
+    );
   }
   return value.trim();
 }

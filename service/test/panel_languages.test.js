@@ -39,22 +39,40 @@ for (const code of LANGUAGES) {
 
 test('every text that pages ask for exists, and none is left over', () => {
   const read = (folder) =>
-    readdirSync(new URL(folder, PANEL)).filter((file) => /\.(js|html)$/.test(file))
-      .map((file) => readFileSync(new URL(folder + file, PANEL), 'utf8')).join('\n');
+    readdirSync(new URL(folder, PANEL))
+      .filter((file) => /\.(js|html)$/.test(file))
+      .map((file) => readFileSync(new URL(folder + file, PANEL), 'utf8'))
+      .join('\n');
   const code = read('assets/js/') + read('pages/');
   const areas = new Set(Object.keys(english).map((key) => key.split('.')[0]));
-  const asked = new Set([...code.matchAll(/['"]([a-z]+\.[A-Za-z0-9]+)['"]/g)].map(([, key]) => key)
-    .filter((key) => areas.has(key.split('.')[0]) && key !== 'page.open'));
+  const asked = new Set(
+    [...code.matchAll(/['"]([a-z]+\.[A-Za-z0-9]+)['"]/g)]
+      .map(([, key]) => key)
+      .filter((key) => areas.has(key.split('.')[0]) && key !== 'page.open'),
+  );
   for (const key of asked) assert.ok(Object.hasOwn(english, key), key);
   // These are put together from a page's name or a row of the error table.
   const built = /^(page|nav|error)\./;
-  assert.deepEqual(Object.keys(english).filter((key) => !built.test(key) && !asked.has(key)), []);
+  assert.deepEqual(
+    Object.keys(english).filter((key) => !built.test(key) && !asked.has(key)),
+    [],
+  );
 });
 
 test('codes find the closest language', () => {
   const cases = {
-    de: 'de', 'DE-at': 'de', 'zh-cn': 'zh-CN', zh: 'zh-CN', 'zh-Hant-HK': 'zh-TW', 'zh-TW': 'zh-TW', 'zh-MO': 'zh-TW',
-    'zh-SG': 'zh-CN', pt: 'en', '': 'en', 'ar-EG': 'ar', constructor: 'en',
+    de: 'de',
+    'DE-at': 'de',
+    'zh-cn': 'zh-CN',
+    zh: 'zh-CN',
+    'zh-Hant-HK': 'zh-TW',
+    'zh-TW': 'zh-TW',
+    'zh-MO': 'zh-TW',
+    'zh-SG': 'zh-CN',
+    pt: 'en',
+    '': 'en',
+    'ar-EG': 'ar',
+    constructor: 'en',
   };
   for (const [code, expected] of Object.entries(cases)) assert.equal(closestLanguage(code), expected, code);
   assert.equal(closestLanguage(null), 'en');

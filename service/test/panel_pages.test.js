@@ -61,7 +61,7 @@ test('a service without this kind of sign-in, and one that is away, are told apa
   await view.close(REFUSED);
 });
 
-test('the add-in\'s token signs in a browser that has none', async () => {
+test("the add-in's token signs in a browser that has none", async () => {
   const view = await panel.open('translate', { token: null });
   assert.deepEqual((await view.posted())[0], { action: 'requestAccessToken' });
   await view.say({ action: 'accessToken', accessToken: 'dev-from-addin' });
@@ -78,9 +78,14 @@ test('signing out holds although the pane still has its copy of the token', asyn
   await view.id('sign-out').click();
   await view.id('signed-out').waitFor();
   assert.deepEqual(await view.posted(), [{ action: 'clearAccessToken' }]);
+  // The service has signed it out; even one that had not would not bring the user back.
+  await view.page.waitForFunction(
+    async (old) => (await fetch('/v1/account', { headers: { Authorization: `Bearer ${old}` } })).status === 401,
+    token,
+  );
+  await view.page.route('**/v1/account', (route) => route.fulfill({ json: {} }));
   await view.say({ action: 'accessToken', accessToken: token });
   assert.deepEqual(await view.run(SESSION), { token: '', signedOut: true });
-  await view.page.waitForFunction(async (old) => (await fetch('/v1/account', { headers: { Authorization: `Bearer ${old}` } })).status === 401, token);
   await view.close(REFUSED);
 });
 
@@ -114,7 +119,9 @@ test('Arabic is laid out from right to left', async () => {
   assert.equal(await view.page.locator('html').getAttribute('dir'), 'rtl');
   await view.run('onRunStarted({runId:1});onReady({total:4,translatable:4,runId:1})');
   await view.run('onExcelTranslateResumeBlocked({sheetName:"B",sourceSheetName:"Q3 (final)"})');
-  const [moved, pause, cancel] = await Promise.all(['run-title', 'resume', 'cancel'].map((id) => view.id(id).boundingBox()));
+  const [moved, pause, cancel] = await Promise.all(
+    ['run-title', 'resume', 'cancel'].map((id) => view.id(id).boundingBox()),
+  );
   assert.ok(pause.x > cancel.x, 'the first button is at the right');
   assert.ok(moved.x >= 0);
   // A name in Latin letters keeps to itself.
@@ -127,7 +134,13 @@ test('Arabic is laid out from right to left', async () => {
 test('support shows the versions, and copies diagnostics without the token', async () => {
   const view = await panel.open('support', { token: 'dev-secret' });
   const { requestId } = await view.postedNow('clientInfoGet');
-  const data = { version: '1.4.2', hostAppName: 'Microsoft Excel', hostAppVersion: '16.0', os: 'Windows_NT x64', installId: 'i' };
+  const data = {
+    version: '1.4.2',
+    hostAppName: 'Microsoft Excel',
+    hostAppVersion: '16.0',
+    os: 'Windows_NT x64',
+    installId: 'i',
+  };
   await view.run(`QuorvantisTerminology._onResponse(${JSON.stringify({ requestId, ok: true, data })})`);
   await view.id('versions').waitFor();
   assert.deepEqual([await view.text('version'), await view.text('host')], ['1.4.2', 'Microsoft Excel 16.0']);
@@ -190,7 +203,13 @@ test('toasts and terminology requests of the add-in are met on every page', asyn
   assert.equal(await view.text('toast'), 'Careful');
   assert.equal(await view.id('toast').getAttribute('class'), 'toast warn');
   await view.posted();
-  await view.say({ action: 'terminologyResolveRequest', requestId: 'term-1', glossaryIds: [], instructionId: '', corpusTexts: [] });
+  await view.say({
+    action: 'terminologyResolveRequest',
+    requestId: 'term-1',
+    glossaryIds: [],
+    instructionId: '',
+    corpusTexts: [],
+  });
   assert.equal((await view.posted())[0].requestId, 'term-1');
   await view.close();
 });
@@ -199,7 +218,8 @@ test('toasts and terminology requests of the add-in are met on every page', asyn
 const OVERFLOWING = `[...document.querySelectorAll('body *')].filter((element) => {
   if (!element.checkVisibility() || element.closest('.offscreen, .sample, option')) return false;
   const { left, right } = element.getBoundingClientRect();
-  const labelled = element.matches('button, a, label, summary, legend') && getComputedStyle(element).display !== 'inline';
+  const labelled =
+    element.matches('button, a, label, summary, legend') && getComputedStyle(element).display !== 'inline';
   return right > innerWidth + 1 || left < -1 || (labelled && element.scrollWidth > element.clientWidth + 1);
 }).map((element) => element.id || element.tagName + ' ' + element.textContent)`;
 
@@ -211,7 +231,9 @@ test('nothing overflows in the narrowest pane, in any language, on any page', as
       await view.goTo(name, `host=excel&pane=xl1&uiLang=${lang}`);
       if (name === 'translate') {
         // All there is at once.
-        await view.run("onRunStarted({runId:1});onReady({total:9000,translatable:4000,runId:1});onSheetWriteBlocked({message:'x'})");
+        await view.run(
+          "onRunStarted({runId:1});onReady({total:9000,translatable:4000,runId:1});onSheetWriteBlocked({message:'x'})",
+        );
         await view.run("for (const element of document.querySelectorAll('main [hidden]')) element.hidden = false");
         await view.run("document.getElementById('style').open = true");
       }

@@ -12,8 +12,18 @@ const get = (url, headers = {}) => app.inject({ url, headers });
 
 /** The pages that the add-in knows by name. */
 const NAMES = [
-  'account', 'login', 'glossary', 'instruction', 'quicktranslate', 'grammar', 'chat', 'agents', 'support',
-  'imagetranslate', 'imagetotable', 'pdf2table',
+  'account',
+  'login',
+  'glossary',
+  'instruction',
+  'quicktranslate',
+  'grammar',
+  'chat',
+  'agents',
+  'support',
+  'imagetranslate',
+  'imagetotable',
+  'pdf2table',
 ];
 
 test('every page of the add-in is there, whatever its query', async () => {
@@ -28,7 +38,15 @@ test('every page of the add-in is there, whatever its query', async () => {
 });
 
 test('nothing beside the pages and their assets is served', async () => {
-  const urls = ['/word', '/nothing.html', '/later.html', '/assets/', '/assets/../pages/login.html', '/assets/%2e%2e/%2e%2e/app.js', '/assets/js/none.js'];
+  const urls = [
+    '/word',
+    '/nothing.html',
+    '/later.html',
+    '/assets/',
+    '/assets/../pages/login.html',
+    '/assets/%2e%2e/%2e%2e/app.js',
+    '/assets/js/none.js',
+  ];
   for (const url of urls) assert.notEqual((await get(`/panel/excel${url}`)).statusCode, 200, url);
 });
 
@@ -58,6 +76,7 @@ test('no page holds a script or a style of its own, or loads what is not there',
   for (const file of readdirSync(folder)) {
     const html = readFileSync(new URL(file, folder), 'utf8');
     assert.doesNotMatch(html, /<style|\sstyle=|\son\w+=|<script(?![^>]*\ssrc=)/i, file);
-    for (const [, url] of html.matchAll(/(?:src|href)="([^"]+)"/g)) assert.equal((await get(url)).statusCode, 200, `${file} ${url}`);
+    for (const [, url] of html.matchAll(/(?:src|href)="([^"]+)"/g))
+      assert.equal((await get(url)).statusCode, 200, `${file} ${url}`);
   }
 });

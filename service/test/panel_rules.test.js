@@ -14,10 +14,15 @@ import { readAnswer, requestBody } from '../panel/assets/js/translate_request.js
 function runAfter(...steps) {
   return steps.reduce((run, [step, message], index) => advance(run, step, message, 1000 * (index + 1)), noRun());
 }
-const STARTED = [['startPosted', { allSheets: false, sheet: '' }], ['runStarted', { runId: 3 }]];
+const STARTED = [
+  ['startPosted', { allSheets: false, sheet: '' }],
+  ['runStarted', { runId: 3 }],
+];
 const READY = [...STARTED, ['ready', { runId: 3, total: 10, translatable: 4 }]];
-const progress = (wordIndex, skipped = false, runId = 3) =>
-  ['progressed', { runId, wordIndex, total: 10, translatable: 4, skipped, original: 'a', translated: 'b' }];
+const progress = (wordIndex, skipped = false, runId = 3) => [
+  'progressed',
+  { runId, wordIndex, total: 10, translatable: 4, skipped, original: 'a', translated: 'b' },
+];
 
 test('a run goes from start to completion and counts on the way', () => {
   assert.equal(runAfter(STARTED[0]).phase, 'starting');
@@ -38,7 +43,11 @@ test('what an earlier run still says is not taken for the new one', () => {
 });
 
 test('a page that was opened during a run shows where it is', () => {
-  const run = runAfter(['runStarted', { runId: 7 }], ['ready', { runId: 7, total: 10, translatable: 4 }], progress(2, false, 7));
+  const run = runAfter(
+    ['runStarted', { runId: 7 }],
+    ['ready', { runId: 7, total: 10, translatable: 4 }],
+    progress(2, false, 7),
+  );
   assert.deepEqual([run.phase, run.done], ['translating', 3]);
 });
 
@@ -46,7 +55,10 @@ test('a refused start ends at once, with or without a run id', () => {
   const refused = runAfter(STARTED[0], ['failed', { code: 'workbook_busy', message: 'm' }]);
   assert.deepEqual([refused.phase, refused.error], ['failed', { code: 'workbook_busy', message: 'm' }]);
   assert.deepEqual(runAfter(...READY, ['failed', { message: 'm', runId: 3 }]).error, { code: '', message: 'm' });
-  assert.equal(runAfter(...READY, ['failed', { code: 'cancelled', message: 'Cancelled', runId: 3 }]).phase, 'cancelled');
+  assert.equal(
+    runAfter(...READY, ['failed', { code: 'cancelled', message: 'Cancelled', runId: 3 }]).phase,
+    'cancelled',
+  );
 });
 
 test('pausing holds until resumed, also while finished texts still arrive', () => {
@@ -60,38 +72,69 @@ test('pausing holds until resumed, also while finished texts still arrive', () =
 test('opening another sheet pauses a run over one sheet only', () => {
   const one = runAfter(...READY, ['sheetOpened', { sheetName: 'B' }]);
   assert.deepEqual([one.phase, one.movedTo], ['paused', 'B']);
-  const known = runAfter(['startPosted', { allSheets: false, sheet: 'A' }], ...READY.slice(1), ['sheetOpened', { sheetName: 'A' }]);
+  const known = runAfter(['startPosted', { allSheets: false, sheet: 'A' }], ...READY.slice(1), [
+    'sheetOpened',
+    { sheetName: 'A' },
+  ]);
   assert.equal(known.phase, 'translating');
-  const all = runAfter(['startPosted', { allSheets: true, sheet: 'A' }], ...READY.slice(1), ['sheetOpened', { sheetName: 'B' }]);
+  const all = runAfter(['startPosted', { allSheets: true, sheet: 'A' }], ...READY.slice(1), [
+    'sheetOpened',
+    { sheetName: 'B' },
+  ]);
   assert.equal(all.phase, 'translating');
 });
 
 test('a kept run is read back whole or not at all', () => {
   const run = runAfter(...READY, progress(0));
   assert.deepEqual(readRun(JSON.parse(JSON.stringify(run))), run);
-  for (const wrong of [null, 7, {}, { ...run, done: 'x' }, { ...run, phase: 'other' }]) assert.equal(readRun(wrong), null);
+  for (const wrong of [null, 7, {}, { ...run, done: 'x' }, { ...run, phase: 'other' }])
+    assert.equal(readRun(wrong), null);
 });
 
 test('the start message holds what the user chose, and style only for a translation of its own line', () => {
-  const choices = readChoices({ sourceLang: 'en', targetLang: 'es', allSheets: true, font: 'Arial', fontSize: 9.5, bold: true, color: '#ff8000' });
+  const choices = readChoices({
+    sourceLang: 'en',
+    targetLang: 'es',
+    allSheets: true,
+    font: 'Arial',
+    fontSize: 9.5,
+    bold: true,
+    color: '#ff8000',
+  });
   const asked = { accessToken: 'dev-a', clientTraceId: 't', viaPage: false };
   assert.deepEqual(startMessage(choices, { ...asked, mode: 'full' }), {
     action: 'start',
     fields: {
-      accessToken: 'dev-a', sourceLang: 'en', targetLang: 'es', panelMode: 'full', panelIsRestart: false, panelScriptRev: '1',
-      clientTraceId: 't', excelTranslateAllSheets: true, excelBilingualBelow: true, nativeTranslateViaJs: false,
-      targetFont: 'Arial', targetFontSize: 9.5, targetFontBold: true, targetFontColor: 0x0080ff,
+      accessToken: 'dev-a',
+      sourceLang: 'en',
+      targetLang: 'es',
+      panelMode: 'full',
+      panelIsRestart: false,
+      panelScriptRev: '1',
+      clientTraceId: 't',
+      excelTranslateAllSheets: true,
+      excelBilingualBelow: true,
+      nativeTranslateViaJs: false,
+      targetFont: 'Arial',
+      targetFontSize: 9.5,
+      targetFontBold: true,
+      targetFontColor: 0x0080ff,
     },
   });
   const plain = startMessage({ ...choices, layout: 'target' }, { ...asked, mode: 'selection', viaPage: true });
   assert.equal(plain.action, 'startSelection');
   assert.deepEqual(
-    [plain.fields.excelTranslateAllSheets, plain.fields.excelBilingualBelow, plain.fields.nativeTranslateViaJs, 'targetFont' in plain.fields],
+    [
+      plain.fields.excelTranslateAllSheets,
+      plain.fields.excelBilingualBelow,
+      plain.fields.nativeTranslateViaJs,
+      'targetFont' in plain.fields,
+    ],
     [false, false, true, false],
   );
 });
 
-test('an untouched style sends nothing; the default colour is the add-in\'s own', () => {
+test("an untouched style sends nothing; the default colour is the add-in's own", () => {
   assert.deepEqual(styleFields(readChoices(null)), {});
   assert.equal(hostColor(readChoices(null).color), 9203290);
 });
@@ -103,21 +146,28 @@ test('each start has an id of its own', () => {
 
 test('choices that do not fit are left at their initial value', () => {
   const initial = readChoices(null);
-  assert.deepEqual(readChoices({ sourceLang: '', layout: 'both', allSheets: 'yes', fontSize: 410, color: 'red', extra: 1 }), initial);
+  assert.deepEqual(
+    readChoices({ sourceLang: '', layout: 'both', allSheets: 'yes', fontSize: 410, color: 'red', extra: 1 }),
+    initial,
+  );
   assert.equal(readChoices({ fontSize: 409 }).fontSize, 409);
 });
 
 test('every code of the add-in and of the service has words, and a remedy that exists', () => {
   const root = new URL('../../', import.meta.url);
   const sources = ['src/translation/', 'service/', 'service/translate/'].flatMap((folder) =>
-    readdirSync(new URL(folder, root)).filter((file) => /\.(cpp|js)$/.test(file))
-      .map((file) => readFileSync(new URL(folder + file, root), 'utf8')));
+    readdirSync(new URL(folder, root))
+      .filter((file) => /\.(cpp|js)$/.test(file))
+      .map((file) => readFileSync(new URL(folder + file, root), 'utf8')),
+  );
   const patterns = [
     /L"[^"]+", L"([a-z]+(?:_[a-z]+)+)"/g, // rows of the add-in's table
     /(?:Refuse|Fail|Failure)\(L"([a-z_]+)"/g,
     /ServiceError\(\d+, '([a-z_]+)'/g,
   ];
-  const codes = new Set(sources.flatMap((text) => patterns.flatMap((pattern) => [...text.matchAll(pattern)].map(([, code]) => code))));
+  const codes = new Set(
+    sources.flatMap((text) => patterns.flatMap((pattern) => [...text.matchAll(pattern)].map(([, code]) => code))),
+  );
   assert.ok(codes.size > 20, 'the sources were read');
   for (const code of codes) assert.ok(Object.hasOwn(ERRORS, code), code);
   for (const [code, { text, remedy }] of Object.entries(ERRORS)) {
@@ -127,14 +177,18 @@ test('every code of the add-in and of the service has words, and a remedy that e
   assert.equal(errorRow('constructor').text, 'error.unknown');
 });
 
-test('the add-in\'s notices about cells that it could not write are known by their very text', () => {
+test("the add-in's notices about cells that it could not write are known by their very text", () => {
   const source = readFileSync(new URL('../../src/translation/protection_notice.cpp', import.meta.url), 'utf8');
   const notices = [...source.matchAll(/return L"([^"]+)"/g)].map(([, text]) => text);
   assert.deepEqual(notices.map(unwrittenText), ['unwritten.locked', 'unwritten.protected', 'unwritten.some']);
 });
 
 test('languages offered are those that the service has pairs for', () => {
-  const pairs = [['en', 'es'], ['es', 'en'], ['fr', 'ca']];
+  const pairs = [
+    ['en', 'es'],
+    ['es', 'en'],
+    ['fr', 'ca'],
+  ];
   assert.deepEqual(sourcesOf(pairs), ['en', 'es', 'fr']);
   assert.deepEqual(targetsOf(pairs, 'auto'), ['es', 'en', 'ca']);
   assert.deepEqual(targetsOf(pairs, 'fr'), ['ca']);
@@ -148,13 +202,45 @@ test('languages offered are those that the service has pairs for', () => {
 });
 
 test('a batch goes to the service without its empty members', () => {
-  const empty = { requestId: 'tr-1-1', runId: 1, batchSeq: 2, texts: ['a'], sourceLang: 'en', targetLang: 'es', usageKind: '', clientProduct: '', glossary: [], instruction: '', trace: { clientTraceId: 't', runId: '1' } };
-  assert.deepEqual(requestBody(empty), { texts: ['a'], sourceLang: 'en', targetLang: 'es', trace: { clientTraceId: 't', runId: '1', batchSeq: 2 } });
-  const full = requestBody({ ...empty, usageKind: 'translate_full', clientProduct: 'excel', glossary: [{ source: 's', target: 't' }], instruction: 'i' });
-  assert.deepEqual(Object.keys(full), ['texts', 'sourceLang', 'targetLang', 'usageKind', 'clientProduct', 'glossary', 'instruction', 'trace']);
+  const empty = {
+    requestId: 'tr-1-1',
+    runId: 1,
+    batchSeq: 2,
+    texts: ['a'],
+    sourceLang: 'en',
+    targetLang: 'es',
+    usageKind: '',
+    clientProduct: '',
+    glossary: [],
+    instruction: '',
+    trace: { clientTraceId: 't', runId: '1' },
+  };
+  assert.deepEqual(requestBody(empty), {
+    texts: ['a'],
+    sourceLang: 'en',
+    targetLang: 'es',
+    trace: { clientTraceId: 't', runId: '1', batchSeq: 2 },
+  });
+  const full = requestBody({
+    ...empty,
+    usageKind: 'translate_full',
+    clientProduct: 'excel',
+    glossary: [{ source: 's', target: 't' }],
+    instruction: 'i',
+  });
+  assert.deepEqual(Object.keys(full), [
+    'texts',
+    'sourceLang',
+    'targetLang',
+    'usageKind',
+    'clientProduct',
+    'glossary',
+    'instruction',
+    'trace',
+  ]);
 });
 
-test('the service\'s answers become results with the codes that the add-in knows', () => {
+test("the service's answers become results with the codes that the add-in knows", () => {
   const cases = [
     [200, '{"translations":["x"]}', { ok: true, translations: ['x'] }],
     [200, '{"translations":[]}', { ok: false, code: '', message: 'Empty translation response' }],

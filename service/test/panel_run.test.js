@@ -24,8 +24,10 @@ async function openForm(options) {
 
 /** Scripts by which the add-in tells of a run with four texts, `done` of which are finished. */
 function runScript(id, done) {
-  const texts = Array.from({ length: done }, (_, index) =>
-    `onProgress({runId:${id},wordIndex:${index},total:10,translatable:4,skipped:${index === 1},original:"Q${index}",translated:"T${index}"})`);
+  const unit = (index) =>
+    `onProgress({runId:${id},wordIndex:${index},total:10,translatable:4,` +
+    `skipped:${index === 1},original:"Q${index}",translated:"T${index}"})`;
+  const texts = Array.from({ length: done }, (_, index) => unit(index));
   return [`onRunStarted({runId:${id}})`, `onReady({total:10,translatable:4,runId:${id}})`, ...texts].join(';');
 }
 
@@ -45,9 +47,19 @@ test('Start posts exactly what was chosen, and the choice is there the next time
   assert.deepEqual(more, []);
   assert.match(clientTraceId, /^[0-9a-f]{32}$/);
   assert.deepEqual(message, {
-    action: 'start', accessToken: 'dev-ada', sourceLang: 'es', targetLang: 'en', panelMode: 'full', panelIsRestart: false,
-    panelScriptRev: '1', excelTranslateAllSheets: true, excelBilingualBelow: true, nativeTranslateViaJs: false,
-    targetFont: '微软雅黑', targetFontSize: 9.5, targetFontBold: true,
+    action: 'start',
+    accessToken: 'dev-ada',
+    sourceLang: 'es',
+    targetLang: 'en',
+    panelMode: 'full',
+    panelIsRestart: false,
+    panelScriptRev: '1',
+    excelTranslateAllSheets: true,
+    excelBilingualBelow: true,
+    nativeTranslateViaJs: false,
+    targetFont: '微软雅黑',
+    targetFontSize: 9.5,
+    targetFontBold: true,
   });
   assert.equal(await view.text('run-title'), 'Starting…');
   await view.page.reload();
@@ -60,7 +72,7 @@ test('Start posts exactly what was chosen, and the choice is there the next time
 test('a selection is previewed, and started without sheets and style when its layout has none', async () => {
   const view = await panel.open('translate', { query: 'mode=selection' });
   await view.postedNow('requestSelectionPreview');
-  await view.run('onSelectionPreview({fragments:12,chars:3400,rangeAddress:"$B$2:$D$10",translatedCellsOnSheet:0,translatedCellsInSelection:0})');
+  await view.run('onSelectionPreview({fragments:12,chars:3400,rangeAddress:"$B$2:$D$10",quickText:"x"})');
   assert.equal(await view.text('preview'), 'B2:D10 · texts: 12 · characters: 3,400');
   await view.run('onSelectionPreview({error:"无法读取选区"})');
   assert.equal(await view.text('preview'), 'The selection cannot be read.');
@@ -68,7 +80,10 @@ test('a selection is previewed, and started without sheets and style when its la
   assert.equal(await view.text('style'), '');
   await view.id('start').click();
   const { action, panelMode, excelBilingualBelow, excelTranslateAllSheets } = await view.postedNow('startSelection');
-  assert.deepEqual([action, panelMode, excelBilingualBelow, excelTranslateAllSheets], ['startSelection', 'selection', false, false]);
+  assert.deepEqual(
+    [action, panelMode, excelBilingualBelow, excelTranslateAllSheets],
+    ['startSelection', 'selection', false, false],
+  );
   await view.close();
 });
 
@@ -87,15 +102,27 @@ test('reading, progress and completion are shown as they come', async () => {
   assert.deepEqual([await view.text('run-title'), await view.text('run-count')], ['Reading cells…', 'Row 16 of 64']);
   assert.equal(await view.text('form'), '');
   await view.run(runScript(1, 3));
-  assert.deepEqual([await view.text('run-title'), await view.text('run-count'), await view.text('run-percent')], ['Translating…', 'Cells: 3 of 4', '75%']);
+  assert.deepEqual(
+    [await view.text('run-title'), await view.text('run-count'), await view.text('run-percent')],
+    ['Translating…', 'Cells: 3 of 4', '75%'],
+  );
   assert.deepEqual([await view.text('run-original'), await view.text('run-translated')], ['Q2', 'T2']);
   assert.equal(await view.id('run-bar').evaluate((bar) => bar.value), 0.75);
   assert.match(await view.id('announcer').innerText(), /70%/);
-  await view.run('onSheetWriteBlocked({message:"目标单元格已锁定，无法写入译文。请解锁单元格或撤销工作表保护后重试。"})');
+  await view.run(
+    'onSheetWriteBlocked({message:"目标单元格已锁定，无法写入译文。请解锁单元格或撤销工作表保护后重试。"})',
+  );
   await view.run('onComplete({runId:1,total:10,elapsed:83000,allSheets:false})');
   assert.equal(await view.text('run-title'), 'Translation finished');
   assert.deepEqual((await view.text('summary')).split(/\n+/), [
-    'Translated', '3', 'Skipped: nothing to translate', '1', 'Skipped: numbers, formulas, empty cells', '6', 'Time', '1:23',
+    'Translated',
+    '3',
+    'Skipped: nothing to translate',
+    '1',
+    'Skipped: numbers, formulas, empty cells',
+    '6',
+    'Time',
+    '1:23',
   ]);
   assert.match(await view.text('unwritten'), /A target cell is locked/);
   await view.id('dismiss').click();
@@ -111,7 +138,10 @@ test('pause, resume and cancel are posted, and the page follows the add-in', asy
   await view.id('resume').click();
   assert.deepEqual(await view.posted(), [{ action: 'pause' }, { action: 'resume' }]);
   await view.run('onExcelTranslateResumeBlocked({sheetName:"B",sourceSheetName:"A"})');
-  assert.deepEqual([await view.text('run-title'), await view.text('moved')], ['Paused', 'Go back to the sheet “A”, then resume.']);
+  assert.deepEqual(
+    [await view.text('run-title'), await view.text('moved')],
+    ['Paused', 'Go back to the sheet “A”, then resume.'],
+  );
   await view.run('onExcelTranslateResumed({reason:"manual"})');
   assert.equal(await view.text('moved'), '');
   await view.run('onExcelActiveSheetChanged({sheetName:"B"})');
@@ -129,7 +159,10 @@ test('a start that nothing answers can be taken back', async () => {
   const view = await openForm();
   await view.id('start').click();
   await view.id('cancel').click();
-  assert.deepEqual((await view.posted()).map(({ action }) => action), ['start', 'cancel']);
+  assert.deepEqual(
+    (await view.posted()).map(({ action }) => action),
+    ['start', 'cancel'],
+  );
   assert.equal(await view.text('run-title'), 'Translation cancelled');
   await view.close();
 });
@@ -142,10 +175,14 @@ test('every error code is explained, with the remedy that fits', async () => {
     await view.run(`onRunStarted({runId:${++runId}});onError({code:"${code}",message:"中文",runId:${runId}})`);
     assert.equal(await view.text('error-text'), english[text], code);
     assert.equal(await view.text('error-detail'), '', code);
-    for (const [name, id] of Object.entries(remedies)) assert.equal(await view.id(id).isVisible(), name === remedy, `${code} ${name}`);
+    for (const [name, id] of Object.entries(remedies))
+      assert.equal(await view.id(id).isVisible(), name === remedy, `${code} ${name}`);
   }
   await view.run(`onRunStarted({runId:99});onError({message:"Strange",runId:99})`);
-  assert.deepEqual([await view.text('error-text'), await view.text('error-detail')], [english['error.unknown'], 'Strange']);
+  assert.deepEqual(
+    [await view.text('error-text'), await view.text('error-detail')],
+    [english['error.unknown'], 'Strange'],
+  );
   await view.close();
 });
 
@@ -167,8 +204,18 @@ test('after a network error the next try goes through the page', async () => {
 });
 
 const BATCH = {
-  action: 'translateBatchRequest', requestId: 'tr-1-1', runId: 1, batchSeq: 1, texts: ['one', 'two'], sourceLang: 'en', targetLang: 'es',
-  usageKind: 'translate_full', clientProduct: 'excel', glossary: [], instruction: '', trace: { clientTraceId: 't', runId: '1' },
+  action: 'translateBatchRequest',
+  requestId: 'tr-1-1',
+  runId: 1,
+  batchSeq: 1,
+  texts: ['one', 'two'],
+  sourceLang: 'en',
+  targetLang: 'es',
+  usageKind: 'translate_full',
+  clientProduct: 'excel',
+  glossary: [],
+  instruction: '',
+  trace: { clientTraceId: 't', runId: '1' },
 };
 
 test('batches are translated through the page, on every page of the pane', async () => {
@@ -176,14 +223,20 @@ test('batches are translated through the page, on every page of the pane', async
     const view = await panel.open(name);
     await view.say(BATCH);
     assert.deepEqual(await view.postedNow('translateBatchResult'), {
-      action: 'translateBatchResult', requestId: 'tr-1-1', ok: true, translations: ['ES:one', 'ES:two'],
+      action: 'translateBatchResult',
+      requestId: 'tr-1-1',
+      ok: true,
+      translations: ['ES:one', 'ES:two'],
     });
     await view.close();
   }
   const workspace = await panel.open('translate', { query: 'surface=workspace' });
   await workspace.say(BATCH);
   await workspace.page.evaluate(() => fetch('/v1/languages'));
-  assert.ok((await workspace.posted()).every(({ action }) => action !== 'translateBatchResult'), 'the pane answers for both');
+  assert.ok(
+    (await workspace.posted()).every(({ action }) => action !== 'translateBatchResult'),
+    'the pane answers for both',
+  );
   await workspace.close();
 });
 
@@ -191,7 +244,11 @@ test('a batch that the service refuses comes back with its code', async () => {
   const view = await panel.open('translate', { token: 'dev-broke' });
   await view.say(BATCH);
   assert.deepEqual(await view.postedNow('translateBatchResult'), {
-    action: 'translateBatchResult', requestId: 'tr-1-1', ok: false, code: 'insufficient_credits', message: 'insufficient_credits',
+    action: 'translateBatchResult',
+    requestId: 'tr-1-1',
+    ok: false,
+    code: 'insufficient_credits',
+    message: 'insufficient_credits',
   });
   await view.close(REFUSED);
 });
@@ -199,7 +256,9 @@ test('a batch that the service refuses comes back with its code', async () => {
 test('an aborted run is not answered, and its requests end', async () => {
   const view = await panel.open('translate');
   let stalled;
-  const reached = new Promise((resolve) => { stalled = resolve; });
+  const reached = new Promise((resolve) => {
+    stalled = resolve;
+  });
   await view.page.route('**/v1/translate', () => stalled());
   const ended = view.page.waitForEvent('requestfailed', (request) => request.url().endsWith('/v1/translate'));
   await view.say(BATCH);
@@ -242,19 +301,29 @@ test('the workspace takes over choices and run, and the pane takes them back', a
   await workspace.close();
 });
 
-test('a pause in one window shows in the other one of the same pane only', async () => {
-  const view = await openForm();
+test('a pause in one window shows in the other one of the same pane and run only', async () => {
+  const view = await openForm({ pane: 'xl2' });
   await view.run(runScript(1, 1));
-  for (const [pane, expected] of [['xl2', 'Translating…'], ['xl1', 'Paused']]) {
-    await view.page.evaluate((key) => new BroadcastChannel(`quorvantis excel ${key}`).postMessage({ pausedRun: 1 }), pane);
-    await view.page.evaluate(() => new Promise((resolve) => setTimeout(resolve)));
-    if (expected === 'Paused') await view.id('resume').waitFor();
-    assert.equal(await view.text('run-title'), expected, pane);
-  }
+  // The last one is heard by the test itself, so all before it have been heard as well.
+  const tell = (pane, message) =>
+    view.page.evaluate(
+      ([key, data]) =>
+        new Promise((heard) => {
+          const [mouth, ear] = [0, 1].map(() => new BroadcastChannel(`quorvantis excel ${key}`));
+          ear.onmessage = () => heard();
+          mouth.postMessage(data);
+        }),
+      [pane, message],
+    );
+  await tell('xl1', { pausedRun: 1 });
+  await tell('xl2', { pausedRun: 2 });
+  assert.equal(await view.text('run-title'), 'Translating…');
+  await tell('xl2', { pausedRun: 1 });
+  assert.equal(await view.text('run-title'), 'Paused');
   await view.close();
 });
 
-test('after a run the sheet\'s display and style can be changed', async () => {
+test("after a run the sheet's display and style can be changed", async () => {
   const view = await openForm();
   await view.run(`${runScript(1, 4)};onComplete({runId:1,total:10,elapsed:1,allSheets:false})`);
   await view.page.getByRole('button', { name: 'Original' }).click();
@@ -276,10 +345,23 @@ test('languages that cannot be loaded are asked for again', async () => {
   await view.page.reload();
   await view.id('languages-failed').waitFor();
   await view.page.unroute('**/v1/languages');
-  await view.page.route('**/v1/languages', (route) => route.fulfill({ json: { pairs: [['en', 'es'], ['es', 'en']] } }));
+  await view.page.route('**/v1/languages', (route) =>
+    route.fulfill({
+      json: {
+        pairs: [
+          ['en', 'es'],
+          ['es', 'en'],
+        ],
+      },
+    }),
+  );
   await view.id('languages-again').click();
   await view.id('languages-failed').waitFor({ state: 'hidden' });
-  assert.deepEqual(await view.id('source').locator('option').allInnerTexts(), ['Detect language', 'English', 'Spanish']);
+  assert.deepEqual(await view.id('source').locator('option').allInnerTexts(), [
+    'Detect language',
+    'English',
+    'Spanish',
+  ]);
   await view.close(REFUSED);
 });
 
@@ -295,11 +377,29 @@ test('everything is reached and worked by the keyboard alone', async () => {
   const names = [];
   for (let i = 0; i < 11; i++) {
     await view.page.keyboard.press('Tab');
-    names.push(await view.run('(document.activeElement.id || document.activeElement.name || document.activeElement.textContent).trim()'));
-    const outline = await view.run(`getComputedStyle(document.activeElement.closest('.segments label') ?? document.activeElement).outlineStyle`);
+    names.push(
+      await view.run(
+        '(document.activeElement.id || document.activeElement.name || document.activeElement.textContent).trim()',
+      ),
+    );
+    const outline = await view.run(
+      `getComputedStyle(document.activeElement.closest('.segments label') ?? document.activeElement).outlineStyle`,
+    );
     assert.equal(outline, 'solid', names.at(-1));
   }
-  assert.deepEqual(names, ['Translate', 'Account', 'Support', 'window', 'source', 'target', 'scope', 'all-sheets', 'layout', 'Text style of the translation', 'start']);
+  assert.deepEqual(names, [
+    'Translate',
+    'Account',
+    'Support',
+    'window',
+    'source',
+    'target',
+    'scope',
+    'all-sheets',
+    'layout',
+    'Text style of the translation',
+    'start',
+  ]);
 
   await view.id('start').focus();
   await view.page.keyboard.press('Enter');

@@ -58,14 +58,29 @@ export class PanelBrowser {
    * @param {object} [options]
    * @param {string} [options.query] more parameters of the address, such as "mode=selection"
    * @param {string} [options.lang] of the page
+   * @param {string} [options.pane] that the add-in says it is
    * @param {string | null} [options.token] that is in the browser's storage already; none with null
    * @param {boolean} [options.hosted] an add-in shows the page
    * @param {number} [options.width] @param {number} [options.height] @param {'light' | 'dark'} [options.scheme]
    * @returns {Promise<PanelPage>}
    */
-  async open(name, { query = '', lang = 'en', token = 'dev-ada', hosted = true, width = 320, height = 720, scheme = 'light' } = {}) {
+  async open(
+    name,
+    {
+      query = '',
+      lang = 'en',
+      pane = 'xl1',
+      token = 'dev-ada',
+      hosted = true,
+      width = 320,
+      height = 720,
+      scheme = 'light',
+    } = {},
+  ) {
     const context = await this.browser.newContext({
-      viewport: { width, height }, colorScheme: scheme, reducedMotion: 'reduce',
+      viewport: { width, height },
+      colorScheme: scheme,
+      reducedMotion: 'reduce',
     });
     context.setDefaultTimeout(WAIT_MS);
     if (hosted) await context.addInitScript(playAddin);
@@ -77,7 +92,7 @@ export class PanelBrowser {
       }, token);
     }
     const page = new PanelPage(await context.newPage(), this.origin);
-    await page.goTo(name, `host=excel&pane=xl1${query && `&${query}`}&uiLang=${lang}`);
+    await page.goTo(name, `host=excel&pane=${pane}${query && `&${query}`}&uiLang=${lang}`);
     return page;
   }
 }
@@ -130,19 +145,28 @@ export class PanelPage {
   /** @returns {Promise<object[]>} what the page has posted since the last call, the log lines left out */
   async posted() {
     const texts = await this.page.evaluate(() => window.posted.splice(0));
-    assert.ok(texts.every((text) => typeof text === 'string'), 'messages are posted as strings');
+    assert.ok(
+      texts.every((text) => typeof text === 'string'),
+      'messages are posted as strings',
+    );
     return texts.map((text) => JSON.parse(text)).filter(({ action }) => action !== 'trace');
   }
 
   /** Waits until something was posted, and takes it. */
   async postedNow(action) {
-    await this.page.waitForFunction((name) => window.posted.some((text) => text.includes(`"action":"${name}"`)), action);
+    await this.page.waitForFunction(
+      (name) => window.posted.some((text) => text.includes(`"action":"${name}"`)),
+      action,
+    );
     return (await this.posted()).find((message) => message.action === action);
   }
 
   /** Closes the page, in which nothing may have gone wrong but what `expected` fits. */
   async close(expected = /^$/) {
     await this.page.context().close();
-    assert.deepEqual(this.problems.filter((text) => !expected.test(text)), []);
+    assert.deepEqual(
+      this.problems.filter((text) => !expected.test(text)),
+      [],
+    );
   }
 }

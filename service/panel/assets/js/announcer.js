@@ -17,12 +17,18 @@ export function announce(run) {
 
 function words(run, step) {
   switch (run.phase) {
-    case 'scanning': return t('run.scanning');
-    case 'translating': return `${t('run.translating')} ${formatPercent(step / STEPS)}`;
-    case 'paused': return t('run.paused');
-    case 'done': return t('done.title');
-    case 'cancelled': return t('done.cancelled');
+    case 'scanning':
+      return t('run.scanning');
+    case 'translating':
+      return `${t('run.translating')} ${formatPercent(step / STEPS)}`;
+    case 'paused':
+      return t('run.paused');
+    case 'done':
+      return t('done.title');
+    case 'cancelled':
+      return t('done.cancelled');
     // The error itself is an alert.
-    default: return '';
+    default:
+      return '';
   }
 }

@@ -46,7 +46,10 @@ async function send(request, signal) {
   if (token()) headers.Authorization = `Bearer ${token()}`;
   try {
     const response = await fetch('/v1/translate', {
-      method: 'POST', headers, signal, body: JSON.stringify(requestBody(request)),
+      method: 'POST',
+      headers,
+      signal,
+      body: JSON.stringify(requestBody(request)),
     });
     return readAnswer(response.status, await response.text());
   } catch {

@@ -1,8 +1,8 @@
 /**
  * The bridge between a page and the add-in that shows it; this file is its reference.
  *
- * Page to add-in: one JSON text a message, `{"action": …}` with the fields of ACTIONS. Keys are case-sensitive, an absent
- * field counts as empty, false or 0, an unknown action is ignored.
+ * Page to add-in: one JSON text a message, `{"action": …}` with the fields of ACTIONS. Keys are case-sensitive, an
+ * absent field counts as empty, false or 0, an unknown action is ignored.
  *
  * Add-in to page, in three ways, each also to the page of the workspace window while that is open:
  *   1. posted objects `{action: …}`, see MESSAGES;
@@ -15,8 +15,17 @@
 /** Points; colour as red + 256 * green + 65536 * blue; an absent field leaves what the cell has. */
 const STYLE = ['targetFont', 'targetFontSize', 'targetFontBold', 'targetFontColor'];
 const START = [
-  'accessToken', 'sourceLang', 'targetLang', 'panelMode', 'panelIsRestart', 'panelScriptRev', 'clientTraceId',
-  'excelTranslateAllSheets', 'excelBilingualBelow', 'nativeTranslateViaJs', ...STYLE,
+  'accessToken',
+  'sourceLang',
+  'targetLang',
+  'panelMode',
+  'panelIsRestart',
+  'panelScriptRev',
+  'clientTraceId',
+  'excelTranslateAllSheets',
+  'excelBilingualBelow',
+  'nativeTranslateViaJs',
+  ...STYLE,
 ];
 
 /** What the page may post, with its fields. */

@@ -1,9 +1,7 @@
 /** The page's words, numbers and direction in the user's language; switches while the page is open. */
 
 /** The languages of the add-in's own language dialog. */
-export const LANGUAGES = [
-  'zh-CN', 'zh-TW', 'en', 'ja', 'ru', 'ms', 'th', 'de', 'fr', 'es', 'id', 'vi', 'ko', 'ar',
-];
+export const LANGUAGES = ['zh-CN', 'zh-TW', 'en', 'ja', 'ru', 'ms', 'th', 'de', 'fr', 'es', 'id', 'vi', 'ko', 'ar'];
 const FALLBACK = 'en';
 const RIGHT_TO_LEFT = ['ar'];
 /** Chinese regions and scripts that read the traditional characters. */

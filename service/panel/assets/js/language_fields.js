@@ -6,11 +6,10 @@ import { fetchLanguagePairs } from './service_api.js';
 const AUTO = 'auto';
 
 /** For services that translate anything into anything. */
-const COMMON = [
-  'ar', 'bg', 'bn', 'ca', 'cs', 'da', 'de', 'el', 'en', 'es', 'et', 'fa', 'fi', 'fr', 'he', 'hi', 'hr', 'hu', 'id', 'it',
-  'ja', 'ko', 'lt', 'lv', 'ms', 'nb', 'nl', 'pl', 'pt', 'pt-BR', 'ro', 'ru', 'sk', 'sl', 'sr', 'sv', 'sw', 'ta', 'th',
-  'tr', 'uk', 'ur', 'vi', 'zh-CN', 'zh-TW',
-];
+const COMMON = (
+  'ar bg bn ca cs da de el en es et fa fi fr he hi hr hu id it ja ko lt lv ms nb nl pl pt pt-BR ro ' +
+  'ru sk sl sr sv sw ta th tr uk ur vi zh-CN zh-TW'
+).split(' ');
 
 /** @type {string[][] | 'any' | null} null until the service has answered, or failed to */
 let pairs = null;
@@ -99,7 +98,5 @@ export function drawLanguageFields(choices) {
 
 function named(codes) {
   const order = new Intl.Collator(language());
-  return codes
-    .map((value) => ({ value, text: languageName(value) }))
-    .sort((a, b) => order.compare(a.text, b.text));
+  return codes.map((value) => ({ value, text: languageName(value) })).sort((a, b) => order.compare(a.text, b.text));
 }

@@ -1,6 +1,6 @@
 /**
- * What the page knows of the run, as one value, and what each message of the add-in makes of it. Nothing here touches the
- * page: the view draws the value.
+ * What the page knows of the run, as one value, and what each message of the add-in makes of it. Nothing here touches
+ * the page: the view draws the value.
  */
 
 /**
@@ -25,8 +25,21 @@
 /** @returns {Run} */
 export function noRun() {
   return {
-    phase: 'idle', runId: 0, allSheets: false, scan: null, cells: 0, units: 0, done: 0, skipped: 0, last: null,
-    startedAt: 0, elapsed: 0, sheet: '', movedTo: '', unwritten: '', error: null,
+    phase: 'idle',
+    runId: 0,
+    allSheets: false,
+    scan: null,
+    cells: 0,
+    units: 0,
+    done: 0,
+    skipped: 0,
+    last: null,
+    startedAt: 0,
+    elapsed: 0,
+    sheet: '',
+    movedTo: '',
+    unwritten: '',
+    error: null,
   };
 }
 
@@ -50,8 +63,14 @@ const isStale = (run, { runId }) =>
 
 const STEPS = {
   /** The user has pressed Start; the add-in has not answered yet. */
-  startPosted: (run, { allSheets, sheet }, now) =>
-    ({ ...noRun(), phase: 'starting', runId: run.runId, allSheets, sheet, startedAt: now }),
+  startPosted: (run, { allSheets, sheet }, now) => ({
+    ...noRun(),
+    phase: 'starting',
+    runId: run.runId,
+    allSheets,
+    sheet,
+    startedAt: now,
+  }),
 
   runStarted: (run, { runId }, now) => {
     if (run.runId === runId && isBusy(run)) return run;
@@ -59,10 +78,21 @@ const STEPS = {
     return { ...known, phase: 'scanning', runId };
   },
 
-  scanned: (run, { runId, current, total }) => ({ ...run, phase: 'scanning', runId, scan: { current, total } }),
+  scanned: (run, { runId, current, total }) => ({
+    ...run,
+    phase: run.phase === 'paused' ? 'paused' : 'scanning',
+    runId,
+    scan: { current, total },
+  }),
 
-  ready: (run, { runId, total, translatable }) =>
-    ({ ...run, phase: run.phase === 'paused' ? 'paused' : 'translating', runId, scan: null, cells: total, units: translatable }),
+  ready: (run, { runId, total, translatable }) => ({
+    ...run,
+    phase: run.phase === 'paused' ? 'paused' : 'translating',
+    runId,
+    scan: null,
+    cells: total,
+    units: translatable,
+  }),
 
   progressed: (run, { runId, wordIndex, total, translatable, skipped, original, translated }) => ({
     ...run,
@@ -76,8 +106,15 @@ const STEPS = {
     last: { original, translated },
   }),
 
-  completed: (run, { total, elapsed, allSheets }) =>
-    ({ ...run, phase: 'done', cells: total, done: run.units, movedTo: '', elapsed, allSheets }),
+  completed: (run, { total, elapsed, allSheets }) => ({
+    ...run,
+    phase: 'done',
+    cells: total,
+    done: run.units,
+    movedTo: '',
+    elapsed,
+    allSheets,
+  }),
 
   cancelled: (run, message, now) => ended(run, 'cancelled', now),
 
@@ -91,8 +128,12 @@ const STEPS = {
   /** Nothing tells of a resume that was not needed, so it is taken as done until it is refused. */
   resumePosted: (run) => ({ ...run, phase: run.units > 0 ? 'translating' : 'scanning', movedTo: '' }),
 
-  resumeRefused: (run, { sheetName, sourceSheetName }) =>
-    ({ ...run, phase: 'paused', sheet: sourceSheetName, movedTo: sheetName }),
+  resumeRefused: (run, { sheetName, sourceSheetName }) => ({
+    ...run,
+    phase: 'paused',
+    sheet: sourceSheetName,
+    movedTo: sheetName,
+  }),
 
   /** A run over one sheet pauses by itself when the user opens another one. */
   sheetOpened: (run, { sheetName }) => {
@@ -110,7 +151,15 @@ const STEPS = {
 };
 
 /** Steps that only mean something while a run is on; the rest may begin or replace one. */
-const NEEDS_BUSY = ['completed', 'cancelled', 'pausePosted', 'resumePosted', 'resumeRefused', 'sheetChanged', 'progressed'];
+const NEEDS_BUSY = [
+  'completed',
+  'cancelled',
+  'pausePosted',
+  'resumePosted',
+  'resumeRefused',
+  'sheetChanged',
+  'progressed',
+];
 
 /**
  * @param {Run} run
@@ -131,9 +180,12 @@ export function advance(run, step, message = {}, now = 0) {
  */
 export function readRun(value) {
   const fields = noRun();
-  const fits = value !== null && typeof value === 'object' &&
-    Object.entries(fields).every(([name, initial]) =>
-      name in value && (initial === null || typeof value[name] === typeof initial)) &&
+  const fits =
+    value !== null &&
+    typeof value === 'object' &&
+    Object.entries(fields).every(
+      ([name, initial]) => name in value && (initial === null || typeof value[name] === typeof initial),
+    ) &&
     (value.phase === 'idle' || isBusy(value) || hasEnded(value));
   return fits ? Object.fromEntries(Object.keys(fields).map((name) => [name, value[name]])) : null;
 }

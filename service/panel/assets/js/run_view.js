@@ -5,8 +5,13 @@ import { formatDuration, formatNumber, formatPercent, t } from './i18n.js';
 import { hasEnded, isBusy, partDone } from './run_state.js';
 
 const TITLES = {
-  starting: 'run.starting', scanning: 'run.scanning', translating: 'run.translating', paused: 'run.paused',
-  done: 'done.title', cancelled: 'done.cancelled', failed: 'done.failed',
+  starting: 'run.starting',
+  scanning: 'run.scanning',
+  translating: 'run.translating',
+  paused: 'run.paused',
+  done: 'done.title',
+  cancelled: 'done.cancelled',
+  failed: 'done.failed',
 };
 
 /** @param {import('./run_state.js').Run} run @param {number} now milliseconds since 1970 */
@@ -101,6 +106,8 @@ function drawSummary(run) {
   if (!ended) return;
   const rows = [...summaryRows(run), [t('done.time'), formatDuration(run.elapsed)]];
   byId('summary').replaceChildren(
-    ...rows.map(([label, value]) => make('div', {}, [make('dt', { textContent: label }), make('dd', { textContent: value })])),
+    ...rows.map(([label, value]) =>
+      make('div', {}, [make('dt', { textContent: label }), make('dd', { textContent: value })]),
+    ),
   );
 }

@@ -1,7 +1,7 @@
 /**
- * Who is signed in. The token lives in this browser's storage, which all panes share, and the add-in holds copies of it:
- * one for its own requests, one a pane that only another token can replace. So signing out is remembered here, and a
- * token that comes back from the add-in afterwards is not taken.
+ * Who is signed in. The token lives in this browser's storage, which all panes share, and the add-in holds copies of
+ * it: one for its own requests, one a pane that only another token can replace. So signing out is remembered here, and
+ * a token that comes back from the add-in afterwards is not taken.
  */
 import { isHosted, onMessages, post } from './bridge.js';
 import { signOutAtService } from './service_api.js';

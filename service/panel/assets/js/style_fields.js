@@ -15,14 +15,17 @@ let fonts = [];
 export function openStyleFields(choices, changed, restyled) {
   const read = () => {
     const size = Number(byId('font-size').value);
-    Object.assign(choices, readChoices({
-      ...choices,
-      layout: chosenRadio('layout'),
-      font: byId('font').value,
-      fontSize: size,
-      bold: byId('bold').checked,
-      color: byId('color').value,
-    }));
+    Object.assign(
+      choices,
+      readChoices({
+        ...choices,
+        layout: chosenRadio('layout'),
+        font: byId('font').value,
+        fontSize: size,
+        bold: byId('bold').checked,
+        color: byId('color').value,
+      }),
+    );
     drawStyleFields(choices);
     changed();
   };

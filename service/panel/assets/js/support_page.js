@@ -46,7 +46,10 @@ onLanguage(draw);
 await openPage();
 [client, serviceAnswers] = await Promise.all([
   request('clientInfoGet').catch(() => null),
-  fetchLanguagePairs().then(() => true, () => false),
+  fetchLanguagePairs().then(
+    () => true,
+    () => false,
+  ),
 ]);
 asked = true;
 draw();

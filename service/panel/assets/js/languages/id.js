@@ -72,7 +72,7 @@ export default {
   'form.allSheets': 'Semua lembar di buku kerja',
   'form.layout': 'Letak terjemahan',
   'form.dual': 'Di bawah teks sumber',
-  'form.replace': 'Menggantikannya',
+  'form.replace': 'Ganti teks sumber',
   'form.start': 'Terjemahkan',
 
   'style.title': 'Gaya teks terjemahan',

@@ -72,7 +72,7 @@ export default {
   'form.allSheets': 'Semua helaian dalam buku kerja',
   'form.layout': 'Tempat terjemahan',
   'form.dual': 'Di bawah teks asal',
-  'form.replace': 'Menggantikannya',
+  'form.replace': 'Ganti teks asal',
   'form.start': 'Terjemah',
 
   'style.title': 'Gaya teks terjemahan',
