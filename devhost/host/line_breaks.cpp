@@ -37,10 +37,10 @@ std::size_t LineEnd(std::wstring_view text, std::span<const int> advances, std::
     // Blanks may hang over the edge.
     if (used <= width || text[at] == L' ') continue;
     if (lastBreak > start) return lastBreak;
-    std::size_t cut = std::max(at, start + 1);
-    while (cut < limit && IsInsidePair(text, cut))
-      ++cut;
-    return cut;
+    const std::size_t cut = IsInsidePair(text, at) ? at - 1 : at;
+    if (cut > start) return cut;
+    // Not even one character fits.
+    return std::min(limit, IsInsidePair(text, start + 1) ? start + 2 : start + 1);
   }
   return limit;
 }
