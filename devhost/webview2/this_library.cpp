@@ -9,6 +9,12 @@ HINSTANCE ThisLibrary() {
   return module;
 }
 
+void PinThisLibrary() {
+  HMODULE module = nullptr;
+  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                     reinterpret_cast<LPCWSTR>(&ThisLibrary), &module);
+}
+
 std::wstring ThisLibraryFolder() {
   std::wstring path(MAX_PATH, L'\0');
   path.resize(GetModuleFileNameW(ThisLibrary(), path.data(), static_cast<DWORD>(path.size())));

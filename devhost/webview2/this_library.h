@@ -12,4 +12,7 @@ namespace qv::devhost {
 /// The folder that the library was loaded from, without a trailing backslash.
 [[nodiscard]] std::wstring ThisLibraryFolder();
 
+/// Keeps the library in memory until the process ends, whoever lets go of it.
+void PinThisLibrary();
+
 }  // namespace qv::devhost

@@ -2,7 +2,10 @@
 
 #include <map>
 
+#include "engines/common/com_guard.h"
 #include "webview2/chromium/gdi_plus.h"
+#include "webview2/chromium/new_windows.h"
+#include "webview2/this_library.h"
 
 namespace qv::devhost {
 namespace {
@@ -41,9 +44,15 @@ bool Browser::CrashAll() {
   return any;
 }
 
-Browser::Browser(const BrowserOptions& options)
-    : keeper_(BrowserKeeper::ForOptions(options)),
-      thread_(std::make_unique<PinnedThread>([this] { Run(); })) {}
+Browser::Browser(const BrowserOptions& options) : keeper_(BrowserKeeper::ForOptions(options)) {
+  PinThisLibrary();
+  thread_ = std::thread([this] {
+    static_cast<void>(GuardCom([this] {
+      Run();
+      return S_OK;
+    }));
+  });
+}
 
 Browser::~Browser() {
   stopping_ = true;
@@ -53,7 +62,7 @@ Browser::~Browser() {
   }
   // Also what makes a browser let go that does not answer any more.
   keeper_->Stop(number_);
-  thread_.reset();
+  thread_.join();
 }
 
 void Browser::WhenReady(const CompletionQueue::Entrance& queue, Ready ready) {
@@ -93,6 +102,7 @@ HRESULT Browser::Start() {
   if (!socket) return E_FAIL;
   const std::scoped_lock lock(mutex_);
   client_ = std::make_unique<DevToolsClient>(std::move(socket));
+  CloseNewWindows(*client_);
   if (stopping_) client_->Close();
   return S_OK;
 }

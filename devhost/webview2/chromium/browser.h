@@ -6,17 +6,18 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <thread>
 #include <utility>
 #include <vector>
 
 #include "webview2/chromium/devtools_client.h"
-#include "webview2/chromium/pinned_thread.h"
 
 namespace qv::devhost {
 
 /// One running browser, shared by everything that has the same options. It ends with its last owner; its
 /// profile stays for the next one of this process. Any thread may use it, but it must not be let go on its
-/// own receiving thread.
+/// own receiving thread. The library stays in memory once there has been one: answers may still be on their
+/// way when the host lets go of it.
 class Browser {
  public:
   /// Receives S_OK, or why the browser did not start.
@@ -57,7 +58,7 @@ class Browser {
   std::vector<std::pair<CompletionQueue::Entrance, Ready>> waiting_;
   std::unique_ptr<DevToolsClient> client_;
   /// Last: it uses everything above and ends before that.
-  std::unique_ptr<PinnedThread> thread_;
+  std::thread thread_;
 };
 
 }  // namespace qv::devhost

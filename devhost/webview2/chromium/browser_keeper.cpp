@@ -47,15 +47,19 @@ void BrowserKeeper::Stop(unsigned number) {
 
 BrowserKeeper::Progress BrowserKeeper::Look(unsigned number, DevToolsAddress& address) const {
   const std::scoped_lock lock(mutex_);
-  const std::wstring root = WindowsPathOf(root_);
-  const std::wstring ended = Concat(root, L"\\ended-", number);
-  if (number != starts_ || GetFileAttributesW(ended.c_str()) != INVALID_FILE_ATTRIBUTES)
-    return Progress::kEnded;
-  std::ifstream file(std::filesystem::path(root + L"\\profile\\DevToolsActivePort"));
+  if (number != starts_ || HasMark(L"ended-", number)) return Progress::kEnded;
+  // Until the script has come so far, the port is that of the browser before.
+  if (!HasMark(L"started-", number)) return Progress::kStarting;
+  std::ifstream file(std::filesystem::path(WindowsPathOf(root_) + L"\\profile\\DevToolsActivePort"));
   std::string path;
   if (!(file >> address.port >> path) || path.size() != kBrowserPathLength) return Progress::kStarting;
   address.path = Widen(path);
   return Progress::kListening;
+}
+
+bool BrowserKeeper::HasMark(const wchar_t* name, unsigned number) const {
+  const std::wstring path = Concat(WindowsPathOf(root_), L"\\", std::wstring_view(name), number);
+  return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 bool BrowserKeeper::TakeLeash() {

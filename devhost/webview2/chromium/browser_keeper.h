@@ -25,7 +25,7 @@ class BrowserKeeper {
  public:
   enum class Progress { kStarting, kListening, kEnded };
 
-  /// The one for these options, kept until this process ends or unloads the library: a browser that is
+  /// The one for these options, kept until this process ends: a browser that is
   /// started again finds its profile as it was.
   [[nodiscard]] static std::shared_ptr<BrowserKeeper> ForOptions(const BrowserOptions& options);
 
@@ -40,6 +40,7 @@ class BrowserKeeper {
   void Stop(unsigned number);
 
  private:
+  [[nodiscard]] bool HasMark(const wchar_t* name, unsigned number) const;
   [[nodiscard]] bool TakeLeash();
   [[nodiscard]] bool MakeRoot();
   [[nodiscard]] bool RunScript() const;

@@ -138,10 +138,6 @@ void ChromiumPage::OnPageEvent(const std::string& method, const Json& parameters
       {"Runtime.bindingCalled", [](ChromiumPage& self, const Json& p) { self.OnMessagePosted(p); }},
       {"Page.javascriptDialogOpening", [](ChromiumPage& self, const Json& p) { self.OnDialog(p); }},
       {"Inspector.targetCrashed", [](ChromiumPage& self, const Json&) { self.OnCrashed(); }},
-      {"Target.attachedToTarget",
-       [](ChromiumPage& self, const Json& p) {
-         self.link_->CloseTarget(p.at("targetInfo").at("targetId").get<std::string>());
-       }},
   };
   const auto handler = kHandlers.find(method);
   if (handler != kHandlers.end()) return handler->second(*this, parameters);

@@ -47,12 +47,6 @@ class Opening : public std::enable_shared_from_this<Opening> {
     link_->Tell("Runtime.enable");
     link_->Tell("Runtime.addBinding", {{"name", kPostBinding}});
     link_->Tell("Page.addScriptToEvaluateOnNewDocument", {{"source", kPageScript}, {"runImmediately", true}});
-    // A window that the page opens is held before it loads anything, and then closed: nobody would see it.
-    link_->Tell("Target.setAutoAttach",
-                {{"autoAttach", true},
-                 {"waitForDebuggerOnStart", true},
-                 {"flatten", true},
-                 {"filter", {{{"type", "page"}, {"exclude", false}}, {{"exclude", true}}}}});
     // The last command: once it is answered, all are done.
     link_->Call("Runtime.evaluate", {{"expression", "0"}},
                 [self = shared_from_this()](HRESULT hr, const Json&) { self->Finish(hr); });

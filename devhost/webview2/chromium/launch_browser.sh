@@ -1,7 +1,8 @@
 #!/bin/bash
 # Keeps one browser for a Windows program under Wine:  launch_browser.sh ROOT CHROMIUM [FLAGS…]
 # ROOT is a new folder of that program's own. Its commands come through the FIFO ROOT/leash, one a line:
-#   start N   starts the browser on ROOT/profile; the file ROOT/ended-N appears when it ends
+#   start N   starts the browser on ROOT/profile, ending the one before; the files ROOT/started-N and ROOT/ended-N tell
+#             when that begins and when it is over
 #   stop      ends it
 # When nobody holds the leash any more, however that program ended, the browser is ended and ROOT removed.
 set -u
@@ -69,6 +70,7 @@ while read -r command number; do
   stop_browser
   if [ "$command" = start ]; then
     rm -f "$root/profile/DevToolsActivePort"
+    : >"$root/started-$number"
     run_browser "$number" &
     keeper=$!
   fi

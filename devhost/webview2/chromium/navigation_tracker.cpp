@@ -20,9 +20,12 @@ std::string Text(const Json& object, const char* member) {
 
 void NavigationTracker::Ordered(std::uint64_t navigation) {
   current_ = Navigation{navigation};
+  ordered_.push_back(navigation);
 }
 
 void NavigationTracker::Answered(std::uint64_t navigation, bool failed, const Json& answer) {
+  // One that could not even begin.
+  std::erase(ordered_, navigation);
   if (current_.navigation != navigation) return;
   const std::string error = Text(answer, "errorText");
   // No loader: the address differs in its fragment only, and the same document stays.
@@ -31,6 +34,11 @@ void NavigationTracker::Answered(std::uint64_t navigation, bool failed, const Js
     return End();
   }
   if (!error.empty()) Fail(error);
+}
+
+void NavigationTracker::Forget() {
+  current_ = {};
+  ordered_.clear();
 }
 
 void NavigationTracker::OnEvent(const std::string& method, const Json& parameters) {
@@ -50,8 +58,9 @@ void NavigationTracker::OnEvent(const std::string& method, const Json& parameter
 void NavigationTracker::OnStarted(const Json& parameters) {
   if (Text(parameters, "frameId") != mainFrame_) return;
   const std::string loader = Text(parameters, "loaderId");
-  if (current_.navigation != 0 && current_.loader.empty()) {
-    current_.loader = loader;
+  if (!ordered_.empty()) {
+    if (ordered_.front() == current_.navigation) current_.loader = loader;
+    ordered_.pop_front();
     return;
   }
   const std::string type = Text(parameters, "navigationType");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <string>
 
@@ -40,7 +41,7 @@ class NavigationTracker {
   /// afterwards.
   void OnEvent(const std::string& method, const Json& parameters);
   /// The page's process has ended: whatever was under way is.
-  void Forget() { current_ = {}; }
+  void Forget();
 
   /// Whether a document is on its way and the present one about to go.
   [[nodiscard]] bool IsLeaving() const { return current_.navigation != 0 && !current_.committed; }
@@ -68,6 +69,8 @@ class NavigationTracker {
   NavigationReport& report_;
   std::string mainFrame_;
   Navigation current_;
+  /// What the web view has sent and the browser not yet begun, superseded ones among them.
+  std::deque<std::uint64_t> ordered_;
 };
 
 }  // namespace qv::devhost

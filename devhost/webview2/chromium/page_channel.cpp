@@ -10,7 +10,6 @@ const std::set<std::string>& WantedEvents() {
       "Inspector.targetCrashed", "Network.loadingFailed",        "Network.responseReceived",
       "Page.frameNavigated",     "Page.frameStartedNavigating",  "Page.javascriptDialogOpening",
       "Page.lifecycleEvent",     "Page.navigatedWithinDocument", "Runtime.bindingCalled",
-      "Target.attachedToTarget",
   };
   return kEvents;
 }

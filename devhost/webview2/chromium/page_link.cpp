@@ -14,7 +14,7 @@ PageLink::PageLink(std::shared_ptr<Browser> browser, std::shared_ptr<CompletionQ
 
 PageLink::~PageLink() {
   browser_->Client().RemoveSession(session_);
-  CloseTarget(target_);
+  browser_->Client().Tell("", "Target.closeTarget", {{"targetId", target_}});
 }
 
 void PageLink::Tell(const char* method, Json parameters) const {
@@ -24,10 +24,6 @@ void PageLink::Tell(const char* method, Json parameters) const {
 void PageLink::Call(const char* method, Json parameters, DevToolsClient::Reply reply) const {
   browser_->Client().Call(session_, method, std::move(parameters), queue_->ForOtherThreads(),
                           std::move(reply));
-}
-
-void PageLink::CloseTarget(const std::string& target) const {
-  browser_->Client().Tell("", "Target.closeTarget", {{"targetId", target}});
 }
 
 }  // namespace qv::devhost

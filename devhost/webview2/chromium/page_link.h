@@ -20,7 +20,6 @@ class PageLink {
   /// Sends a command to the page; without an answer, or with one that comes later.
   void Tell(const char* method, Json parameters = nullptr) const;
   void Call(const char* method, Json parameters, DevToolsClient::Reply reply) const;
-  void CloseTarget(const std::string& target) const;
 
   [[nodiscard]] PageChannel& Channel() const { return *channel_; }
   /// The browser's name of the page, which is also that of its main frame.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/text.h"
+#include "foundation/unique_handle.h"
 #include "page_server.h"
 #include "web_view_fixture.h"
 
@@ -33,21 +34,39 @@ class ChromiumTest : public WebViewTest {
 
   static void TearDownTestSuite() {
     const auto timer = WakeOften();
-    EXPECT_TRUE(PumpUntil([] { return !HasScratchFolder(); }, kPatienceMs)) << "a browser was left behind";
+    EXPECT_TRUE(PumpUntil([] { return Browsers(L"started-*") == Browsers(L"ended-*"); }, kPatienceMs))
+        << "a browser was left behind";
     KillTimer(nullptr, timer);
   }
 
-  /// Whether a profile of a browser of this process is still there.
-  static bool HasScratchFolder() {
-    wchar_t temporary[MAX_PATH] = L"";
-    const DWORD length = GetEnvironmentVariableW(L"TMPDIR", temporary, MAX_PATH);
-    const std::wstring pattern = L"Z:" + (length == 0 ? std::wstring(L"/tmp") : std::wstring(temporary)) +
-                                 L"/quorvantis-browser-" + std::to_wstring(GetCurrentProcessId()) + L"-*";
+  /// How many files of this kind lie in the scratch folders of this process's browsers.
+  [[nodiscard]] static std::size_t Browsers(const wchar_t* pattern) {
+    std::size_t count = 0;
+    for (const auto& folder : ScratchFolders(GetCurrentProcessId()))
+      count += FilesLike(folder + L"\\" + pattern).size();
+    return count;
+  }
+
+  /// The scratch folders of the browsers of a process.
+  [[nodiscard]] static Lines ScratchFolders(DWORD process) {
+    wchar_t temporary[MAX_PATH] = L"/tmp";
+    GetEnvironmentVariableW(L"TMPDIR", temporary, MAX_PATH);
+    const std::wstring parent = L"Z:" + std::wstring(temporary) + L"\\";
+    Lines folders = FilesLike(parent + L"quorvantis-browser-" + std::to_wstring(process) + L"-*");
+    for (auto& folder : folders)
+      folder.insert(0, parent);
+    return folders;
+  }
+
+  [[nodiscard]] static Lines FilesLike(const std::wstring& pattern) {
+    Lines names;
     WIN32_FIND_DATAW found{};
-    const HANDLE search = FindFirstFileW(pattern.c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) return false;
-    FindClose(search);
-    return true;
+    const UniqueFind search(FindFirstFileW(pattern.c_str(), &found));
+    if (!search) return names;
+    do {
+      names.push_back(found.cFileName);
+    } while (FindNextFileW(search.Get(), &found));
+    return names;
   }
 
   /// Navigates and waits for the end, successful or not.
