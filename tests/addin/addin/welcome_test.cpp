@@ -54,7 +54,7 @@ class WelcomeMarks {
   std::optional<DWORD> before_[std::size(kValues)];
 };
 
-/// A host whose one document window is a real one in front.
+/// A host whose one document window the user looks at.
 class Welcome : public AddinTest {
  protected:
   void SetUp() override {
@@ -66,13 +66,16 @@ class Welcome : public AddinTest {
 
   void TearDown() override {
     AddinTest::TearDown();
-    DestroyWindow(frame_);
+    if (IsWindow(frame_)) DestroyWindow(frame_);
   }
 
-  /// Connects with the host in front.
+  /// Connects, with the host's own window in front instead.
   void ConnectInFront() {
-    BringToFront(frame_);
     Connect();
+    DestroyWindow(frame_);
+    frame_ = host_->Documents().TopWindow();
+    ShowWindow(frame_, SW_SHOW);
+    BringToFront(frame_);
   }
 
   static void BringToFront(HWND window) {
@@ -126,8 +129,7 @@ TEST_F(Welcome, IsDoneOnNoToo) {
 
 TEST_F(Welcome, StaysDueWhenTheLoginPageCannotBeShown) {
   boxes_.AnswerWith(IDYES);
-  BringToFront(frame_);
-  Connect();
+  ConnectInFront();
   host_->Factory().SetOutcomes(E_FAIL, E_FAIL);
   ASSERT_TRUE(WaitForWelcome());
   ASSERT_TRUE(WaitForLog("Excel CreateCTP failed"));
