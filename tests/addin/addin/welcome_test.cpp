@@ -3,6 +3,8 @@
 #include <string>
 
 #include "addin_test.h"
+#include "fake_ribbon.h"
+#include "foundation/catalog.h"
 #include "foundation/text.h"
 #include "foundation/unique_handle.h"
 #include "host/message_pump.h"
@@ -114,6 +116,16 @@ TEST_F(Welcome, OpensTheLoginPageOnYesAndIsDone) {
                               "Excel ShowPanePage\r\n", "Excel ShowPanePage page=login\r\n"}));
   EXPECT_EQ(Mark(L"WelcomeShown_excel"), 1U);
   EXPECT_EQ(Mark(L"WelcomeShown"), 1U);
+}
+
+TEST_F(Welcome, BringsItsRibbonTabUpOnYes) {
+  boxes_.AnswerWith(IDYES);
+  ConnectInFront();
+  const FakeRibbon ribbon(frame_, CatalogText(L"en", L"ribbon.tabQuorvantis"));
+  ASSERT_TRUE(WaitForWelcome());
+  EXPECT_TRUE(WaitForLog("ActivateRibbonTab OK (acc)\r\n"));
+  EXPECT_EQ(ribbon.TabActivations(), 1);
+  EXPECT_NE(WaitForItem(PageItemKind::kNavigate, L"/panel/excel/login.html?"), "");
 }
 
 TEST_F(Welcome, IsDoneOnNoToo) {
