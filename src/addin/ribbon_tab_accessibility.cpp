@@ -62,8 +62,9 @@ bool ActivateBelow(const Element& element, const std::wstring& label, SearchBudg
 
 bool ActivateTabByAccessibility(HWND window, const std::wstring& label, SearchBudget& budget) {
   Element root;
-  const HRESULT hr = AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
-                                                reinterpret_cast<void**>(root.object.GetAddressOf()));
+  const HRESULT hr =
+      AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
+                                 reinterpret_cast<void**>(root.object.GetAddressOf()));
   return SUCCEEDED(hr) && root.object != nullptr && ActivateBelow(root, label, budget, 0);
 }
 

@@ -3,6 +3,8 @@
 #include <string>
 
 #include "addin_test.h"
+#include "fake_ribbon.h"
+#include "foundation/catalog.h"
 #include "foundation/text.h"
 #include "foundation/unique_handle.h"
 #include "host/message_pump.h"
@@ -54,7 +56,7 @@ class WelcomeMarks {
   std::optional<DWORD> before_[std::size(kValues)];
 };
 
-/// A host whose one document window is a real one in front.
+/// A host whose one document window the user looks at.
 class Welcome : public AddinTest {
  protected:
   void SetUp() override {
@@ -66,13 +68,16 @@ class Welcome : public AddinTest {
 
   void TearDown() override {
     AddinTest::TearDown();
-    DestroyWindow(frame_);
+    if (IsWindow(frame_)) DestroyWindow(frame_);
   }
 
-  /// Connects with the host in front.
+  /// Connects, with the host's own window in front instead.
   void ConnectInFront() {
-    BringToFront(frame_);
     Connect();
+    DestroyWindow(frame_);
+    frame_ = host_->Documents().TopWindow();
+    ShowWindow(frame_, SW_SHOW);
+    BringToFront(frame_);
   }
 
   static void BringToFront(HWND window) {
@@ -113,6 +118,16 @@ TEST_F(Welcome, OpensTheLoginPageOnYesAndIsDone) {
   EXPECT_EQ(Mark(L"WelcomeShown"), 1U);
 }
 
+TEST_F(Welcome, BringsItsRibbonTabUpOnYes) {
+  boxes_.AnswerWith(IDYES);
+  ConnectInFront();
+  const FakeRibbon ribbon(frame_, CatalogText(L"en", L"ribbon.tabQuorvantis"));
+  ASSERT_TRUE(WaitForWelcome());
+  EXPECT_TRUE(WaitForLog("ActivateRibbonTab OK (acc)\r\n"));
+  EXPECT_EQ(ribbon.TabActivations(), 1);
+  EXPECT_NE(WaitForItem(PageItemKind::kNavigate, L"/panel/excel/login.html?"), "");
+}
+
 TEST_F(Welcome, IsDoneOnNoToo) {
   boxes_.AnswerWith(IDNO);
   ConnectInFront();
@@ -126,8 +141,7 @@ TEST_F(Welcome, IsDoneOnNoToo) {
 
 TEST_F(Welcome, StaysDueWhenTheLoginPageCannotBeShown) {
   boxes_.AnswerWith(IDYES);
-  BringToFront(frame_);
-  Connect();
+  ConnectInFront();
   host_->Factory().SetOutcomes(E_FAIL, E_FAIL);
   ASSERT_TRUE(WaitForWelcome());
   ASSERT_TRUE(WaitForLog("Excel CreateCTP failed"));
