@@ -5,6 +5,8 @@
 // GDI+ wants the headers above first.
 #include <gdiplus.h>
 
+#include <cstddef>
+
 #include "addin/module_resource.h"
 #include "foundation/com_object.h"
 #include "foundation/unique_gdi.h"
@@ -32,13 +34,14 @@ class GdiplusSession {
   bool started_ = false;
 };
 
-/// A top-down bitmap of 32 bits a pixel; `pixels` receives its memory.
+/// A bitmap of 32 bits a pixel; `pixels` receives its memory. Rows lie from the bottom up: a handle does not
+/// tell its rows' order, and hosts that read the memory themselves count on this one.
 UniqueBitmap MakeBitmap(int width, int height, void** pixels) {
   BITMAPINFO info{};
   BITMAPINFOHEADER& header = info.bmiHeader;
   header.biSize = sizeof(header);
   header.biWidth = width;
-  header.biHeight = -height;
+  header.biHeight = height;
   header.biPlanes = 1;
   header.biBitCount = 32;
   return UniqueBitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, pixels, nullptr, 0));
@@ -50,6 +53,7 @@ HRESULT Decode(IStream* png, UniqueBitmap& bitmap) {
   if (image.GetLastStatus() != Gdiplus::Ok) return HRESULT_FROM_WIN32(ERROR_INVALID_DATA);
   const int width = static_cast<int>(image.GetWidth());
   const int height = static_cast<int>(image.GetHeight());
+  const int rowBytes = width * 4;
   void* pixels = nullptr;
   bitmap = MakeBitmap(width, height, &pixels);
   if (!bitmap) return E_OUTOFMEMORY;
@@ -57,9 +61,9 @@ HRESULT Decode(IStream* png, UniqueBitmap& bitmap) {
   Gdiplus::BitmapData data{};
   data.Width = static_cast<UINT>(width);
   data.Height = static_cast<UINT>(height);
-  data.Stride = width * 4;
+  data.Stride = -rowBytes;
   data.PixelFormat = PixelFormat32bppPARGB;
-  data.Scan0 = pixels;
+  data.Scan0 = static_cast<BYTE*>(pixels) + static_cast<std::ptrdiff_t>(rowBytes) * (height - 1);
   const Gdiplus::Rect whole(0, 0, width, height);
   constexpr UINT kMode = Gdiplus::ImageLockModeRead | Gdiplus::ImageLockModeUserInputBuf;
   if (image.LockBits(&whole, kMode, PixelFormat32bppPARGB, &data) != Gdiplus::Ok) return E_FAIL;

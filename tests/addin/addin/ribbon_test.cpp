@@ -308,6 +308,11 @@ void ExpectIcon(IDispatch* image, int pixels) {
   EXPECT_FALSE(has([](const Pixel& p) { return std::max({p.red, p.green, p.blue}) > p.alpha; }));
 }
 
+/// How many pixels of a part of a picture's memory show anything.
+std::ptrdiff_t VisiblePixels(std::span<const Pixel> part) {
+  return std::count_if(part.begin(), part.end(), [](const Pixel& p) { return p.alpha > 0; });
+}
+
 int ExpectedPixels(int dpi, bool wps) {
   static const std::map<int, std::pair<int, int>> sizes = {{96, {32, 48}}, {144, {48, 64}}, {192, {64, 96}}};
   return wps ? sizes.at(dpi).second : sizes.at(dpi).first;
@@ -316,6 +321,19 @@ int ExpectedPixels(int dpi, bool wps) {
 /// Whether this program goes by the name of WPS Spreadsheets.
 bool IsCalledLikeWps() {
   return GetModuleHandleW(L"et.exe") != nullptr;
+}
+
+TEST_F(Ribbon, ShowsIconsUprightToHostsThatReadTheirMemory) {
+  ComPtr<IPicture> picture;
+  ASSERT_EQ(Ask(L"GetImage", Control("btnAiChat")).Object().As(&picture), S_OK);
+  OLE_HANDLE handle = 0;
+  ASSERT_EQ(picture->get_Handle(&handle), S_OK);
+  BITMAP bitmap{};
+  ASSERT_NE(GetObjectW(LongToHandle(static_cast<LONG>(handle)), sizeof(bitmap), &bitmap), 0);
+  const auto size = static_cast<std::size_t>(bitmap.bmWidth * bitmap.bmHeight);
+  const std::span<const Pixel> all(static_cast<const Pixel*>(bitmap.bmBits), size);
+  // The balloon's tail, which is narrow, is at its bottom, and so in the first rows.
+  EXPECT_LT(2 * VisiblePixels(all.first(size / 4)), VisiblePixels(all.last(size / 4)));
 }
 
 TEST_F(Ribbon, ShowsIconsThatSuitTheHostAndItsDpi) {
