@@ -83,7 +83,7 @@ FakeRibbon::FakeRibbon(HWND parent, const std::wstring& tabName)
     : root_(new FakeRibbonElement(ROLE_SYSTEM_WINDOW, L"Ribbon", nullptr)) {
   const auto group = MakeCom<FakeRibbonElement>(ROLE_SYSTEM_PAGETABLIST, L"Tabs", nullptr);
   group->Add(MakeCom<FakeRibbonElement>(ROLE_SYSTEM_PAGETAB, L"Home", nullptr));
-  group->Add(MakeCom<FakeRibbonElement>(ROLE_SYSTEM_PUSHBUTTON, tabName, nullptr));
+  group->Add(MakeCom<FakeRibbonElement>(ROLE_SYSTEM_PUSHBUTTON, tabName, &otherActivations_));
   group->Add(MakeCom<FakeRibbonElement>(ROLE_SYSTEM_PAGETAB, tabName, &tabActivations_));
   root_->Add(group);
   WNDCLASSW description{};

@@ -24,6 +24,7 @@ class FakeRibbon {
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
 
   int tabActivations_ = 0;
+  int otherActivations_ = 0;
   FakeRibbonElement* root_;
   HWND window_;
 };
