@@ -64,6 +64,7 @@ void CellText::AddLine(const TextLine& from, const std::vector<int>& advances) {
     const TEXTMETRICW metrics = MetricsOf(run.font);
     line.ascent = std::max(line.ascent, static_cast<int>(metrics.tmAscent));
     line.descent = std::max(line.descent, static_cast<int>(metrics.tmDescent));
+    line.leading = std::max(line.leading, static_cast<int>(metrics.tmInternalLeading));
     if (start >= end) continue;
     int width = 0;
     for (std::size_t i = start; i < end; ++i)
@@ -74,6 +75,14 @@ void CellText::AddLine(const TextLine& from, const std::vector<int>& advances) {
   width_ = std::max(width_, line.width);
   height_ += line.ascent + line.descent;
   lines_.push_back(std::move(line));
+}
+
+void CellText::TightenTo(int room) {
+  for (Line& line : lines_) {
+    const int cut = std::clamp(height_ - room, 0, line.leading);
+    line.ascent -= cut;
+    height_ -= cut;
+  }
 }
 
 void CellText::Draw(int left, int top, GridHorizontal alignment) const {

@@ -15,6 +15,9 @@ class CellText {
   /// feeds. All arguments are borrowed for the object's life.
   CellText(HDC dc, FontCache& fonts, const GridCell& cell, const GridFont& font, int wrapWidth);
 
+  /// Draws the lines closer together where they are higher than the room; programs measure lines tighter than
+  /// GDI, and a row that they have fitted would cut the last one.
+  void TightenTo(int room);
   [[nodiscard]] int Width() const { return width_; }
   [[nodiscard]] int Height() const { return height_; }
   /// `left` and `top` of the text as a whole; shorter lines are aligned within its width.
@@ -33,6 +36,8 @@ class CellText {
     int width = 0;
     int ascent = 0;
     int descent = 0;
+    /// Part of the ascent above the letters.
+    int leading = 0;
   };
 
   [[nodiscard]] std::vector<int> Advances() const;

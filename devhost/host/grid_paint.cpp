@@ -1,6 +1,9 @@
 #include "host/grid_paint.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <cwchar>
 #include <set>
 #include <utility>
 
@@ -13,6 +16,10 @@ namespace {
 constexpr COLORREF kShapeFrame = RGB(0xBF, 0xBF, 0xBF);
 /// Points between a cell's edge and its text.
 constexpr double kPadding = 2.0;
+
+/// Formats rarely ask for more decimals than this; no number has more than the other.
+constexpr std::size_t kMostFixedDecimals = 6;
+constexpr std::size_t kMostDecimals = 17;
 
 using Position = std::pair<int, int>;
 
@@ -111,11 +118,12 @@ class PanePainter {
     room.right -= padding_;
     if (room.right <= room.left || room.bottom <= room.top) return;
     const bool wraps = style.wrap && cell.content == GridContent::kText;
-    const CellText text(dc_, fonts_, cell, style.font, wraps ? room.right - room.left : 0);
+    CellText text(dc_, fonts_, cell, style.font, wraps ? room.right - room.left : 0);
+    text.TightenTo(room.bottom - room.top);
     const GridHorizontal alignment = AlignmentOf(cell, style);
     const int missing = text.Width() - (room.right - room.left);
     if (missing > 0 && cell.content == GridContent::kNumber) {
-      PaintHashes(room, style);
+      PaintLongNumber(cell, room);
       return;
     }
     const int left = room.left - (alignment == GridHorizontal::kRight    ? missing
@@ -133,6 +141,25 @@ class PanePainter {
     const int low = room.bottom - text.Height();
     if (style.vertical == GridVertical::kTop) return room.top;
     return style.vertical == GridVertical::kCenter ? (room.top + low) / 2 : low;
+  }
+
+  /// With as many decimals as fit, if it has that many that its format is the general one.
+  void PaintLongNumber(GridCell number, const RECT& room) {
+    const std::size_t point = number.text.find(L'.');
+    const std::size_t decimals = point == std::wstring::npos ? 0 : number.text.size() - point - 1;
+    if (decimals <= kMostFixedDecimals) return PaintHashes(room, StyleOf(number));
+    const double value = std::wcstod(number.text.c_str(), nullptr);
+    for (std::size_t places = std::min(decimals, kMostDecimals); places-- > 0;) {
+      std::array<char, 64> digits{};
+      const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                     std::chars_format::fixed, static_cast<int>(places));
+      number.text.assign(digits.data(), end.ptr);
+      const CellText text(dc_, fonts_, number, StyleOf(number).font, 0);
+      if (text.Width() > room.right - room.left) continue;
+      text.Draw(room.right - text.Width(), TopOf(text, StyleOf(number), room), GridHorizontal::kRight);
+      return;
+    }
+    PaintHashes(room, StyleOf(number));
   }
 
   /// A number that does not fit is not shown in part.

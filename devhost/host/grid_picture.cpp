@@ -8,7 +8,7 @@ namespace {
 
 constexpr int kLastRow = 1048576;
 constexpr int kLastColumn = 16384;
-/// Columns read beyond the left edge: their texts may run into view.
+/// Columns read beyond the left edge: their texts may run into view, those of frozen columns too.
 constexpr int kLead = 8;
 /// Points of a low row and of a narrow column: more of them than fit are rarely needed.
 constexpr double kLowRow = 13;
@@ -41,11 +41,10 @@ GridSnapshot ReadMain(Engine& engine, int window, SIZE room, int dpi, int& row, 
   GridSnapshot grid = ReadFilling(engine, window, row, column, lead, room, dpi);
   const int wantedRow = std::max(grid.scrollRow, grid.frozenRows + 1);
   const int wantedColumn = std::max(grid.scrollColumn, grid.frozenColumns + 1);
-  const bool leadIsFrozen = grid.area.firstColumn <= grid.frozenColumns;
-  if (wantedRow == row && wantedColumn == column && !leadIsFrozen) return grid;
+  if (wantedRow == row && wantedColumn == column) return grid;
   row = wantedRow;
   column = wantedColumn;
-  lead = std::clamp(column - grid.frozenColumns - 1, 0, kLead);
+  lead = std::min(kLead, column - 1);
   return ReadFilling(engine, window, row, column, lead, room, dpi);
 }
 

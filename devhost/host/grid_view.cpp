@@ -67,7 +67,7 @@ void GridView::Arrange() {
   if (fonts_ == nullptr || fonts_->Dpi() != dpi) fonts_ = std::make_unique<FontCache>(dpi);
   const SIZE size = ClientSize();
   const RECT strip = TabStrip();
-  const int bar = MulDiv(GetSystemMetrics(SM_CXVSCROLL), dpi, USER_DEFAULT_SCREEN_DPI);
+  const int bar = GetSystemMetricsForDpi(SM_CXVSCROLL, static_cast<UINT>(dpi));
   MoveWindow(verticalBar_, size.cx - bar, 0, bar, std::max(0L, strip.top), TRUE);
   MoveWindow(horizontalBar_, strip.right, strip.top, std::max(0L, size.cx - strip.right - bar),
              strip.bottom - strip.top, TRUE);
