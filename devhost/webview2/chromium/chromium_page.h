@@ -50,6 +50,8 @@ class ChromiumPage final : public PageBackend,
   void OnDialog(const Json& parameters);
   void OnCrashed();
   void UpdateScreencast();
+  void StartScreencast();
+  void CheckPicture(HWND window);
   /// Runs the script; `convert` makes the text of the answer.
   void Run(Json parameters, ScriptDone done, HRESULT (*convert)(const Json& answer, std::wstring& text));
 
