@@ -117,10 +117,12 @@ void ChromiumPage::StartScreencast() {
 
 void ChromiumPage::CheckPicture(HWND window) {
   const SIZE shown = painter_.Size();
-  if (!casting_ || crashed_ || (shown.cx == size_.cx && shown.cy == size_.cy)) {
+  const bool fits = shown.cx == size_.cx && shown.cy == size_.cy;
+  if (!casting_ || crashed_ || (fits && confirmed_)) {
     KillTimer(window, kPictureTimer);
     return;
   }
+  confirmed_ = true;
   link_->Tell("Page.stopScreencast");
   StartScreencast();
 }
@@ -196,13 +198,13 @@ void ChromiumPage::OnCrashed() {
   events_->PageProcessLost();
 }
 
-void ChromiumPage::OnFrame(int number) {
-  link_->Tell("Page.screencastFrameAck", {{"sessionId", number}});
-  if (window_ == nullptr) return;
+void ChromiumPage::OnFrame() {
   FramePicture picture = link_->Channel().TakeFrame();
-  if (!picture.bitmap) return;
+  if (window_ == nullptr || window_->Handle() == nullptr || !picture.bitmap) return;
   painter_.Show(std::move(picture));
-  if (window_->Handle() != nullptr) InvalidateRect(window_->Handle(), nullptr, FALSE);
+  InvalidateRect(window_->Handle(), nullptr, FALSE);
+  confirmed_ = false;
+  SetTimer(window_->Handle(), kPictureTimer, kPictureCheckMs, nullptr);
 }
 
 void ChromiumPage::OnBrowserLost() {

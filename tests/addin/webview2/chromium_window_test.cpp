@@ -1,4 +1,5 @@
-#include <functional>
+#include <chrono>
+#include <thread>
 
 #include "chromium_fixture.h"
 
@@ -68,6 +69,18 @@ TEST_F(ChromiumWindow, ShowsThePageAndFollowsItsChanges) {
   EXPECT_EQ(Run(L"document.body.style.background = 'rgb(4,5,6)'; 1"), L"1");
   ASSERT_HRESULT_SUCCEEDED(controller_->put_IsVisible(TRUE));
   EXPECT_TRUE(Shows(5, 5, RGB(4, 5, 6)));
+}
+
+TEST_F(ChromiumWindow, ShowsWhatThePageCameToWhileTheHostWasBusy) {
+  ASSERT_NO_FATAL_FAILURE(LoadHtml(L"<body style='margin:0;background:rgb(1,1,1)'>"));
+  ASSERT_TRUE(Shows(5, 5, RGB(1, 1, 1)));
+  EXPECT_EQ(Run(L"let step = 1; const paint = () => { ++step;"
+                L"document.body.style.background = `rgb(${step},9,9)`;"
+                L"if (step < 20) requestAnimationFrame(paint); }; requestAnimationFrame(paint); 1"),
+            L"1");
+  // The host dispatches nothing meanwhile, as in a long calculation.
+  std::this_thread::sleep_for(std::chrono::milliseconds(600));
+  EXPECT_TRUE(Shows(5, 5, RGB(20, 9, 9)));
 }
 
 TEST_F(ChromiumWindow, ShowsTheBackgroundWhereThePageHasNone) {
