@@ -7,6 +7,14 @@
 #include "webview2/chromium/script_result.h"
 
 namespace qv::devhost {
+namespace {
+
+// A page that does not change after it got a new size may never be pictured in it: then it is asked for
+// again.
+constexpr UINT_PTR kPictureTimer = 1;
+constexpr UINT kPictureCheckMs = 100;
+
+}  // namespace
 
 std::shared_ptr<ChromiumPage> ChromiumPage::Bind(std::shared_ptr<PageLink> link, PageEvents& events,
                                                  ViewWindow& window) {
@@ -25,6 +33,7 @@ ChromiumPage::ChromiumPage(std::shared_ptr<PageLink> link, PageEvents& events, V
 
 void ChromiumPage::Detach() {
   events_ = nullptr;
+  if (window_->Handle() != nullptr) KillTimer(window_->Handle(), kPictureTimer);
   window_->SetContent({});
   window_ = nullptr;
 }
@@ -89,13 +98,33 @@ void ChromiumPage::SetVisible(bool visible) {
 
 void ChromiumPage::UpdateScreencast() {
   const bool wanted = visible_ && size_.cx > 0 && size_.cy > 0;
-  if (wanted == casting_) return;
-  casting_ = wanted;
-  if (wanted) {
-    link_->Tell("Page.startScreencast", {{"format", "png"}, {"everyNthFrame", 1}});
-  } else {
-    link_->Tell("Page.stopScreencast");
+  if (wanted != casting_) {
+    casting_ = wanted;
+    if (wanted) {
+      StartScreencast();
+    } else {
+      link_->Tell("Page.stopScreencast");
+    }
   }
+  if (wanted && window_->Handle() != nullptr) {
+    SetTimer(window_->Handle(), kPictureTimer, kPictureCheckMs, nullptr);
+  }
+}
+
+void ChromiumPage::StartScreencast() {
+  link_->Tell("Page.startScreencast", {{"format", "png"}, {"everyNthFrame", 1}});
+}
+
+void ChromiumPage::CheckPicture(HWND window) {
+  const SIZE shown = painter_.Size();
+  const bool fits = shown.cx == size_.cx && shown.cy == size_.cy;
+  if (!casting_ || crashed_ || (fits && confirmed_)) {
+    KillTimer(window, kPictureTimer);
+    return;
+  }
+  confirmed_ = true;
+  link_->Tell("Page.stopScreencast");
+  StartScreencast();
 }
 
 void ChromiumPage::SetBackground(COREWEBVIEW2_COLOR color) {
@@ -169,13 +198,13 @@ void ChromiumPage::OnCrashed() {
   events_->PageProcessLost();
 }
 
-void ChromiumPage::OnFrame(int number) {
-  link_->Tell("Page.screencastFrameAck", {{"sessionId", number}});
-  if (window_ == nullptr) return;
+void ChromiumPage::OnFrame() {
   FramePicture picture = link_->Channel().TakeFrame();
-  if (!picture.bitmap) return;
+  if (window_ == nullptr || window_->Handle() == nullptr || !picture.bitmap) return;
   painter_.Show(std::move(picture));
-  if (window_->Handle() != nullptr) InvalidateRect(window_->Handle(), nullptr, FALSE);
+  InvalidateRect(window_->Handle(), nullptr, FALSE);
+  confirmed_ = false;
+  SetTimer(window_->Handle(), kPictureTimer, kPictureCheckMs, nullptr);
 }
 
 void ChromiumPage::OnBrowserLost() {
@@ -189,6 +218,9 @@ std::optional<LRESULT> ChromiumPage::OnMessage(HWND window, UINT message, WPARAM
       return 0;
     case WM_ERASEBKGND:
       return 1;
+    case WM_TIMER:
+      if (wParam == kPictureTimer) CheckPicture(window);
+      return 0;
     default:
       return input_.OnMessage(window, message, wParam, lParam);
   }

@@ -41,7 +41,7 @@ class ChromiumPage final : public PageBackend,
   void NavigationEnded(std::uint64_t navigation, bool success, COREWEBVIEW2_WEB_ERROR_STATUS status) override;
 
   void OnPageEvent(const std::string& method, const Json& parameters) override;
-  void OnFrame(int number) override;
+  void OnFrame() override;
   void OnBrowserLost() override;
 
   std::optional<LRESULT> OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -50,6 +50,8 @@ class ChromiumPage final : public PageBackend,
   void OnDialog(const Json& parameters);
   void OnCrashed();
   void UpdateScreencast();
+  void StartScreencast();
+  void CheckPicture(HWND window);
   /// Runs the script; `convert` makes the text of the answer.
   void Run(Json parameters, ScriptDone done, HRESULT (*convert)(const Json& answer, std::wstring& text));
 
@@ -64,6 +66,8 @@ class ChromiumPage final : public PageBackend,
   bool visible_ = true;
   bool casting_ = false;
   bool crashed_ = false;
+  /// The picture that is shown was asked for again.
+  bool confirmed_ = false;
 };
 
 }  // namespace qv::devhost

@@ -31,6 +31,8 @@ class FramePainter {
  public:
   void SetBackground(COREWEBVIEW2_COLOR color) { background_ = RGB(color.R, color.G, color.B); }
   void Show(FramePicture picture) { picture_ = std::move(picture); }
+  /// Of the picture shown; nothing before the first.
+  [[nodiscard]] SIZE Size() const { return picture_.size; }
   /// Handles WM_PAINT.
   void Paint(HWND window) const;
 

@@ -44,13 +44,18 @@ void PageChannel::OnEvent(const std::string& method, Json& parameters) {
 }
 
 void PageChannel::OnFrame(const Json& parameters) {
-  FramePicture picture = DecodeFrame(parameters.at("data").get_ref<const std::string&>());
-  {
-    const std::scoped_lock lock(mutex_);
-    if (picture.bitmap) frame_ = std::move(picture);
+  const auto& data = parameters.at("data").get_ref<const std::string&>();
+  if (data != lastFrame_) {
+    lastFrame_ = data;
+    FramePicture picture = DecodeFrame(data);
+    if (picture.bitmap) {
+      const std::scoped_lock lock(mutex_);
+      // One that nobody has taken yet is on its way to be announced.
+      if (!frame_.bitmap) PostToReceiver([](PageReceiver& receiver) { receiver.OnFrame(); });
+      frame_ = std::move(picture);
+    }
   }
-  PostToReceiver(
-      [number = parameters.value("sessionId", 0)](PageReceiver& receiver) { receiver.OnFrame(number); });
+  client_.Tell(session_, "Page.screencastFrameAck", {{"sessionId", parameters.value("sessionId", 0)}});
 }
 
 void PageChannel::OnLost() {

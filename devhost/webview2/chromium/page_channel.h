@@ -13,19 +13,22 @@ namespace qv::devhost {
 class PageReceiver {
  public:
   virtual void OnPageEvent(const std::string& method, const Json& parameters) = 0;
-  /// A new picture of the page waits to be taken; `number` is what the browser wants acknowledged.
-  virtual void OnFrame(int number) = 0;
+  /// A picture that differs from the one before waits to be taken.
+  virtual void OnFrame() = 0;
   virtual void OnBrowserLost() = 0;
 
  protected:
   ~PageReceiver() = default;
 };
 
-/// The way of one page's events from the receiving thread to the page's own. Pictures are decoded on the
-/// former, and what nobody here reads goes no further.
+/// The way of one page's events from the receiving thread to the page's own. What nobody here reads goes no
+/// further. Pictures are decoded and acknowledged on the former, however busy the latter is: the browser
+/// drops pictures while it waits, the last one among them.
 class PageChannel final : public SessionSink, public std::enable_shared_from_this<PageChannel> {
  public:
-  explicit PageChannel(CompletionQueue::Entrance queue) : queue_(std::move(queue)) {}
+  /// The client must live as long as it may call this.
+  PageChannel(DevToolsClient& client, std::string session, CompletionQueue::Entrance queue)
+      : client_(client), session_(std::move(session)), queue_(std::move(queue)) {}
 
   /// On the page's thread. Events that came before are lost, but not the loss of the browser.
   void Attach(std::weak_ptr<PageReceiver> receiver);
@@ -40,7 +43,11 @@ class PageChannel final : public SessionSink, public std::enable_shared_from_thi
   void PostToReceiver(Action action);
   void OnFrame(const Json& parameters);
 
+  DevToolsClient& client_;
+  std::string session_;
   CompletionQueue::Entrance queue_;
+  /// The picture before, as it came; on the receiving thread only.
+  std::string lastFrame_;
   std::mutex mutex_;
   FramePicture frame_;
   // On the page's thread only.

@@ -8,7 +8,7 @@ PageLink::PageLink(std::shared_ptr<Browser> browser, std::shared_ptr<CompletionQ
       queue_(std::move(queue)),
       target_(std::move(target)),
       session_(std::move(session)),
-      channel_(std::make_shared<PageChannel>(queue_->ForOtherThreads())) {
+      channel_(std::make_shared<PageChannel>(browser_->Client(), session_, queue_->ForOtherThreads())) {
   browser_->Client().AddSession(session_, channel_);
 }
 
