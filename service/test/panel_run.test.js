@@ -328,8 +328,10 @@ test("after a run the sheet's display and style can be changed", async () => {
   await view.run(`${runScript(1, 4)};onComplete({runId:1,total:10,elapsed:1,allSheets:false})`);
   await view.page.getByRole('button', { name: 'Original' }).click();
   assert.deepEqual(await view.posted(), [{ action: 'setExcelDisplayMode', mode: 'original', scope: 'session' }]);
+  assert.ok(await view.page.getByRole('button', { name: 'Both' }).isDisabled(), 'one switch at a time');
   await view.run('onExcelDisplayModeDone({ok:true,mode:"original",applied:3,failed:0,message:""})');
   assert.equal(await view.text('toast'), 'Cells changed: 3');
+  assert.ok(await view.page.getByRole('button', { name: 'Both' }).isEnabled());
   await view.run('onExcelDisplayModeDone({ok:false,mode:"original",applied:0,failed:3,message:"没有可还原的单元格"})');
   assert.match(await view.text('toast'), /could not be changed/);
   await view.page.getByText('Text style of the translation').click();

@@ -18,7 +18,13 @@ function tell(key) {
   drawProblem();
 }
 
+/** @param {boolean} waits the button keeps the focus, so it is not disabled outright */
+function setWaiting(waits) {
+  byId('login-button').ariaDisabled = waits ? 'true' : null;
+}
+
 async function submit() {
+  if (byId('login-button').ariaDisabled) return;
   const who = byId('who').value.trim();
   if (!who) {
     tell('login.empty');
@@ -26,7 +32,7 @@ async function submit() {
     return;
   }
   tell('');
-  byId('login-button').disabled = true;
+  setWaiting(true);
   try {
     const { token } = await signInAsDeveloper(who.includes('@') ? { email: who } : { name: who });
     signIn(token);
@@ -34,7 +40,7 @@ async function submit() {
   } catch (error) {
     tell(error.status === 404 ? 'login.unavailable' : 'login.failed');
   } finally {
-    byId('login-button').disabled = false;
+    setWaiting(false);
   }
 }
 

@@ -2,10 +2,11 @@
 import { announce } from './announcer.js';
 import { isHosted, onEvents, post } from './bridge.js';
 import { loadChoices, readChoices, saveChoices } from './choices.js';
+import { cellsChanged, openDisplaySwitch } from './display_switch.js';
 import { byId } from './dom.js';
 import { onLanguage, t } from './i18n.js';
 import { drawLanguageFields, openLanguageFields } from './language_fields.js';
-import { openPage, showToast } from './page.js';
+import { openPage } from './page.js';
 import { currentRun, openRunEvents, pausePosted, runPosted, step, takeRun } from './run_events.js';
 import { hasEnded, isBusy } from './run_state.js';
 import { drawElapsed, drawRun } from './run_view.js';
@@ -17,15 +18,13 @@ import { drawStyleFields, openStyleFields } from './style_fields.js';
 import { load, save } from './storage.js';
 
 const VIA_PAGE = 'viaPage';
-/** How long the add-in may take to switch what the sheet shows; large sheets take seconds. */
-const DISPLAY_LIMIT_MS = 60000;
 const SECOND_MS = 1000;
 
 const choices = loadChoices();
-let displayTimer = 0;
 let drawnPhase = 'idle';
 
 function start() {
+  if (obstacle()) return;
   const mode = scopeMode();
   const { action, fields } = startMessage(choices, {
     mode,
@@ -96,17 +95,6 @@ function cancel() {
   if (currentRun().phase === 'starting') step('cancelled');
 }
 
-function switchDisplay(mode) {
-  post('setExcelDisplayMode', { mode, scope: 'session' });
-  clearTimeout(displayTimer);
-  displayTimer = setTimeout(() => showToast(t('display.noAnswer'), 'warn'), DISPLAY_LIMIT_MS);
-}
-
-function cellsChanged({ ok, applied }) {
-  clearTimeout(displayTimer);
-  showToast(ok ? t('display.done', { count: applied ?? 0 }) : t('display.failed'), ok ? 'info' : 'warn');
-}
-
 const CLICKS = {
   pause: () => {
     post('pause');
@@ -123,12 +111,9 @@ const CLICKS = {
 
 function openButtons() {
   for (const [id, act] of Object.entries(CLICKS)) byId(id).addEventListener('click', act);
-  for (const button of document.querySelectorAll('[data-display]')) {
-    button.addEventListener('click', () => switchDisplay(button.dataset.display));
-  }
   byId('form').addEventListener('submit', (event) => {
     event.preventDefault();
-    if (!obstacle()) start();
+    start();
   });
 }
 
@@ -156,13 +141,13 @@ async function checkAccount() {
 }
 
 openButtons();
+openDisplaySwitch();
 openRunEvents(draw);
 openScopeFields(choices, changed);
 openStyleFields(choices, changed, cellsChanged);
 onEvents({
   quorvantisExportState: exportState,
   quorvantisImportState: importState,
-  onExcelDisplayModeDone: cellsChanged,
   onBatchDone: () => {},
 });
 onLanguage(redraw);
