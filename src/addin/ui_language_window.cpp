@@ -14,6 +14,7 @@
 #include "foundation/logging.h"
 #include "foundation/module.h"
 #include "foundation/text.h"
+#include "foundation/window_class.h"
 #include "foundation/window_dpi.h"
 
 namespace qv {
@@ -35,26 +36,6 @@ constexpr DWORD kRoundCorners = 2;
 
 /// The dialog that is open, of which there is at most one; null when none is.
 HWND g_open = nullptr;
-
-/// The window class, registered once per process. It would outlive the DLL and lead into nothing, so it goes
-/// with it.
-class WindowClass {
- public:
-  explicit WindowClass(WNDPROC procedure) {
-    WNDCLASSEXW description{};
-    description.cbSize = sizeof(description);
-    description.style = CS_DROPSHADOW;
-    description.lpfnWndProc = procedure;
-    description.hInstance = ThisModule();
-    description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    description.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
-    description.lpszClassName = kClassName;
-    RegisterClassExW(&description);
-  }
-  WindowClass(const WindowClass&) = delete;
-  WindowClass& operator=(const WindowClass&) = delete;
-  ~WindowClass() { UnregisterClassW(kClassName, ThisModule()); }
-};
 
 UniqueFont MakeFont(int pixels, int weight, int dpi) {
   return UniqueFont(CreateFontW(-ScaleToDpi(pixels, dpi), 0, 0, 0, weight, FALSE, FALSE, FALSE,
@@ -121,7 +102,8 @@ void UiLanguageWindow::RunModal(HWND owner) {
 }
 
 bool UiLanguageWindow::Create(HWND owner) {
-  static const WindowClass registered(&UiLanguageWindow::Procedure);
+  static const WindowClass registered(kClassName, &UiLanguageWindow::Procedure,
+                                      static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)), CS_DROPSHADOW);
   owner_ = owner;
   // Made where it will be shown, so that its DPI is that screen's.
   const RECT work = WorkArea(owner);
@@ -234,12 +216,8 @@ void UiLanguageWindow::Close() {
 
 LRESULT CALLBACK UiLanguageWindow::Procedure(HWND window, UINT message, WPARAM wparam,
                                              LPARAM lparam) noexcept {
-  auto* self = reinterpret_cast<UiLanguageWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (message == WM_NCCREATE) {
-    self = static_cast<UiLanguageWindow*>(reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpCreateParams);
-    self->handle_ = window;
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-  }
+  auto* const self = WindowOwner<UiLanguageWindow>(window, message, lparam);
+  if (message == WM_NCCREATE) self->handle_ = window;
   std::optional<LRESULT> result;
   if (self != nullptr) {
     Guard(L"UiLanguageWindow", [&] { result = self->OnMessage(message, wparam, lparam); });
@@ -288,7 +266,7 @@ std::optional<LRESULT> UiLanguageWindow::OnMessage(UINT message, WPARAM wparam, 
       SetBkMode(reinterpret_cast<HDC>(wparam), TRANSPARENT);
       return reinterpret_cast<LRESULT>(GetStockObject(WHITE_BRUSH));
     case WM_NCDESTROY:
-      SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
+      ForgetWindowOwner(handle_);
       handle_ = nullptr;
       // Destroyed with its owner, perhaps: the loop waits for a message.
       PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);

@@ -1,13 +1,12 @@
 #include "panel/image_preview_window.h"
 
-#include <shlwapi.h>
-
 #include <array>
 #include <utility>
 
 #include "foundation/file_io.h"
 #include "foundation/logging.h"
 #include "foundation/text.h"
+#include "panel/page_url.h"
 
 namespace qv {
 namespace {
@@ -22,28 +21,30 @@ std::wstring TemporaryFolder() {
   return length < folder.size() ? std::wstring(folder.data(), length) : std::wstring();
 }
 
-std::wstring FileAddress(const std::wstring& path) {
-  // Every unit may become three bytes of "%XX".
-  std::wstring address(path.size() * 9 + 16, L'\0');
-  auto length = static_cast<DWORD>(address.size());
-  if (FAILED(UrlCreateFromPathW(path.c_str(), address.data(), &length, 0))) return {};
-  address.resize(length);
-  return address;
-}
-
 }  // namespace
 
 void ImagePreviewWindow::Open(const ImagePreview& preview) {
   const std::string page = BuildImagePreviewPage(preview);
-  if (page.empty() || paneView_.Environment() == nullptr || !WritePage(page)) {
-    LogPaneDiagnostic(context_.LogIdentity(), L"Image preview not shown", E_INVALIDARG);
+  HRESULT hr = S_OK;
+  if (page.empty()) {
+    hr = E_INVALIDARG;
+  } else if (paneView_.Environment() == nullptr) {
+    hr = E_ABORT;
+  } else if (!WritePage(page)) {
+    hr = HRESULT_FROM_WIN32(ERROR_WRITE_FAULT);
+  }
+  if (FAILED(hr)) {
+    LogPaneDiagnostic(context_.LogIdentity(), L"Image preview not shown", hr);
     return;
   }
-  const std::wstring& title = preview.title.empty() ? preview.downloadName : preview.title;
-  if (frame_.IsOpen()) {
+  ++shown_;
+  Show(preview.title.empty() ? preview.downloadName : preview.title);
+}
+
+void ImagePreviewWindow::Show(const std::wstring& title) {
+  if (frame_.IsOpen() && view_.IsReady() && view_.Navigate(address_)) {
     frame_.SetTitle(title);
     frame_.Raise();
-    if (view_.IsReady()) view_.Navigate(address_);
     return;
   }
   if (frame_.Create(title, kSize, context_.Window())) {
@@ -58,10 +59,9 @@ bool ImagePreviewWindow::WritePage(const std::string& page) {
   if (folder.empty()) return false;
   const std::wstring file =
       Concat(folder, L"quorvantis-preview-", GetCurrentProcessId(), L"-", context_.Number(), L".html");
-  std::wstring address = FileAddress(file);
-  if (address.empty() || !WriteFileAtomically(file, page)) return false;
+  if (!WriteFileAtomically(file, page)) return false;
   file_ = file;
-  address_ = std::move(address);
+  address_ = FileAddress(file);
   return true;
 }
 
@@ -71,8 +71,10 @@ void ImagePreviewWindow::OnWebViewFailed(const wchar_t* step, HRESULT hr) {
 }
 
 void ImagePreviewWindow::CloseLater() {
-  // A view is never closed from inside its own event.
-  static_cast<void>(context_.Tasks().PostFunction([this] { Close(); }));
+  // A view is never closed from inside its own event, nor a frame from inside its own message.
+  static_cast<void>(context_.Tasks().PostFunction([this, shown = shown_] {
+    if (shown == shown_) Close();
+  }));
 }
 
 void ImagePreviewWindow::Close() {

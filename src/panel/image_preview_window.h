@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -28,10 +29,12 @@ class ImagePreviewWindow final : private PanelFrameEvents, private WebViewEvents
   // PanelFrameEvents
   void OnFrameResized() override { view_.Fit(); }
   void OnFrameFocused() override { view_.Focus(); }
-  void OnFrameClosing() override { Close(); }
+  void OnFrameMoved() override { view_.FollowWindow(); }
+  void OnFrameClosing() override { CloseLater(); }
+  void OnFrameDestroyed() override { view_.Close(); }
 
   // WebViewEvents
-  void OnWebViewReady() override { view_.Navigate(address_); }
+  void OnWebViewReady() override { static_cast<void>(view_.Navigate(address_)); }
   void OnWebMessage(const std::wstring&, const std::optional<std::wstring>&) override {}
   void OnNavigated() override {}
   void OnNavigationFailed() override {}
@@ -40,6 +43,7 @@ class ImagePreviewWindow final : private PanelFrameEvents, private WebViewEvents
   void OnPageLost() override { CloseLater(); }
 
   [[nodiscard]] bool WritePage(const std::string& page);
+  void Show(const std::wstring& title);
   void CloseLater();
 
   PaneContext& context_;
@@ -49,6 +53,8 @@ class ImagePreviewWindow final : private PanelFrameEvents, private WebViewEvents
   /// Path of the temporary file and its address; empty while there is none.
   std::wstring file_;
   std::wstring address_;
+  /// Counts the pictures, so that a late closing does not hit the next one.
+  std::uint32_t shown_ = 0;
 };
 
 }  // namespace qv

@@ -103,6 +103,8 @@ class OleControl : public ComObject<IQuorvantisExcelPane, IOleObject, IOleInPlac
   /// afterwards.
   [[nodiscard]] virtual bool ShowControlWindow(const wchar_t* operation, HWND parent,
                                                const RECT& position) = 0;
+  /// Moves the existing window, shown or hidden as it is.
+  virtual void PlaceControlWindow(HWND parent, const RECT& position) = 0;
   virtual void HideControlWindow() = 0;
   /// The container closes the control for good; may come more than once.
   virtual void OnClose() = 0;

@@ -108,7 +108,10 @@ HRESULT OleControl::SetObjectRects(LPCRECT position, LPCRECT) noexcept {
     } else if (ComPtr<IOleInPlaceSite> site; clientSite_ != nullptr && SUCCEEDED(clientSite_.As(&site))) {
       if (FAILED(site->GetWindow(&parent))) parent = nullptr;
     }
-    return ShowControlWindow(L"SetObjectRects", parent, *position) ? S_OK : E_FAIL;
+    if (ControlWindow() == nullptr)
+      return ShowControlWindow(L"SetObjectRects", parent, *position) ? S_OK : E_FAIL;
+    PlaceControlWindow(parent, *position);
+    return S_OK;
   });
 }
 

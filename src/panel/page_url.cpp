@@ -40,6 +40,23 @@ std::wstring BuildPanelUrl(const PanelUrlParts& parts) {
   return url + L"&uiLang=" + parts.uiLang;
 }
 
+std::wstring FileAddress(std::wstring_view path) {
+  std::wstring address = L"file:///";
+  for (const char byte : ToUtf8(path)) {
+    const bool plain = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
+                       (byte >= '0' && byte <= '9') ||
+                       std::string_view("-._~:/").find(byte) != std::string_view::npos;
+    if (byte == '\\') {
+      address += L'/';
+    } else if (plain) {
+      address += static_cast<wchar_t>(byte);
+    } else {
+      address += Concat(L'%', Hex{static_cast<unsigned char>(byte), 2, true});
+    }
+  }
+  return address;
+}
+
 std::span<const std::wstring_view> KnownPanelPages() {
   return kKnownPages;
 }

@@ -36,4 +36,7 @@ struct PanelUrlParts {
 /// empty for anything else.
 [[nodiscard]] std::wstring PanelPageFromUrl(std::wstring_view url);
 
+/// Address of a local file, given by its full path "C:\\…".
+[[nodiscard]] std::wstring FileAddress(std::wstring_view path);
+
 }  // namespace qv

@@ -3,6 +3,7 @@
 #include "foundation/guard.h"
 #include "foundation/module.h"
 #include "foundation/ui_task.h"
+#include "foundation/window_class.h"
 #include "panel/pane_background.h"
 
 namespace qv {
@@ -10,31 +11,18 @@ namespace {
 
 constexpr wchar_t kClassName[] = L"QuorvantisExcelPaneWnd";
 
-bool RegisterWindowClass(WNDPROC procedure) {
-  WNDCLASSEXW description{};
-  description.cbSize = sizeof(description);
-  description.lpfnWndProc = procedure;
-  description.hInstance = ThisModule();
-  description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  description.hbrBackground = PaneBackgroundBrush();
-  description.lpszClassName = kClassName;
-  return RegisterClassExW(&description) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
-}
-
 }  // namespace
 
 PaneWindow::~PaneWindow() {
   Destroy();
   // When the window is on its way out already, its last messages come after this object is gone.
-  if (handle_ != nullptr) SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
-  // A class outlives its DLL and would then lead into nothing, so the last window takes it away; while others
-  // exist this fails.
-  UnregisterClassW(kClassName, ThisModule());
+  if (handle_ != nullptr) ForgetWindowOwner(handle_);
 }
 
 bool PaneWindow::Create(HWND parent, const RECT& position) {
   if (handle_ != nullptr) return true;
-  if (!IsWindow(parent) || !RegisterWindowClass(&PaneWindow::Procedure)) return false;
+  static const WindowClass registered(kClassName, &PaneWindow::Procedure, PaneBackgroundBrush());
+  if (!IsWindow(parent)) return false;
   return CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
                          position.left, position.top, position.right - position.left,
                          position.bottom - position.top, parent, nullptr, ThisModule(), this) != nullptr;
@@ -48,7 +36,7 @@ void PaneWindow::Place(HWND parent, const RECT& position) {
   if (handle_ == nullptr) return;
   if (parent != nullptr && GetParent(handle_) != parent) SetParent(handle_, parent);
   SetWindowPos(handle_, nullptr, position.left, position.top, position.right - position.left,
-               position.bottom - position.top, SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+               position.bottom - position.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void PaneWindow::Show() {
@@ -60,13 +48,8 @@ void PaneWindow::Hide() {
 }
 
 LRESULT CALLBACK PaneWindow::Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
-  auto* self = reinterpret_cast<PaneWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (message == WM_NCCREATE) {
-    const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lparam);
-    self = static_cast<PaneWindow*>(creation->lpCreateParams);
-    self->handle_ = window;
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-  }
+  auto* const self = WindowOwner<PaneWindow>(window, message, lparam);
+  if (message == WM_NCCREATE) self->handle_ = window;
   bool handled = false;
   if (self != nullptr) {
     Guard(L"PaneWindow", [&] { handled = self->OnMessage(message, wparam, lparam); });
@@ -96,7 +79,7 @@ bool PaneWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       events_.OnWindowDestroyed();
       return true;
     case WM_NCDESTROY:
-      SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
+      ForgetWindowOwner(handle_);
       handle_ = nullptr;
       return false;
     default:

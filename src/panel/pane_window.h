@@ -35,7 +35,7 @@ class PaneWindow {
 
   /// Null while there is none.
   [[nodiscard]] HWND Handle() const { return handle_; }
-  /// Shows the window in this parent (null: the one that it has) at this place.
+  /// Puts the window into this parent (null: the one that it has) at this place, shown or hidden as it is.
   void Place(HWND parent, const RECT& position);
   /// Shows the window where it is.
   void Show();

@@ -1,9 +1,9 @@
 #include "panel/panel_bridge.h"
 
-#include "foundation/host_session.h"
 #include "foundation/json_text.h"
 #include "foundation/logging.h"
 #include "foundation/text.h"
+#include "panel/own_page.h"
 #include "panel/page_scripts.h"
 
 namespace qv {
@@ -11,10 +11,6 @@ namespace {
 
 /// Longest part of a foreign address that the log keeps, in UTF-16 units.
 constexpr std::size_t kLoggedSourceLength = 200;
-
-bool IsOwnPage(const std::wstring& url) {
-  return IsSameOrigin(url, HostSession::Get().Endpoint());
-}
 
 }  // namespace
 
@@ -42,13 +38,15 @@ void PanelBridge::OnJsMessage(const std::wstring& text) {
 }
 
 void PanelBridge::RunPanelScript(const std::wstring& script) {
-  paneView_.ExecuteScript(script);
-  workspaceView_.ExecuteScript(script);
+  for (WebView* view : {&paneView_, &workspaceView_}) {
+    if (ShowsOwnPage(*view)) view->ExecuteScript(script);
+  }
 }
 
 void PanelBridge::PostPanelJson(const std::wstring& json) {
-  paneView_.PostJson(json);
-  workspaceView_.PostJson(json);
+  for (WebView* view : {&paneView_, &workspaceView_}) {
+    if (ShowsOwnPage(*view)) view->PostJson(json);
+  }
 }
 
 void PanelBridge::PostPanelScript(const std::wstring& script) {
@@ -58,10 +56,7 @@ void PanelBridge::PostPanelScript(const std::wstring& script) {
 }
 
 void PanelBridge::SendAccessTokenToPanel() {
-  const std::wstring message = AccessTokenMessage(tokens_.Pane());
-  for (WebView* view : {&paneView_, &workspaceView_}) {
-    if (IsOwnPage(view->Source())) view->PostJson(message);
-  }
+  PostPanelJson(AccessTokenMessage(tokens_.Pane()));
 }
 
 }  // namespace qv

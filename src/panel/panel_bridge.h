@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "foundation/access_tokens.h"
 #include "foundation/pane_context.h"
@@ -12,9 +13,9 @@
 
 namespace qv {
 
-/// The only way between the pages of one pane and the native code: the pane's own page and, while the
-/// workspace window is open, that window's page, which gets the same scripts and messages. UI thread, except
-/// `PostPanelScript`.
+/// The way between the pages of one pane and the native code: the pane's own page and, while the workspace
+/// window is open, that window's page, which gets the same scripts and messages. A page that is not one of
+/// the service neither hears nor is heard. UI thread, except `PostPanelScript`.
 class PanelBridge final : public PanelOutput {
  public:
   /// `actions` carries out what the page asks for and need not be constructed yet. It, the views and the
@@ -40,7 +41,7 @@ class PanelBridge final : public PanelOutput {
   void PostPanelJson(const std::wstring& json) override;
   void PostPanelScript(const std::wstring& script) override;
 
-  /// Hands the pane's token to the pages, except to one that is not the service's own.
+  /// Hands the pane's token to the pages.
   void SendAccessTokenToPanel();
 
  private:

@@ -4,6 +4,7 @@
 
 #include "foundation/guard.h"
 #include "foundation/module.h"
+#include "foundation/window_class.h"
 #include "foundation/window_dpi.h"
 #include "panel/pane_background.h"
 
@@ -12,16 +13,7 @@ namespace {
 
 constexpr wchar_t kClassName[] = L"QuorvantisExcelPanelFrame";
 
-bool RegisterWindowClass(WNDPROC procedure) {
-  WNDCLASSEXW description{};
-  description.cbSize = sizeof(description);
-  description.lpfnWndProc = procedure;
-  description.hInstance = ThisModule();
-  description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  description.hbrBackground = PaneBackgroundBrush();
-  description.lpszClassName = kClassName;
-  return RegisterClassExW(&description) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
-}
+constexpr UINT_PTR kTimer = 1;
 
 /// In the middle of the work area of the screen on which `beside` is.
 RECT FramePlace(SIZE size, HWND beside) {
@@ -41,13 +33,13 @@ RECT FramePlace(SIZE size, HWND beside) {
 
 PanelFrame::~PanelFrame() {
   Destroy();
-  // The class would outlive the DLL; while other frames exist this fails.
-  UnregisterClassW(kClassName, ThisModule());
+  // When the window is on its way out already, its last messages come after this object is gone.
+  if (handle_ != nullptr) ForgetWindowOwner(handle_);
 }
 
 bool PanelFrame::Create(const std::wstring& title, SIZE size, HWND beside) {
   if (IsOpen()) return true;
-  if (!RegisterWindowClass(&PanelFrame::Procedure)) return false;
+  static const WindowClass registered(kClassName, &PanelFrame::Procedure, PaneBackgroundBrush());
   const RECT place = FramePlace(size, beside);
   return CreateWindowExW(0, kClassName, title.c_str(), WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_CLIPCHILDREN,
                          place.left, place.top, place.right - place.left, place.bottom - place.top, nullptr,
@@ -66,6 +58,19 @@ void PanelFrame::Hide() {
   if (handle_ != nullptr) ShowWindow(handle_, SW_HIDE);
 }
 
+void PanelFrame::StartTimer(UINT milliseconds) {
+  if (handle_ != nullptr) SetTimer(handle_, kTimer, milliseconds, nullptr);
+}
+
+void PanelFrame::StopTimer() {
+  if (handle_ != nullptr) KillTimer(handle_, kTimer);
+}
+
+void PanelFrame::Fill(const RECT& place) {
+  SetWindowPos(handle_, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 void PanelFrame::Raise() {
   if (handle_ == nullptr) return;
   ShowWindow(handle_, IsIconic(handle_) ? SW_RESTORE : SW_SHOW);
@@ -73,32 +78,40 @@ void PanelFrame::Raise() {
 }
 
 LRESULT CALLBACK PanelFrame::Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
-  auto* self = reinterpret_cast<PanelFrame*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (message == WM_NCCREATE) {
-    self = static_cast<PanelFrame*>(reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpCreateParams);
-    self->handle_ = window;
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-  }
+  auto* const self = WindowOwner<PanelFrame>(window, message, lparam);
+  if (message == WM_NCCREATE) self->handle_ = window;
   bool handled = false;
   if (self != nullptr) {
-    Guard(L"PanelFrame", [&] { handled = self->OnMessage(message); });
+    Guard(L"PanelFrame", [&] { handled = self->OnMessage(message, lparam); });
   }
   return handled ? 0 : DefWindowProcW(window, message, wparam, lparam);
 }
 
-bool PanelFrame::OnMessage(UINT message) {
+bool PanelFrame::OnMessage(UINT message, LPARAM lparam) {
   switch (message) {
     case WM_SIZE:
       events_.OnFrameResized();
       return true;
+    case WM_MOVE:
+      events_.OnFrameMoved();
+      return true;
+    case WM_DPICHANGED:
+      Fill(*reinterpret_cast<const RECT*>(lparam));
+      return true;
     case WM_SETFOCUS:
       events_.OnFrameFocused();
+      return true;
+    case WM_TIMER:
+      events_.OnFrameTimer();
       return true;
     case WM_CLOSE:
       events_.OnFrameClosing();
       return true;
+    case WM_DESTROY:
+      events_.OnFrameDestroyed();
+      return true;
     case WM_NCDESTROY:
-      SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
+      ForgetWindowOwner(handle_);
       handle_ = nullptr;
       return false;
     default:

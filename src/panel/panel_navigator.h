@@ -52,7 +52,10 @@ class PanelNavigator {
   /// Asked for before the view was ready or while another page was loading.
   std::wstring pendingPage_;
   bool loading_ = false;
-  bool reloading_ = false;
+  /// The surface that the pages are told of; empty for the pane itself.
+  std::wstring surface_;
+  /// Milliseconds since system start of the last loss, 0 for none.
+  ULONGLONG lastLoss_ = 0;
   /// The current page is one of the panel and was loaded.
   bool loaded_ = false;
 };

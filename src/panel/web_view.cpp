@@ -47,6 +47,7 @@ class ScriptCompletion final : public ComObject<ICoreWebView2ExecuteScriptComple
 }  // namespace
 
 void WebView::Start(HWND window) {
+  Close();
   window_ = window;
   Log(L"InitWebView begin", S_OK);
   const std::wstring userDataDir = WebViewUserDataDir();
@@ -75,8 +76,10 @@ void WebView::OnEnvironmentCreated(WebView* view, HRESULT result, ICoreWebView2E
 }
 
 void WebView::StartIn(ICoreWebView2Environment* environment, HWND window) {
+  const ComPtr<ICoreWebView2Environment> shared(environment);
+  Close();
   window_ = window;
-  environment_ = environment;
+  environment_ = shared;
   link_ = std::make_shared<WebViewLink>(this);
   CreateController();
 }
@@ -197,10 +200,12 @@ void WebView::OnProcessFailed(WebView* view, ICoreWebView2*, ICoreWebView2Proces
   if (kind == COREWEBVIEW2_PROCESS_FAILED_KIND_RENDER_PROCESS_EXITED) view->events_.OnPageLost();
 }
 
-void WebView::Navigate(const std::wstring& url) {
-  if (view_ == nullptr) return;
+bool WebView::Navigate(const std::wstring& url) {
+  if (view_ == nullptr) return false;
   Log(url, S_OK);
-  Log(L"Navigate returned", view_->Navigate(url.c_str()));
+  const HRESULT hr = view_->Navigate(url.c_str());
+  Log(L"Navigate returned", hr);
+  return SUCCEEDED(hr);
 }
 
 std::wstring WebView::Source() const {
@@ -226,8 +231,16 @@ void WebView::PostJson(const std::wstring& json) {
 
 void WebView::Fit() {
   RECT bounds{};
-  if (controller_ == nullptr || !GetClientRect(window_, &bounds)) return;
+  if (controller_ == nullptr || !GetClientRect(window_, &bounds) || IsRectEmpty(&bounds)) return;
   static_cast<void>(controller_->put_Bounds(bounds));
+}
+
+void WebView::FollowWindow() {
+  POINT place{};
+  if (controller_ == nullptr || !ClientToScreen(window_, &place)) return;
+  if (place.x == place_.x && place.y == place_.y) return;
+  place_ = place;
+  static_cast<void>(controller_->NotifyParentWindowPositionChanged());
 }
 
 void WebView::Focus() {

@@ -70,8 +70,8 @@ class WebView {
   /// False until the view is ready and again after `Close`.
   [[nodiscard]] bool IsReady() const { return view_ != nullptr; }
 
-  /// Loads an address.
-  void Navigate(const std::wstring& url);
+  /// Loads an address; the outcome comes as an event. False when the load was not even begun.
+  [[nodiscard]] bool Navigate(const std::wstring& url);
 
   /// Address of the page that is shown; empty without one.
   [[nodiscard]] std::wstring Source() const;
@@ -82,13 +82,16 @@ class WebView {
   [[nodiscard]] bool ExecuteScript(const std::wstring& script, ScriptDone done);
   void PostJson(const std::wstring& json);
 
-  /// Fits the view to the client area of its window.
+  /// Fits the view to the client area of its window, unless that is empty, as when it is minimised.
   void Fit();
+  /// Tells the browser when the window has moved on the screen, or its lists and menus would open at the old
+  /// place.
+  void FollowWindow();
   /// Gives the keyboard focus to the page.
   void Focus();
 
-  /// Drops every callback and the browser's objects. May be called at any time, also before the start-up has
-  /// ended.
+  /// Drops every callback and the browser's objects. May be called at any time outside of the view's own
+  /// events, also before the start-up has ended; a closed view may be started again.
   void Close();
 
  private:
@@ -112,6 +115,8 @@ class WebView {
   PaneContext& context_;
   WebViewEvents& events_;
   HWND window_ = nullptr;
+  /// Where the window was on the screen at the last look.
+  POINT place_{};
   std::shared_ptr<WebViewLink> link_;
   ComPtr<ICoreWebView2Environment> environment_;
   ComPtr<ICoreWebView2Controller> controller_;

@@ -53,13 +53,14 @@ void CWebView2Pane::OnVerb(LONG verb, HWND parent) {
 
 bool CWebView2Pane::ShowControlWindow(const wchar_t* operation, HWND parent, const RECT& position) {
   if (window_.Handle() == nullptr) return CreateControlWindow(operation, parent, position);
-  if (IsRectEmpty(&position)) {
-    window_.Show();
-    return true;
-  }
+  if (!IsRectEmpty(&position)) PlaceControlWindow(parent, position);
+  window_.Show();
+  return true;
+}
+
+void CWebView2Pane::PlaceControlWindow(HWND parent, const RECT& position) {
   window_.Place(parent, position);
   context_->SetWindows(window_.Handle(), GetParent(window_.Handle()));
-  return true;
 }
 
 bool CWebView2Pane::CreateControlWindow(const wchar_t* operation, HWND parent, const RECT& position) {
@@ -90,9 +91,11 @@ void CWebView2Pane::OnWindowTimer(UINT_PTR timer) {
 }
 
 void CWebView2Pane::OnWidthTick() {
-  widthTickPosted_ = false;
   PaneRegistry::Tick(*this);
   view_.Fit();
+  view_.FollowWindow();
+  // Not before: a host that runs messages while its pane is resized would tick within the tick.
+  widthTickPosted_ = false;
 }
 
 void CWebView2Pane::OnWindowTask(LPARAM task) {
@@ -118,7 +121,7 @@ void CWebView2Pane::OnNavigated() {
   // Before another page is asked for: from then on the page that is shown is a page that is left.
   bridge_.SendAccessTokenToPanel();
   const bool settled = navigator_.ShowPendingPage();
-  if (settled && navigator_.CurrentPage() == kRootPage) run_.PushState();
+  if (settled && navigator_.IsShowing(kRootPage)) run_.PushState();
 }
 
 void CWebView2Pane::OnWebViewFailed(const wchar_t* step, HRESULT hr) {
@@ -127,15 +130,20 @@ void CWebView2Pane::OnWebViewFailed(const wchar_t* step, HRESULT hr) {
 }
 
 void CWebView2Pane::OnBrowserLost() {
-  OnWebViewFailed(L"ProcessFailed", HRESULT_FROM_WIN32(ERROR_PROCESS_ABORTED));
+  failed_ = true;
+  // Nobody can watch, pause or stop the run any more. Refused only when the pane goes away, which ends it
+  // too.
+  static_cast<void>(context_->Tasks().PostFunction([this] { run_.Cancel(); }));
+  ShowBrowserLoss(context_);
 }
 
 void CWebView2Pane::OnPageLost() {
-  Log(L"Page process lost", HRESULT_FROM_WIN32(ERROR_PROCESS_ABORTED));
-  // From outside the browser's event. Refused only when the pane is closing.
-  static_cast<void>(context_->Tasks().PostFunction([this] {
+  Log(L"ProcessFailed page", HRESULT_FROM_WIN32(ERROR_PROCESS_ABORTED));
+  // From outside the browser's event.
+  const bool posted = context_->Tasks().PostFunction([this] {
     if (!navigator_.Reload()) OnBrowserLost();
-  }));
+  });
+  if (!posted) failed_ = true;
 }
 
 void CWebView2Pane::OnWorkspaceMessage(const std::wstring& source, const std::optional<std::wstring>& text) {

@@ -66,6 +66,7 @@ class CWebView2Pane final : public OleControl,
   HWND ControlWindow() const override { return window_.Handle(); }
   void OnVerb(LONG verb, HWND parent) override;
   bool ShowControlWindow(const wchar_t* operation, HWND parent, const RECT& position) override;
+  void PlaceControlWindow(HWND parent, const RECT& position) override;
   void HideControlWindow() override { window_.Hide(); }
   void OnClose() override;
 

@@ -13,4 +13,8 @@ namespace qv {
 /// UI thread.
 void ShowWebView2Failure(const std::shared_ptr<PaneContext>& context, const wchar_t* step, HRESULT hr);
 
+/// The browser of a pane that had started is gone: one line in the log, and one message to the user for all
+/// panes that lose it together. May be called from inside a browser event.
+void ShowBrowserLoss(const std::shared_ptr<PaneContext>& context);
+
 }  // namespace qv
