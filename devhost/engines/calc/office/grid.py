@@ -108,6 +108,8 @@ class _Cells:
         # Cells that show something even when they are empty.
         self._coloured = set()
         self._merges = {}
+        # Cells whose text has fonts or paragraphs of its own.
+        self._rich = set()
 
     def gathered(self):
         self._gather_styles()
