@@ -7,6 +7,7 @@
 #include "foundation/text.h"
 #include "webview2/chromium/browser.h"
 #include "webview2/core_web_view.h"
+#include "webview2/recorder_backend.h"
 
 namespace qv::devhost {
 
@@ -148,7 +149,14 @@ HWND Recorder::ViewWindow(std::uint32_t view) {
 }
 
 bool Recorder::CrashBrowser() {
-  return Browser::CrashAll();
+  bool crashed = Browser::CrashAll();
+  for (const CoreWebView* view : views_) {
+    auto* const played = dynamic_cast<RecorderBackend*>(view->Backend());
+    if (played == nullptr) continue;
+    played->CrashBrowser();
+    crashed = true;
+  }
+  return crashed;
 }
 
 bool Recorder::CrashPage(std::uint32_t view) {

@@ -28,6 +28,19 @@ void RecorderBackend::ExecuteScript(const std::wstring& script, ScriptDone done)
       Recorder::Get().Delay());
 }
 
+bool RecorderBackend::CrashPage() {
+  queue_->Post([this, alive = std::weak_ptr<int>(alive_)] {
+    if (!alive.expired()) events_.PageProcessLost();
+  });
+  return true;
+}
+
+void RecorderBackend::CrashBrowser() {
+  queue_->Post([this, alive = std::weak_ptr<int>(alive_)] {
+    if (!alive.expired()) events_.BrowserProcessLost();
+  });
+}
+
 HRESULT RecorderSource::PreparePage(PageReady ready) {
   queue_->Post(
       [queue = queue_, ready = std::move(ready)] {

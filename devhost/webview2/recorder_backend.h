@@ -8,7 +8,7 @@
 namespace qv::devhost {
 
 /// No page at all: every navigation succeeds and every script answers "null", unless the `Recorder` was told
-/// otherwise.
+/// otherwise. Its processes can be lost all the same.
 class RecorderBackend final : public PageBackend {
  public:
   RecorderBackend(PageEvents& events, std::shared_ptr<CompletionQueue> queue);
@@ -22,7 +22,9 @@ class RecorderBackend final : public PageBackend {
   void SetVisible(bool) override {}
   void SetBackground(COREWEBVIEW2_COLOR) override {}
   void SetScriptEnabled(bool) override {}
-  bool CrashPage() override { return false; }
+  bool CrashPage() override;
+  /// As when the browser behind all views dies.
+  void CrashBrowser();
 
  private:
   PageEvents& events_;

@@ -97,7 +97,7 @@ class WebViewControl {
   [[nodiscard]] virtual HWND STDMETHODCALLTYPE ViewWindow(std::uint32_t view) = 0;
   /// Ends every browser process of this process as a crash would. False when none runs.
   [[nodiscard]] virtual bool STDMETHODCALLTYPE CrashBrowser() = 0;
-  /// Crashes the process of the view's page. False when there is no such open view or no real page behind it.
+  /// Crashes the process of the view's page. False when there is no such open view or no page behind it.
   [[nodiscard]] virtual bool STDMETHODCALLTYPE CrashPage(std::uint32_t view) = 0;
 
   /// COM objects of the library that are still referenced.

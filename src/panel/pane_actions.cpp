@@ -117,10 +117,12 @@ void PaneActions::Reply(const PanelMessage& message, std::wstring_view data) {
 }
 
 std::wstring PaneActions::DocumentKey() const {
-  ComPtr<IDispatch> workbook = target_.Pinned().workbook;
-  if (workbook == nullptr) workbook = GetDispProperty(target_.Application(), L"ActiveWorkbook");
-  if (workbook == nullptr) return std::wstring(kNoDocumentKey);
-  return DocKey(GetStringProperty(workbook.Get(), L"FullName"), LowerUnit);
+  const std::wstring pinned = GetStringProperty(target_.Pinned().workbook.Get(), L"FullName");
+  if (!pinned.empty()) return DocKey(pinned, LowerUnit);
+  // Nothing is pinned, or it has been closed since: every open workbook has a name.
+  const ComPtr<IDispatch> active = GetDispProperty(target_.Application(), L"ActiveWorkbook");
+  if (active == nullptr) return std::wstring(kNoDocumentKey);
+  return DocKey(GetStringProperty(active.Get(), L"FullName"), LowerUnit);
 }
 
 }  // namespace qv

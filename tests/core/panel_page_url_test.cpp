@@ -70,5 +70,11 @@ TEST(PanelUrl, LeadsBackToEveryKnownPage) {
     EXPECT_EQ(PanelPageFromUrl(BuildPanelUrl(Parts(std::wstring(page)))), page);
 }
 
+TEST(FileAddress, EscapesWhatAnAddressMayNotHold) {
+  EXPECT_EQ(ToUtf8(FileAddress(L"C:\\Temp\\a-1.html")), "file:///C:/Temp/a-1.html");
+  EXPECT_EQ(ToUtf8(FileAddress(L"C:\\Users\\J\u00FCrgen #1\\50%.html")),
+            "file:///C:/Users/J%C3%BCrgen%20%231/50%25.html");
+}
+
 }  // namespace
 }  // namespace qv

@@ -51,6 +51,14 @@ class Surfaces : public AddinTest {
     return times;
   }
 
+  /// Path of the file that a preview shows.
+  static std::wstring FileOf(const devhost::ViewInfo& preview) {
+    std::array<wchar_t, MAX_PATH> path{};
+    auto length = static_cast<DWORD>(path.size());
+    EXPECT_EQ(PathCreateFromUrlW(preview.source, path.data(), &length, 0), S_OK);
+    return path.data();
+  }
+
   void Start() { pageView_ = OpenPane(); }
 
   std::uint32_t pageView_ = 0;
@@ -61,6 +69,8 @@ constexpr wchar_t kClosed[] = L"if(window.quorvantisOnWorkspaceClosed)window.quo
 constexpr wchar_t kState[] = L"{\"text\":\"draft\"}";
 constexpr wchar_t kImported[] =
     L"(function(s){if(window.quorvantisImportState)window.quorvantisImportState(s);})({\"text\":\"draft\"})";
+
+constexpr wchar_t kNoToken[] = L"{\"action\":\"accessToken\",\"accessToken\":\"\"}";
 
 TEST_F(Surfaces, AWorkspaceShowsThePageThatIsAskedFor) {
   Start();
@@ -99,6 +109,8 @@ TEST_F(Surfaces, StateGoesToTheWorkspaceAndBack) {
   const std::uint32_t workspace = OpenWorkspace().view;
   EXPECT_TRUE(devhost::PumpUntil([&] { return Times(workspace, kImported) == 1; }, kTimeoutMs));
   EXPECT_EQ(Times(pageView_, kImported), 0);
+  // The token follows what was taken over.
+  EXPECT_EQ(Times(workspace, kNoToken), 1);
   // A second page of the workspace keeps its own state.
   Post(workspace, L"{\"action\":\"openWorkspace\",\"page\":\"chat\"}");
   WaitForView(L"/panel/excel/chat.html");
@@ -119,7 +131,6 @@ TEST_F(Surfaces, WithoutStateNothingIsHandedOver) {
     Start();
     Browser().SetScriptResult(L"quorvantisExportState", test.result, test.json);
     const std::uint32_t workspace = OpenWorkspace().view;
-    constexpr wchar_t kNoToken[] = L"{\"action\":\"accessToken\",\"accessToken\":\"\"}";
     Post(pageView_, L"{\"action\":\"closeWorkspace\"}");
     EXPECT_TRUE(WaitUntilNoView(L"&surface=workspace"));
     EXPECT_FALSE(WasSent(L"quorvantisImportState(s);})("));
@@ -128,6 +139,98 @@ TEST_F(Surfaces, WithoutStateNothingIsHandedOver) {
     host_->End();
     host_.reset();
   }
+}
+
+TEST_F(Surfaces, AWorkspaceThatIsWantedAgainStays) {
+  Start();
+  Browser().SetScriptResult(L"quorvantisExportState", S_OK, kState);
+  const devhost::ViewInfo workspace = OpenWorkspace();
+  ASSERT_TRUE(devhost::PumpUntil([&] { return Times(workspace.view, kImported) == 1; }, kTimeoutMs));
+  for (const wchar_t* action : {L"closeWorkspace", L"openWorkspace"}) {
+    const std::wstring message = std::wstring(L"{\"action\":\"") + action + L"\"}";
+    ASSERT_TRUE(Browser().PostPageString(pageView_, message.c_str(), nullptr));
+  }
+  EXPECT_TRUE(WaitForLog("OnJsMessage action=closeWorkspace"));
+  Post(pageView_, L"{\"action\":\"uiLangGet\",\"requestId\":\"w\"}");
+  EXPECT_TRUE(IsWindowVisible(workspace.parent));
+  EXPECT_EQ(Times(pageView_, kClosed), 0);
+  EXPECT_EQ(Times(pageView_, kImported), 0);
+}
+
+TEST_F(Surfaces, AWorkspaceHandsNothingBackThatItNeverHad) {
+  Start();
+  Browser().SetScriptResult(L"quorvantisExportState", S_OK, kState);
+  Browser().SetDelay(300);
+  Post(pageView_, L"{\"action\":\"openWorkspace\"}");
+  const devhost::ViewInfo workspace = WaitForView(L"&surface=workspace");
+  // Loaded, but the state is still on its way.
+  SendMessageW(workspace.parent, WM_CLOSE, 0, 0);
+  EXPECT_TRUE(WaitUntilNoView(L"&surface=workspace"));
+  Browser().SetDelay(0);
+  EXPECT_EQ(Times(pageView_, kClosed), 1);
+  EXPECT_EQ(Times(pageView_, kImported), 0);
+}
+
+TEST_F(Surfaces, AWorkspaceOfAPageThatHangsClosesAllTheSame) {
+  Start();
+  const devhost::ViewInfo workspace = OpenWorkspace();
+  Browser().SetDelay(60'000);
+  Post(pageView_, L"{\"action\":\"closeWorkspace\"}");
+  EXPECT_TRUE(IsWindow(workspace.parent));
+  EXPECT_FALSE(IsWindowVisible(workspace.parent));
+  EXPECT_TRUE(devhost::PumpUntil([&] { return !IsWindow(workspace.parent); }, kTimeoutMs));
+  EXPECT_EQ(Times(pageView_, kClosed), 1);
+}
+
+TEST_F(Surfaces, AWorkspaceEndsWithItsPage) {
+  Start();
+  const devhost::ViewInfo workspace = OpenWorkspace();
+  ASSERT_TRUE(Browser().CrashPage(workspace.view));
+  EXPECT_TRUE(devhost::PumpUntil([&] { return !IsWindow(workspace.parent); }, kTimeoutMs));
+  EXPECT_EQ(Times(pageView_, kClosed), 1);
+  EXPECT_NE(OpenWorkspace().view, workspace.view);
+}
+
+TEST_F(Surfaces, AFrameThatSomebodyElseDestroysCanBeOpenedAgain) {
+  Start();
+  const devhost::ViewInfo workspace = OpenWorkspace();
+  DestroyWindow(workspace.parent);
+  EXPECT_EQ(Times(pageView_, kClosed), 1);
+  EXPECT_NE(OpenWorkspace().parent, workspace.parent);
+  EXPECT_EQ(Times(pageView_, kOpened), 2);
+}
+
+TEST_F(Surfaces, APageThatIsLostIsLoadedAgainOnce) {
+  Start();
+  const auto loads = [this] {
+    const std::string log = Log();
+    int count = 0;
+    for (std::size_t at = 0; (at = log.find("NavigationCompleted success=1", at)) != std::string::npos; ++at)
+      ++count;
+    return count;
+  };
+  ASSERT_TRUE(Browser().CrashPage(pageView_));
+  EXPECT_TRUE(devhost::PumpUntil([&] { return loads() == 2; }, kTimeoutMs));
+  EXPECT_TRUE(WaitForLog("ProcessFailed page"));
+  EXPECT_EQ(boxes_.Count(), 0);
+
+  ASSERT_TRUE(Browser().CrashPage(pageView_));
+  EXPECT_TRUE(WaitForLog("ProcessFailed browser"));
+  EXPECT_TRUE(devhost::PumpUntil([&] { return boxes_.Count() == 1; }, kTimeoutMs));
+  EXPECT_EQ(loads(), 2);
+}
+
+TEST_F(Surfaces, ALostBrowserIsToldOnceForAllItsPanes) {
+  Start();
+  OpenPane();
+  const std::size_t before = Log().size();
+  ASSERT_TRUE(Browser().CrashBrowser());
+  EXPECT_TRUE(devhost::PumpUntil([&] { return boxes_.Count() == 1; }, kTimeoutMs));
+  devhost::DispatchWaitingMessages();
+  EXPECT_EQ(boxes_.Count(), 1);
+  EXPECT_EQ(boxes_.Title(), L"AI Assistant");
+  // Not the message of a start-up that failed.
+  EXPECT_EQ(Log().find("初始化失败", before), std::string::npos);
 }
 
 TEST_F(Surfaces, TheUserClosesTheWorkspaceByItsFrame) {
@@ -160,9 +263,22 @@ TEST_F(Surfaces, GoWithTheirPane) {
   const HWND workspace = OpenWorkspace().parent;
   Post(pageView_, L"{\"action\":\"openImagePreview\",\"imageBase64\":\"QUJD\"}");
   const HWND preview = WaitForView(L"quorvantis-preview-").parent;
+  const std::wstring file = FileOf(WaitForView(L"quorvantis-preview-"));
   pane_.frame->Close();
   EXPECT_FALSE(IsWindow(workspace));
   EXPECT_FALSE(IsWindow(preview));
+  EXPECT_EQ(GetFileAttributesW(file.c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_F(Surfaces, TheUserClosesThePreviewByItsFrame) {
+  Start();
+  Post(pageView_, L"{\"action\":\"openImagePreview\",\"imageBase64\":\"QUJD\"}");
+  const devhost::ViewInfo preview = WaitForView(L"quorvantis-preview-");
+  const std::wstring file = FileOf(preview);
+  ASSERT_NE(GetFileAttributesW(file.c_str()), INVALID_FILE_ATTRIBUTES);
+  SendMessageW(preview.parent, WM_CLOSE, 0, 0);
+  EXPECT_TRUE(devhost::PumpUntil([&] { return !IsWindow(preview.parent); }, kTimeoutMs));
+  EXPECT_EQ(GetFileAttributesW(file.c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
 TEST_F(Surfaces, APreviewLeavesNoFileBehind) {
@@ -174,10 +290,8 @@ TEST_F(Surfaces, APreviewLeavesNoFileBehind) {
   std::array<wchar_t, 64> title{};
   GetWindowTextW(preview.parent, title.data(), static_cast<int>(title.size()));
   EXPECT_STREQ(title.data(), L"Sales & more");
-  std::array<wchar_t, MAX_PATH> path{};
-  auto length = static_cast<DWORD>(path.size());
-  ASSERT_EQ(PathCreateFromUrlW(preview.source, path.data(), &length, 0), S_OK);
-  EXPECT_NE(GetFileAttributesW(path.data()), INVALID_FILE_ATTRIBUTES);
+  const std::wstring file = FileOf(preview);
+  EXPECT_NE(GetFileAttributesW(file.c_str()), INVALID_FILE_ATTRIBUTES);
 
   // Its page has no say in the add-in.
   const std::size_t before = Log().size();
@@ -188,7 +302,7 @@ TEST_F(Surfaces, APreviewLeavesNoFileBehind) {
 
   Post(pageView_, L"{\"action\":\"closeImagePreview\"}");
   EXPECT_FALSE(IsWindow(preview.parent));
-  EXPECT_EQ(GetFileAttributesW(path.data()), INVALID_FILE_ATTRIBUTES);
+  EXPECT_EQ(GetFileAttributesW(file.c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
 TEST_F(Surfaces, APictureThatIsNoneOpensNothing) {
