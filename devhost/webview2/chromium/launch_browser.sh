@@ -60,6 +60,7 @@ guard() {
   for _ in $(seq 100); do
     sleep 0.2
     [ -e "$root/taken" ] && return
+    [ -e "$root/leash" ] || return
   done
   : >"$root/leash"
 }
