@@ -108,6 +108,7 @@ TEST(RibbonLayout, BreaksALabelWhereItBecomesNarrowest) {
       {L"Unbreakable", {L"Unbreakable"}},
       {L"ИИ-помощник", {L"ИИ-", L"помощник"}},
       {L"删除空白行", {L"删除", L"空白行"}},
+      {L"クイック翻訳", {L"クイック", L"翻訳"}},
       {L"", {L""}},
   };
   for (const auto& entry : cases)
