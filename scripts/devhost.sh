@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Starts the development host with everything it needs and passes its arguments on:
 #   scripts/devhost.sh --workbook FILE --engine calc|memory [--host excel|wps] [--service URL]
+#   scripts/devhost.sh --window --workbook FILE.xlsx      windows to work in, until the last one is closed
 # JSON lines in, JSON lines out; docs/developing.md lists the commands. Without --service a local one is started.
 set -u
 here=$(dirname "$0")

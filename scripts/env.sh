@@ -23,13 +23,31 @@ die() { printf '%s\n' "$*" >&2; exit 1; }
 
 # Makes the scratch prefix once. Dialogs close at once without a window manager, crashes show no dialog.
 prepare_prefix() {
-  [ -e "$WINEPREFIX/.quorvantis-ready" ] && return 0
+  [ -e "$WINEPREFIX/.quorvantis-ready" ] && prepare_fonts && return 0
   mkdir -p "$(dirname "$WINEPREFIX")"
   "$QV_WINE" wineboot.exe --init >/dev/null 2>&1 || die "The Wine prefix could not be created."
   "$QV_WINE" reg.exe add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1
   "$QV_WINE" reg.exe add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
   "$QV_WINESERVER" -w
   : >"$WINEPREFIX/.quorvantis-ready"
+  prepare_fonts
+}
+
+# Wine draws a script that has to be shaped only with the font that was asked for, and borrows the glyphs of all others
+# from linked fonts. So the hosts' user-interface fonts become one with Arabic, Cyrillic and Vietnamese, and ideographs
+# are linked to it and to the fonts of workbooks.
+prepare_fonts() {
+  [ -e "$WINEPREFIX/.quorvantis-fonts" ] && return 0
+  local font key='HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontLink\SystemLink'
+  for font in 'Segoe UI' 'Microsoft YaHei UI' 'MS Shell Dlg' 'MS Shell Dlg 2' Tahoma; do
+    "$QV_WINE" reg.exe add 'HKCU\Software\Wine\Fonts\Replacements' /v "$font" /t REG_SZ /d 'DejaVu Sans' /f >/dev/null 2>&1
+  done
+  for font in 'Microsoft Sans Serif' Tahoma 'DejaVu Sans' 'DejaVu Sans Bold' 'Liberation Sans' 'Liberation Sans Bold' \
+    Carlito 'Carlito Bold'; do
+    "$QV_WINE" reg.exe add "$key" /v "$font" /t REG_MULTI_SZ /f \
+      /d 'DejaVuSans.ttf,DejaVu Sans\0wqy-microhei.ttc,WenQuanYi Micro Hei' >/dev/null 2>&1
+  done
+  : >"$WINEPREFIX/.quorvantis-fonts"
 }
 
 # A display of our own where there is none; ended by stop_started.

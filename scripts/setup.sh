@@ -11,6 +11,8 @@ packages=(
   wine64 libwine xvfb
   # what shows the panel's pages
   chromium
+  # letters of every language of the user interface; marks of Wine's window frames
+  fonts-tlwg-waree-ttf fonts-wine
   # spreadsheet and pictures of it
   libreoffice-calc python3 python3-uno poppler-utils fonts-dejavu-core fonts-liberation fonts-crosextra-carlito
   fonts-wqy-microhei

@@ -79,6 +79,34 @@ class Devhost:
     def cell(self, sheet, address):
         return self.do("cell", sheet=sheet, address=address)
 
+    def ribbon(self):
+        """The ribbon's buttons by id."""
+        tabs = self.do("ribbon")["tabs"]
+        return {button["id"]: button for tab in tabs for group in tab["groups"] for button in group["buttons"]}
+
+    def press(self, button):
+        """Presses a ribbon button; what it opens is there after some messages."""
+        self.do("press", button=button)
+
+    def box(self, timeout=5.0):
+        """The open message box or dialog, awaited for a while; None when there is none."""
+        return self.do("messagebox", timeoutMs=int(timeout * 1000))["box"]
+
+    def answer(self, button):
+        """Clicks a button of the open box: "OK", "Cancel", "Yes", "No", …"""
+        self.do("answer", button=button)
+
+    def page(self, script, timeout=60.0, **where):
+        """The result of a script in the real page of a pane, or with surface="workspace" of the workspace."""
+        return self.do("page", timeout + 30, eval=script, timeoutMs=int(timeout * 1000), **where)["value"]
+
+    def click(self, selector, **where):
+        """Clicks an element of the real page with the mouse."""
+        self.do("click", selector=selector, **where)
+
+    def screenshot(self, path):
+        self.do("screenshot", path=str(path))
+
     def quit(self):
         """Ends the host in good order and gives its closing answer."""
         answer = self.do("quit")

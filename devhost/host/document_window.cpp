@@ -12,6 +12,8 @@ namespace {
 constexpr wchar_t kClassName[] = L"QvDevhostDocument";
 constexpr wchar_t kHostName[] = L"Quorvantis Development Host";
 constexpr SIZE kInitialSize{1280, 800};
+/// Wide enough for every width that a pane may be given in a test.
+constexpr SIZE kHiddenSize{4800, 1000};
 
 }  // namespace
 
@@ -24,9 +26,12 @@ DocumentWindow::DocumentWindow(const DocumentSurroundings& surroundings, int id)
   windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   RegisterClassW(&windowClass);
   const HWND frame = surroundings.frame;
-  RECT area{0, 0, kInitialSize.cx, kInitialSize.cy};
-  if (frame != nullptr) GetClientRect(frame, &area);
-  const DWORD style = (frame ? WS_CHILD | WS_CLIPSIBLINGS : WS_OVERLAPPEDWINDOW) | WS_CLIPCHILDREN;
+  const SIZE size = surroundings.isShown ? kInitialSize : kHiddenSize;
+  RECT area{0, 0, size.cx, size.cy};
+  if (frame != nullptr && surroundings.isShown) GetClientRect(frame, &area);
+  // Only a window with a border is kept within the screen.
+  const DWORD topStyle = surroundings.isShown ? WS_OVERLAPPEDWINDOW : WS_POPUP;
+  const DWORD style = (frame ? WS_CHILD | WS_CLIPSIBLINGS : topStyle) | WS_CLIPCHILDREN;
   window_ = CreateWindowExW(0, kClassName, kHostName, style, frame ? 0 : CW_USEDEFAULT, 0, area.right,
                             area.bottom, frame, nullptr, windowClass.hInstance, nullptr);
   if (window_ == nullptr) throw std::runtime_error("the document window cannot be created");

@@ -1,5 +1,10 @@
 #include "host/drawing.h"
 
+#include <algorithm>
+#include <cwchar>
+
+#include "host/wine.h"
+
 namespace qv::devhost {
 namespace {
 
@@ -16,6 +21,33 @@ class SelectedObject {
  private:
   HDC canvas_;
   HGDIOBJ former_;
+};
+
+bool IsThai(wchar_t unit) {
+  return unit >= 0x0E00 && unit <= 0x0E7F;
+}
+
+/// The same font with another family.
+UniqueFont WithFamily(HFONT font, const wchar_t* family) {
+  LOGFONTW description{};
+  GetObjectW(font, sizeof description, &description);
+  wcscpy(description.lfFaceName, family);
+  return UniqueFont(CreateFontIndirectW(&description));
+}
+
+/// The font in which the text is drawn: Wine does not borrow Thai letters, which need shaping, from another
+/// font than the one it is asked for. Elsewhere the family is not there, and the font stays as it is.
+class FontForText {
+ public:
+  FontForText(HFONT font, std::wstring_view text)
+      : own_(IsWine() && std::ranges::any_of(text, IsThai) ? WithFamily(font, L"Waree") : UniqueFont()),
+        font_(own_ ? own_.Get() : font) {}
+
+  [[nodiscard]] HFONT Get() const { return font_; }
+
+ private:
+  UniqueFont own_;
+  HFONT font_;
 };
 
 }  // namespace
@@ -52,14 +84,16 @@ void Fill(HDC canvas, const RECT& area, COLORREF color) {
 }
 
 void DrawLabel(HDC canvas, std::wstring_view text, RECT area, HFONT font, COLORREF color, UINT flags) {
-  const SelectedObject selected(canvas, font);
+  const FontForText fitting(font, text);
+  const SelectedObject selected(canvas, fitting.Get());
   SetBkMode(canvas, TRANSPARENT);
   SetTextColor(canvas, color);
   DrawTextW(canvas, text.data(), static_cast<int>(text.size()), &area, flags | DT_NOPREFIX);
 }
 
 SIZE MeasureLine(HDC canvas, std::wstring_view text, HFONT font) {
-  const SelectedObject selected(canvas, font);
+  const FontForText fitting(font, text);
+  const SelectedObject selected(canvas, fitting.Get());
   RECT area{};
   DrawTextW(canvas, text.data(), static_cast<int>(text.size()), &area,
             DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);

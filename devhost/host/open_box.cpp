@@ -107,8 +107,8 @@ BoxContent ReadBox(HWND box) {
   for (const HWND label : ChildrenOf(box, L"Static")) {
     if ((GetWindowLongPtrW(label, GWL_STYLE) & SS_TYPEMASK) == SS_ICON) {
       content.icon = IconName(label);
-    } else if (content.text.empty()) {
-      content.text = TextOf(label);
+    } else if (const auto text = TextOf(label); text != content.title) {
+      content.text = text;
     }
   }
   for (const HWND button : ChildrenOf(box, L"Button")) {

@@ -99,8 +99,14 @@ bool IsIdeographic(wchar_t unit) {
   return unit >= 0x2E80 && unit <= 0x9FFF && unit != 0x3001 && unit != 0x3002;
 }
 
+/// Words in katakana are names and loan words, which are not broken.
+bool IsKatakana(wchar_t unit) {
+  return unit >= 0x30A0 && unit <= 0x30FF;
+}
+
 bool MayBreakBefore(std::wstring_view label, std::size_t at) {
   const wchar_t before = label[at - 1];
+  if (IsKatakana(before) && IsKatakana(label[at])) return false;
   return IsSpace(before) || before == L'-' || before == L'/' ||
          (IsIdeographic(before) && IsIdeographic(label[at]));
 }

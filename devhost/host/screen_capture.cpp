@@ -4,8 +4,17 @@
 
 namespace qv::devhost {
 
+namespace {
+
+/// What waits to be drawn: also dialogs above the window belong to the picture.
+BOOL CALLBACK DrawNow(HWND window, LPARAM) noexcept {
+  return RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+}  // namespace
+
 UniqueBitmap CaptureWindow(HWND window) {
-  RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  EnumThreadWindows(GetCurrentThreadId(), DrawNow, 0);
   GdiFlush();
   RECT area{};
   GetWindowRect(window, &area);
