@@ -1,10 +1,12 @@
 """What the end-to-end tests share: the local service, and development hosts on LibreOffice that use it."""
 
+import contextlib
 import os
 import subprocess
 import sys
 from pathlib import Path
 
+import openpyxl
 import pytest
 
 ROOT = Path(__file__).resolve().parent.parent.parent
@@ -19,10 +21,16 @@ SAMPLE = ROOT / "samples" / "quarterly-report.xlsx"
 
 
 @pytest.fixture(scope="session")
-def running_service():
+def certificates():
+    """The folder of the certificates under which the local service serves https."""
     folder = ROOT / "build" / "tls"
     subprocess.run([ROOT / "scripts" / "make_authority.sh", folder], check=True)
-    started = LocalService(tls=folder)
+    return folder
+
+
+@pytest.fixture(scope="session")
+def running_service(certificates):
+    started = LocalService(tls=certificates)
     yield started
     started.close()
 
@@ -34,18 +42,70 @@ def service(running_service):
     return running_service
 
 
+@pytest.fixture(scope="session")
+def running_echo_service(certificates):
+    started = LocalService("--engine", "echo", tls=certificates)
+    yield started
+    started.close()
+
+
 @pytest.fixture
-def start_host(service, tmp_path):
-    """Starts development hosts on LibreOffice; they end with the test."""
+def echo_service(running_echo_service):
+    """A service that puts the target language before each text, for tests that are about something else."""
+    running_echo_service.reset()
+    return running_echo_service
+
+
+@contextlib.contextmanager
+def hosts_with(service, tmp_path, *always):
+    """Starts development hosts on LibreOffice; they end with the block."""
     hosts = []
 
     def start(workbook=SAMPLE, *arguments):
         host = Devhost("--workbook", workbook, "--engine", "calc", "--service", service.url, "--authority",
-                       service.authority, *arguments, log_path=tmp_path / f"devhost-{len(hosts)}.log",
+                       service.authority, *always, *arguments, log_path=tmp_path / f"devhost-{len(hosts)}.log",
                        env={"QV_SKIP_BUILD": "1"})
         hosts.append(host)
         return host
 
-    yield start
-    for host in hosts:
-        host.close()
+    try:
+        yield start
+    finally:
+        for host in hosts:
+            host.close()
+
+
+@pytest.fixture
+def start_host(service, tmp_path):
+    """Starts development hosts without a screen and with pages that only record; they end with the test."""
+    with hosts_with(service, tmp_path) as start:
+        yield start
+
+
+@pytest.fixture(scope="session")
+def welcomed():
+    """The first-run welcome has been answered, so that its box stays away."""
+    mark = '. "$0/scripts/env.sh"; prepare_prefix; "$QV_WINE" reg.exe add "HKCU\\Software\\Quorvantis" ' \
+           '/v WelcomeShown /t REG_DWORD /d 1 /f'
+    subprocess.run(["bash", "-c", mark, ROOT], check=True, stdout=subprocess.DEVNULL)
+
+
+@pytest.fixture
+def start_window(echo_service, welcomed, tmp_path):
+    """Starts development hosts with windows and real pages; they end with the test."""
+    with hosts_with(echo_service, tmp_path, "--window", "--browser", "chromium") as start:
+        yield start
+
+
+@pytest.fixture
+def make_book(tmp_path):
+    """Writes small workbooks: one text a row in column A of the only sheet. Gives the path."""
+
+    def make(texts, name="book.xlsx"):
+        book = openpyxl.Workbook()
+        for text in texts:
+            book.active.append([text])
+        book.save(tmp_path / name)
+        return tmp_path / name
+
+    return make
