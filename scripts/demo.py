@@ -10,7 +10,6 @@ import ssl
 import sys
 import time
 import urllib.request
-import uuid
 import zipfile
 from pathlib import Path
 
@@ -18,7 +17,10 @@ ROOT = Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "devhost" / "client"))
 
 from devhost_client import Devhost, DevhostError, unix_path  # noqa: E402
+from panel import press  # noqa: E402
 
+# Leaves room for the sheet beside it.
+PANE_WIDTH_PT = 330
 SAMPLE = ROOT / "samples" / "quarterly-report.xlsx"
 
 
@@ -107,12 +109,32 @@ class Progress:
             self.show(f"Translated {self.done} of {self.total} ({percent} %)", force=self.done == self.total)
 
 
-def run_translation(host, options, all_sheets):
-    """Starts the run the way the panel does and follows it to its end; gives the notices that it raised."""
-    host.post(action="setAccessToken", accessToken="dev-demo")
-    host.post(action="start", panelMode="full", sourceLang=options.source, targetLang=options.target,
-              clientTraceId=f"demo-{uuid.uuid4()}", excelTranslateAllSheets=all_sheets,
-              excelBilingualBelow=options.layout == "dual", targetFontColor=-1)
+def set_choice(panel, element, value):
+    """Sets a field of the page as its user would, by its id."""
+    panel.value(f"""(() => {{
+      const field = document.getElementById({json.dumps(element)});
+      field.value = {json.dumps(value)};
+      field.dispatchEvent(new Event('change', {{ bubbles: true }}));
+    }})()""")
+
+
+def open_panel(host, options, all_sheets):
+    """Presses the ribbon's button, signs in and chooses what to translate, as a user does."""
+    panel = press(host, "btnTranslateFullDoc")
+    host.do("pane-width", pt=PANE_WIDTH_PT)
+    panel.sign_in("Demo")
+    panel.click("label:has(input[name=scope][value=full])")
+    panel.click(f"label:has(input[name=layout][value={options.layout}])")
+    if panel.value("document.getElementById('all-sheets').checked") != all_sheets:
+        panel.click("#all-sheets")
+    set_choice(panel, "source", options.source)
+    set_choice(panel, "target", options.target)
+    return panel
+
+
+def run_translation(host, panel):
+    """Presses the page's own button and follows the run to its end; gives the notices that it raised."""
+    panel.start()
     progress = Progress()
     notices = []
     while True:
@@ -123,6 +145,7 @@ def run_translation(host, options, all_sheets):
         if match := re.search(r'onError\(\{(?:code:"([^"]*)",)?message:"((?:[^"\\]|\\.)*)"', script):
             raise DevhostError(f"The run failed: {match[2] or match[1]}")
         if "onComplete({" in script:
+            panel.wait_for_phase("done")
             return notices
 
 
@@ -197,14 +220,19 @@ def demo(options):
     before_picture = free_name(out / "before.png", own_sample)
     after_picture = free_name(out / "after.png", own_sample)
 
+    window_picture = free_name(out / "window.png", own_sample)
+
     with Devhost("--workbook", source, "--engine", "calc", "--service", options.service, "--authority", options.authority,
-                 log_path=out / "devhost.log") as host:
+                 "--window", "--browser", "chromium", log_path=out / "devhost.log") as host:
         logs = [unix_path(path) for path in host.do("log")["paths"]]
         offsets = {path: path.stat().st_size for path in logs if path.exists()}
         host.do("shot", path=str(before_picture))
+        panel = open_panel(host, options, all_sheets)
         started = time.monotonic()
-        notices = run_translation(host, options, all_sheets)
+        notices = run_translation(host, panel)
         seconds = time.monotonic() - started
+        host.do("sync")
+        host.do("screenshot", path=str(window_picture))
         host.do("shot", path=str(after_picture))
         if result.exists():
             result.unlink()
@@ -221,7 +249,7 @@ def demo(options):
     for notice in notices:
         print(f"Notice in the panel: {notice}")
     print(f"\nTranslated workbook  {result}\nPictures             {before_picture}\n"
-          f"                     {after_picture}")
+          f"                     {after_picture}\n                     {window_picture}")
     for path in copy_logs(logs, offsets, out):
         print(f"Trace log            {path}")
 

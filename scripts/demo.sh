@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Translates a workbook in place through the real add-in:
+# Translates a workbook in place through the real add-in, by its ribbon and its panel in a browser:
 #   scripts/demo.sh                       the sample workbook, all sheets, English to Spanish, bilingual, into out/
 #   scripts/demo.sh FILE.xlsx [--from en] [--to es] [--layout target|dual] [--all-sheets] [--out DIR]
 # The given file is never changed.
@@ -16,6 +16,7 @@ say "Building…"
 "$here/build.sh" windows || exit 1
 start_display
 prepare_prefix
+skip_welcome
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/quorvantis.XXXXXX")
 trap 'stop_started; rm -rf "$work"' EXIT

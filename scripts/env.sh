@@ -50,6 +50,11 @@ prepare_fonts() {
   : >"$WINEPREFIX/.quorvantis-fonts"
 }
 
+# Answers the first-run welcome beforehand, so that its box stays away from scripted windows.
+skip_welcome() {
+  "$QV_WINE" reg.exe add 'HKCU\Software\Quorvantis' /v WelcomeShown /t REG_DWORD /d 1 /f >/dev/null 2>&1
+}
+
 # A display of our own where there is none; ended by stop_started.
 QV_STARTED=()
 start_display() {
