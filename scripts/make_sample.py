@@ -38,7 +38,7 @@ STATUS_COLORS = {"On time": GREEN, "Completed": GREEN, "At risk": AMBER, "Delaye
 
 OVERVIEW_HEAD = ["Area", "Initiative", "Manager", "Status", "Budget", "Actual", "Variance", "Deadline", "Approved",
                  "Comment"]
-OVERVIEW_WIDTHS = [3300, 5600, 3900, 2700, 2200, 2200, 2200, 2500, 2300, 10800]
+OVERVIEW_WIDTHS = [3300, 5600, 3900, 2700, 2600, 2400, 2400, 2500, 2300, 10800]
 # area, initiative, responsible, status, budget and actual in thousands, due date, approved, comment
 OVERVIEW = [
     ("Sales", "New customer program", "Sales director", "On time", 420, 398.5, "2025-03-31", True,

@@ -19,7 +19,7 @@ let toastTimer = 0;
  */
 export async function openPage() {
   buildHeader();
-  openBridge(showToast);
+  openBridge((text, kind) => said.has(text) || showToast(text, kind));
   onMessages({
     uiLangChanged: ({ uiLang }) => void switchLanguage(uiLang),
     // Terminology belongs to pages that are still to come; an answer now spares the run its wait.
@@ -41,6 +41,14 @@ export async function openPage() {
 async function switchLanguage(code) {
   await setLanguage(code);
   rememberLanguage(language());
+}
+
+/** What the page has said in its own words, in the add-in's. */
+const said = new Set();
+
+/** The page says this in its own words: a short notice of it would only repeat it. @param {string} text */
+export function sayNoMore(text) {
+  said.add(text);
 }
 
 /**

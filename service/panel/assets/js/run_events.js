@@ -1,6 +1,7 @@
 /** Keeps the run: turns what the add-in says into steps of its state, and keeps that over reloads and windows. */
 import { paneKey } from './address.js';
 import { onEvents, onMessages } from './bridge.js';
+import { sayNoMore } from './page.js';
 import { advance, isBusy, noRun, readRun } from './run_state.js';
 import { load, save } from './storage.js';
 
@@ -68,7 +69,12 @@ export function openRunEvents(onChanged) {
     onSheetWriteBlocked: (message) => step('writeBlocked', message),
   });
   // The same notice comes as a message and as a call.
-  onMessages({ sheetWriteBlocked: (message) => step('writeBlocked', message) });
+  onMessages({
+    sheetWriteBlocked: (message) => {
+      sayNoMore(message.message);
+      step('writeBlocked', message);
+    },
+  });
   twin.onmessage = ({ data }) => {
     if (data.pausedRun === run.runId) step('pausePosted');
   };
