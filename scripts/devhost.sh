@@ -48,7 +48,7 @@ fi
 program=$QV_BIN/devhost.exe
 if [ "$host" = wps ]; then
   # What a process is called is one of the ways in which the add-in recognises WPS.
-  cp -u "$QV_BIN/devhost.exe" "$QV_BIN/et.exe"
+  cmp -s "$QV_BIN/devhost.exe" "$QV_BIN/et.exe" || cp "$QV_BIN/devhost.exe" "$QV_BIN/et.exe"
   program=$QV_BIN/et.exe
 fi
 "$QV_WINE" "$program" "${arguments[@]}" 9>&-

@@ -47,6 +47,8 @@ prepare_fonts() {
     "$QV_WINE" reg.exe add "$key" /v "$font" /t REG_MULTI_SZ /f \
       /d 'DejaVuSans.ttf,DejaVu Sans\0wqy-microhei.ttc,WenQuanYi Micro Hei' >/dev/null 2>&1
   done
+  # The signs on the buttons of window frames.
+  ln -sf /usr/share/wine/fonts/marlett.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
   : >"$WINEPREFIX/.quorvantis-fonts"
 }
 

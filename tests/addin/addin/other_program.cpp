@@ -79,7 +79,10 @@ testing::AssertionResult PassesElsewhere(const std::wstring& program, int dpi, c
   const fs::path self = ThisProgram();
   const fs::path copy = self.parent_path() / program;
   const fs::path output = fs::temp_directory_path() / L"quorvantis_other_program.txt";
-  if (copy != self) fs::copy_file(self, copy, fs::copy_options::overwrite_existing);
+  // MinGW's copy refuses to overwrite whatever it is told, and the host's start leaves a program of that
+  // name.
+  if (copy != self) fs::remove(copy);
+  if (copy != self) fs::copy_file(self, copy);
   bool ended = false;
   {
     const DpiSetting setting(static_cast<DWORD>(dpi));
