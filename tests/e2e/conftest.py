@@ -2,6 +2,7 @@
 
 import contextlib
 import os
+import pwd
 import subprocess
 import sys
 from pathlib import Path
@@ -13,8 +14,9 @@ ROOT = Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(ROOT / "devhost" / "client"))
 
 from calc_office import book, office, sheet  # noqa: E402,F401  (fixtures)
-from devhost_client import Devhost  # noqa: E402
+from devhost_client import Devhost, unix_path  # noqa: E402
 from local_service import LocalService  # noqa: E402
+from panel_driver import SLOW_TEXTS, open_signed_in, slow_down  # noqa: E402
 
 os.environ.setdefault("WINEPREFIX", str(ROOT / "build" / "wine-prefix"))
 SAMPLE = ROOT / "samples" / "quarterly-report.xlsx"
@@ -91,7 +93,19 @@ def welcomed():
 
 
 @pytest.fixture
-def start_window(echo_service, welcomed, tmp_path):
+def settings_file(welcomed):
+    """The path of the user's settings, with nothing chosen; what was chosen before is put back after the test."""
+    user = pwd.getpwuid(os.getuid()).pw_name
+    path = unix_path(rf"C:\users\{user}\AppData\Local\Quorvantis\config.json")
+    before = path.read_bytes() if path.exists() else None
+    path.unlink(missing_ok=True)
+    yield path
+    if before is not None:
+        path.write_bytes(before)
+
+
+@pytest.fixture
+def start_window(echo_service, settings_file, tmp_path):
     """Starts development hosts with windows and real pages; they end with the test."""
     with hosts_with(echo_service, tmp_path, "--window", "--browser", "chromium") as start:
         yield start
@@ -109,3 +123,15 @@ def make_book(tmp_path):
         return tmp_path / name
 
     return make
+
+
+@pytest.fixture
+def slow_run(start_window, echo_service, make_book):
+    """A host and its panel in a run over SLOW_TEXTS: the first of three batches is in the cells, and the service takes some
+    seconds over the second."""
+    slow_down(echo_service, SLOW_TEXTS[20])
+    host = start_window(make_book(SLOW_TEXTS))
+    panel = open_signed_in(host)
+    panel.start()
+    panel.wait_for_count(20)
+    return host, panel

@@ -9,7 +9,6 @@ POLL_S = 0.05
 # Twenty texts make a batch, so a sheet of this many rows is translated in three.
 THREE_BATCHES = 60
 
-ERROR_SHOWN = "!document.getElementById('error').hidden"
 FORM_READY = "document.getElementById('target')?.value"
 
 
@@ -130,9 +129,12 @@ def sentences(count, topic="garden"):
     return [f"The report with number {number} is about the {topic} in the summer" for number in range(1, count + 1)]
 
 
-def translated(text):
+SLOW_TEXTS = sentences(THREE_BATCHES)
+
+
+def translated(text, mark="ES"):
     """What the echo service and the layout of both languages make of a cell."""
-    return f"{text}\nES:{text}"
+    return f"{text}\n{mark}:{text}"
 
 
 def column(host, count, sheet="Sheet"):
@@ -142,3 +144,8 @@ def column(host, count, sheet="Sheet"):
 
 def translate_requests(service):
     return [entry["body"] for entry in service.requests() if entry["path"] == "/v1/translate"]
+
+
+def slow_down(service, *texts):
+    """The service takes four seconds over each batch that holds one of the texts: time to do something meanwhile."""
+    service.fail_next(*({"match": text, "delayMs": 4000} for text in texts))
