@@ -1,13 +1,10 @@
 // What collecting a sheet costs beyond fetching its values: the collector on a range of this program's own,
-// against a bare pass of one SafeArrayGetElement and VariantClear per cell over the same values. Prints
-// "name<TAB>value<TAB>unit".
+// against a bare pass of one SafeArrayGetElement and VariantClear per cell over the same values.
 
 #include <oaidl.h>
 #include <windows.h>
 
 #include <algorithm>
-#include <array>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -16,11 +13,16 @@
 #include <vector>
 
 #include "foundation/com_object.h"
+#include "measure.h"
 #include "workbook/collector.h"
 
 namespace qv {
 
 namespace {
+
+using bench::Median;
+using bench::Milliseconds;
+using bench::Row;
 
 constexpr int kRuns = 9;
 constexpr std::int32_t kColumns = 10;
@@ -143,17 +145,6 @@ class NoPanel final : public PanelOutput {
   void PostPanelScript(const std::wstring&) override {}
 };
 
-double Milliseconds(const std::function<void()>& body) {
-  const auto start = std::chrono::steady_clock::now();
-  body();
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-}
-
-double Median(std::array<double, kRuns> times) {
-  std::ranges::nth_element(times, times.begin() + kRuns / 2);
-  return times[kRuns / 2];
-}
-
 void BarePass(const Variant& values, std::int32_t rows) {
   for (LONG row = 1; row <= rows; ++row) {
     for (LONG col = 1; col <= kColumns; ++col) {
@@ -176,30 +167,26 @@ Times Measure(Content content, std::int32_t cells) {
   const std::int32_t rows = cells / kColumns;
   NoPanel panel;
   PaneContext pane(1);
-  std::array<double, kRuns> collect{};
-  std::array<double, kRuns> bare{};
-  for (std::size_t run = 0; run < kRuns; ++run) {
+  std::vector<double> collect;
+  std::vector<double> bare;
+  for (int run = 0; run < kRuns; ++run) {
     Variant values = NewValues(content, rows);
-    bare[run] = Milliseconds([&] { BarePass(values, rows); });
+    bare.push_back(Milliseconds([&] { BarePass(values, rows); }));
     const LentValues lent(values);
     TargetContext target;
     target.SetApplication(NewApplication(lent, rows));
     CollectResult result;
     bool collected = false;
-    collect[run] = Milliseconds([&] {
+    collect.push_back(Milliseconds([&] {
       Collector collector(target, panel, pane);
       collected = collector.CollectUsedRangeCells(L"", 1, result);
-    });
+    }));
     if (!collected || result.units.empty()) {
       std::fputs("nothing was collected\n", stderr);
       std::exit(1);
     }
   }
   return {Median(collect), Median(bare)};
-}
-
-void Row(const std::string& name, double value, const char* unit) {
-  std::printf("%s\t%.2f\t%s\n", name.c_str(), value, unit);
 }
 
 void Report(const std::string& name, Content content) {
@@ -219,5 +206,6 @@ void Report(const std::string& name, Content content) {
 int main() {
   qv::Report("collect ledger", qv::Content::kLedger);
   qv::Report("collect texts", qv::Content::kTexts);
+  qv::bench::End();
   return 0;
 }

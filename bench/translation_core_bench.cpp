@@ -1,17 +1,14 @@
 // Times the translation core: forming batches for a large workbook, and one full batch's request and answer.
-// One line a figure: name, value and unit, separated by tabs; each value is the median of several runs.
+// Each value is the median of several runs.
 
-#include <windows.h>
-
-#include <algorithm>
-#include <array>
-#include <cstdio>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "foundation/json_text.h"
 #include "foundation/text.h"
+#include "measure.h"
 #include "translation/batch_former.h"
 #include "translation/translate_request.h"
 
@@ -28,24 +25,10 @@ constexpr int kRequestsPerRun = 1000;
 volatile std::size_t sink;
 
 double MedianMs(const std::function<std::size_t()>& work) {
-  LARGE_INTEGER frequency{};
-  QueryPerformanceFrequency(&frequency);
-  std::array<double, kRuns> times{};
-  for (double& time : times) {
-    LARGE_INTEGER begin{};
-    LARGE_INTEGER end{};
-    QueryPerformanceCounter(&begin);
-    sink = work();
-    QueryPerformanceCounter(&end);
-    time =
-        1000.0 * static_cast<double>(end.QuadPart - begin.QuadPart) / static_cast<double>(frequency.QuadPart);
-  }
-  std::ranges::sort(times);
-  return times[kRuns / 2];
-}
-
-void Print(const char* name, double value, const char* unit) {
-  std::printf("%s\t%.3f\t%s\n", name, value, unit);
+  std::vector<double> times;
+  for (int run = 0; run < kRuns; ++run)
+    times.push_back(qv::bench::Milliseconds([&] { sink = work(); }));
+  return qv::bench::Median(std::move(times));
 }
 
 /// Texts of cell length, every twentieth a long one, every fiftieth blank.
@@ -114,13 +97,15 @@ double AnswerUs() {
 }  // namespace
 
 int main() {
+  using qv::bench::Row;
   const double small = BatchFormingMs(kSmallWorkbook);
   const double large = BatchFormingMs(kLargeWorkbook);
-  Print("form batches, 20 000 units", small, "ms");
-  Print("form batches, 200 000 units", large, "ms");
-  Print("form batches, growth for 10 times the units", large / small, "times");
+  Row("form batches, 20 000 units", small, "ms");
+  Row("form batches, 200 000 units", large, "ms");
+  Row("form batches, growth for 10 times the units", large / small, "times");
   // Milliseconds for a thousand requests are microseconds for one.
-  Print("build a 20-segment request", RequestUs(), "us");
-  Print("parse a 20-segment answer", AnswerUs(), "us");
+  Row("build a 20-segment request", RequestUs(), "us");
+  Row("parse a 20-segment answer", AnswerUs(), "us");
+  qv::bench::End();
   return 0;
 }
