@@ -177,6 +177,11 @@ TEST_F(DocumentWindowsTest, AnswerABoxThatKeepsTheHostInALoopOfItsOwn) {
     KillTimer(nullptr, timer);
     *result = MessageBoxW(nullptr, L"A question", L"A title", MB_YESNO | MB_ICONINFORMATION);
   });
+  // Should no command close it, the test fails rather than waits.
+  SetTimer(nullptr, 0, 8'000, [](HWND, UINT, UINT_PTR timer, DWORD) noexcept {
+    KillTimer(nullptr, timer);
+    PostMessageW(FindWindowW(L"#32770", L"A title"), WM_COMMAND, IDYES, 0);
+  });
   {
     CommandLoop loop(*host_, *runner_, reading, CommandLoop::InputEnd::kQuits);
     DWORD written = 0;
