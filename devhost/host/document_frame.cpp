@@ -4,6 +4,7 @@
 
 #include "engines/common/com_guard.h"
 #include "host/drawing.h"
+#include "host/host_window_class.h"
 
 namespace qv::devhost {
 namespace {
@@ -23,15 +24,9 @@ void FillWithChildren(HWND window) {
 }  // namespace
 
 DocumentFrame::DocumentFrame(bool isShown, std::function<void()> onClose) : onClose_(std::move(onClose)) {
-  WNDCLASSW windowClass{};
-  windowClass.lpfnWndProc = Procedure;
-  windowClass.hInstance = GetModuleHandleW(nullptr);
-  windowClass.lpszClassName = kClassName;
-  windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  RegisterClassW(&windowClass);
-  window_ =
-      CreateWindowExW(0, kClassName, kCaption, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, 0,
-                      kInitialSize.cx, kInitialSize.cy, nullptr, nullptr, windowClass.hInstance, nullptr);
+  const HINSTANCE module = RegisterHostClass(kClassName, Procedure);
+  window_ = CreateWindowExW(0, kClassName, kCaption, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, 0,
+                            kInitialSize.cx, kInitialSize.cy, nullptr, nullptr, module, nullptr);
   if (window_ == nullptr) throw std::runtime_error("the frame window cannot be created");
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   if (isShown) ShowWindow(window_, SW_SHOW);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "engines/common/com_guard.h"
+#include "host/host_window_class.h"
 #include "host/pane_frame.h"
 
 namespace qv::devhost {
@@ -19,12 +19,7 @@ constexpr SIZE kHiddenSize{4800, 1000};
 
 DocumentWindow::DocumentWindow(const DocumentSurroundings& surroundings, int id)
     : surroundings_(surroundings), id_(id) {
-  WNDCLASSW windowClass{};
-  windowClass.lpfnWndProc = Procedure;
-  windowClass.hInstance = GetModuleHandleW(nullptr);
-  windowClass.lpszClassName = kClassName;
-  windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  RegisterClassW(&windowClass);
+  const HINSTANCE module = RegisterHostClass(kClassName, Procedure);
   const HWND frame = surroundings.frame;
   const SIZE size = surroundings.isShown ? kInitialSize : kHiddenSize;
   RECT area{0, 0, size.cx, size.cy};
@@ -33,7 +28,7 @@ DocumentWindow::DocumentWindow(const DocumentSurroundings& surroundings, int id)
   const DWORD topStyle = surroundings.isShown ? WS_OVERLAPPEDWINDOW : WS_POPUP;
   const DWORD style = (frame ? WS_CHILD | WS_CLIPSIBLINGS : topStyle) | WS_CLIPCHILDREN;
   window_ = CreateWindowExW(0, kClassName, kHostName, style, frame ? 0 : CW_USEDEFAULT, 0, area.right,
-                            area.bottom, frame, nullptr, windowClass.hInstance, nullptr);
+                            area.bottom, frame, nullptr, module, nullptr);
   if (window_ == nullptr) throw std::runtime_error("the document window cannot be created");
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   if (surroundings.isShown && id != 0) grid_ = GridView::Create(window_, surroundings.engine, id);
@@ -153,11 +148,7 @@ LRESULT DocumentWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT CALLBACK DocumentWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  auto* document = reinterpret_cast<DocumentWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  LRESULT result = 0;
-  if (document == nullptr) return DefWindowProcW(window, message, wParam, lParam);
-  static_cast<void>(GuardCom([&] { return result = document->Handle(message, wParam, lParam), S_OK; }));
-  return result;
+  return HandleByOwner(&DocumentWindow::Handle, window, message, wParam, lParam);
 }
 
 }  // namespace qv::devhost

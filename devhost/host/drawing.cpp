@@ -11,18 +11,6 @@ namespace {
 constexpr int kUiFontPoints = 9;
 constexpr int kPointsPerInch = 72;
 
-class SelectedObject {
- public:
-  SelectedObject(HDC canvas, HGDIOBJ object) : canvas_(canvas), former_(SelectObject(canvas, object)) {}
-  SelectedObject(const SelectedObject&) = delete;
-  SelectedObject& operator=(const SelectedObject&) = delete;
-  ~SelectedObject() { SelectObject(canvas_, former_); }
-
- private:
-  HDC canvas_;
-  HGDIOBJ former_;
-};
-
 bool IsThai(wchar_t unit) {
   return unit >= 0x0E00 && unit <= 0x0E7F;
 }
@@ -85,7 +73,7 @@ void Fill(HDC canvas, const RECT& area, COLORREF color) {
 
 void DrawLabel(HDC canvas, std::wstring_view text, RECT area, HFONT font, COLORREF color, UINT flags) {
   const FontForText fitting(font, text);
-  const SelectedObject selected(canvas, fitting.Get());
+  const Selected selected(canvas, fitting.Get());
   SetBkMode(canvas, TRANSPARENT);
   SetTextColor(canvas, color);
   DrawTextW(canvas, text.data(), static_cast<int>(text.size()), &area, flags | DT_NOPREFIX);
@@ -93,7 +81,7 @@ void DrawLabel(HDC canvas, std::wstring_view text, RECT area, HFONT font, COLORR
 
 SIZE MeasureLine(HDC canvas, std::wstring_view text, HFONT font) {
   const FontForText fitting(font, text);
-  const SelectedObject selected(canvas, fitting.Get());
+  const Selected selected(canvas, fitting.Get());
   RECT area{};
   DrawTextW(canvas, text.data(), static_cast<int>(text.size()), &area,
             DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
@@ -106,7 +94,7 @@ void DrawCross(HDC canvas, const RECT& area, int dpi, COLORREF color) {
   const int y = (area.top + area.bottom) / 2;
   const UniqueHandle<GdiTraits<HPEN>> pen(
       CreatePen(PS_SOLID, MulDiv(1, dpi, USER_DEFAULT_SCREEN_DPI), color));
-  const SelectedObject selected(canvas, pen.Get());
+  const Selected selected(canvas, pen.Get());
   MoveToEx(canvas, x - arm, y - arm, nullptr);
   LineTo(canvas, x + arm + 1, y + arm + 1);
   MoveToEx(canvas, x - arm, y + arm, nullptr);

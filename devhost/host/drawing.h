@@ -5,19 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "foundation/unique_handle.h"
+#include "foundation/unique_gdi.h"
 
 namespace qv::devhost {
-
-/// Fonts, brushes, pens, bitmaps: null means none.
-template <typename Handle>
-struct GdiTraits {
-  using Type = Handle;
-  static Type None() { return nullptr; }
-  static void Close(Type handle) { DeleteObject(handle); }
-};
-using UniqueFont = UniqueHandle<GdiTraits<HFONT>>;
-using UniqueBitmap = UniqueHandle<GdiTraits<HBITMAP>>;
 
 /// The colours of the host's own parts: a light theme.
 namespace theme {
@@ -36,6 +26,19 @@ inline constexpr COLORREF kPressed = RGB(208, 208, 208);
 
 /// The user-interface font in 9 points at that resolution.
 [[nodiscard]] UniqueFont MakeUiFont(int dpi, bool isBold = false);
+
+/// An object that is selected into a device context for a while.
+class Selected {
+ public:
+  Selected(HDC dc, HGDIOBJ object) : dc_(dc), former_(SelectObject(dc, object)) {}
+  Selected(const Selected&) = delete;
+  Selected& operator=(const Selected&) = delete;
+  ~Selected() { SelectObject(dc_, former_); }
+
+ private:
+  HDC dc_;
+  HGDIOBJ former_;
+};
 
 /// Paints a window without flicker: what is drawn into `Canvas` appears at once at the end. For WM_PAINT
 /// only.

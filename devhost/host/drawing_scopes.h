@@ -11,19 +11,6 @@ struct MemoryDcTraits {
 };
 using UniqueMemoryDc = UniqueHandle<MemoryDcTraits>;
 
-/// An object that is selected into a device context for a while.
-class Selected {
- public:
-  Selected(HDC dc, HGDIOBJ object) : dc_(dc), former_(SelectObject(dc, object)) {}
-  Selected(const Selected&) = delete;
-  Selected& operator=(const Selected&) = delete;
-  ~Selected() { SelectObject(dc_, former_); }
-
- private:
-  HDC dc_;
-  HGDIOBJ former_;
-};
-
 /// Everything drawn meanwhile stays within the rectangle.
 class Clipped {
  public:

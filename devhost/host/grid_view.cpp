@@ -7,6 +7,7 @@
 
 #include "engines/common/com_guard.h"
 #include "host/grid_paint.h"
+#include "host/host_window_class.h"
 
 namespace qv::devhost {
 namespace {
@@ -29,16 +30,11 @@ HWND CreateBar(HWND parent, DWORD direction) {
 }  // namespace
 
 std::unique_ptr<GridView> GridView::Create(HWND parent, Engine& engine, int windowId) {
-  WNDCLASSW windowClass{};
-  windowClass.lpfnWndProc = Procedure;
-  windowClass.hInstance = GetModuleHandleW(nullptr);
-  windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  windowClass.lpszClassName = kClassName;
-  RegisterClassW(&windowClass);
+  const HINSTANCE module = RegisterHostClass(kClassName, Procedure);
   std::unique_ptr<GridView> view(new GridView(engine, windowId));
   view->window_ =
       CreateWindowExW(0, kClassName, nullptr, WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, 0, 0,
-                      0, 0, parent, nullptr, windowClass.hInstance, nullptr);
+                      0, 0, parent, nullptr, module, nullptr);
   if (view->window_ == nullptr) throw std::runtime_error("the grid's window cannot be created");
   SetWindowLongPtrW(view->window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(view.get()));
   view->verticalBar_ = CreateBar(view->window_, SBS_VERT);

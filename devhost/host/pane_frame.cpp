@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "engines/common/com_guard.h"
 #include "host/document_window.h"
 #include "host/drawing.h"
+#include "host/host_window_class.h"
 
 namespace qv::devhost {
 namespace {
@@ -39,18 +39,13 @@ PaneFrame::PaneFrame(const std::wstring& progId, const std::wstring& title, bool
 }
 
 void PaneFrame::CreateWindows() {
-  WNDCLASSW windowClass{};
-  windowClass.lpfnWndProc = Procedure;
-  windowClass.hInstance = GetModuleHandleW(nullptr);
-  windowClass.lpszClassName = kClassName;
-  windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  RegisterClassW(&windowClass);
+  const HINSTANCE module = RegisterHostClass(kClassName, Procedure);
   window_ = CreateWindowExW(0, kClassName, title_.c_str(), WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, 0, 0,
-                            0, 0, document_->Window(), nullptr, windowClass.hInstance, nullptr);
+                            0, 0, document_->Window(), nullptr, module, nullptr);
   if (window_ == nullptr) throw std::runtime_error("the task-pane window cannot be created");
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   content_ = CreateWindowExW(0, L"Static", L"", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 0, 0, window_,
-                             nullptr, windowClass.hInstance, nullptr);
+                             nullptr, module, nullptr);
 }
 
 PaneFrame::~PaneFrame() {
@@ -238,11 +233,7 @@ LRESULT PaneFrame::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT CALLBACK PaneFrame::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  auto* frame = reinterpret_cast<PaneFrame*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (frame == nullptr) return DefWindowProcW(window, message, wParam, lParam);
-  LRESULT result = 0;
-  static_cast<void>(GuardCom([&] { return result = frame->Handle(message, wParam, lParam), S_OK; }));
-  return result;
+  return HandleByOwner(&PaneFrame::Handle, window, message, wParam, lParam);
 }
 
 }  // namespace qv::devhost

@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "engines/common/com_guard.h"
 #include "host/document_layout.h"
+#include "host/host_window_class.h"
 #include "host/picture.h"
 
 namespace qv::devhost {
@@ -34,20 +34,15 @@ RECT Centred(const RECT& area, int top, int size) {
 std::unique_ptr<RibbonBar> RibbonBar::Create(HWND parent, Ribbon& ribbon, HostStyle style, Press press) {
   const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_WIN95_CLASSES};
   InitCommonControlsEx(&controls);
-  WNDCLASSW windowClass{};
-  windowClass.lpfnWndProc = Procedure;
-  windowClass.hInstance = GetModuleHandleW(nullptr);
-  windowClass.lpszClassName = kClassName;
-  windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  RegisterClassW(&windowClass);
+  const HINSTANCE module = RegisterHostClass(kClassName, Procedure);
   std::unique_ptr<RibbonBar> bar(new RibbonBar(ribbon, style, std::move(press)));
   bar->window_ = CreateWindowExW(0, kClassName, L"Ribbon", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, 0, 0, 0,
-                                 0, parent, nullptr, windowClass.hInstance, nullptr);
+                                 0, parent, nullptr, module, nullptr);
   if (bar->window_ == nullptr) return nullptr;
   SetWindowLongPtrW(bar->window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(bar.get()));
   bar->tips_ =
       CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0,
-                      0, 0, bar->window_, nullptr, windowClass.hInstance, nullptr);
+                      0, 0, bar->window_, nullptr, module, nullptr);
   bar->Refresh();
   return bar;
 }
@@ -274,11 +269,7 @@ LRESULT RibbonBar::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT CALLBACK RibbonBar::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  auto* bar = reinterpret_cast<RibbonBar*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (bar == nullptr) return DefWindowProcW(window, message, wParam, lParam);
-  LRESULT result = 0;
-  static_cast<void>(GuardCom([&] { return result = bar->Handle(message, wParam, lParam), S_OK; }));
-  return result;
+  return HandleByOwner(&RibbonBar::Handle, window, message, wParam, lParam);
 }
 
 }  // namespace qv::devhost
