@@ -76,7 +76,9 @@ class ScriptPane final : private PaneWindowEvents, private WebViewEvents {
     view_.Close();
   }
 
-  void OnWebViewReady() override { view_.Navigate(L"data:text/html,<!doctype html><title>bench</title>"); }
+  void OnWebViewReady() override {
+    failed_ = !view_.Navigate(L"data:text/html,<!doctype html><title>bench</title>");
+  }
   void OnWebMessage(const std::wstring&, const std::optional<std::wstring>&) override { messaged_ = true; }
   void OnNavigated() override { loaded_ = true; }
   void OnNavigationFailed() override { failed_ = true; }
