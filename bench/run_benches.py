@@ -25,7 +25,7 @@ REPEATS = 3
 PROGRAMS = (
     ("qv_start_bench.exe", 5, False),
     ("qv_page_bench.exe", 5, True),
-    ("qv_script_bench.exe", 1, False),
+    ("qv_script_bench.exe", 1, True),
     ("qv_collect_bench.exe", 1, False),
     ("qv_translation_bench.exe", 1, False),
 )
