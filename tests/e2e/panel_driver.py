@@ -6,8 +6,8 @@ from devhost_client import DevhostError
 
 POLL_S = 0.05
 
-# Twenty texts make a batch, so a sheet of this many rows is translated in three.
-THREE_BATCHES = 60
+# Twenty texts make a batch.
+TWO_BATCHES, THREE_BATCHES = 30, 60
 
 FORM_READY = "document.getElementById('target')?.value"
 
@@ -76,6 +76,11 @@ class Panel:
         on_page = f"location.pathname.endsWith('/{name}.html')" if name else "location.pathname.startsWith('/panel/excel')"
         self.wait_for(f"{on_page} && document.readyState === 'complete' && "
                       "!document.documentElement.hasAttribute('data-loading')", timeout=20.0)
+
+    def reload(self):
+        self.value("window.isOld = true, setTimeout(() => location.reload()), 0")
+        self.wait_for("!window.isOld")
+        self.wait_for_page()
 
     def click(self, selector):
         """Clicks an element as soon as it can be seen and nothing covers it."""

@@ -43,5 +43,7 @@ def test_a_browser_that_dies_is_told_once_and_the_next_pane_has_a_living_page(sl
     assert len([line for line in log.lines() if any(word in line for word in LOST)]) == 1
     again = open_signed_in(host)
     assert again.pane != panel.pane
+    again.start()
+    again.wait_for_phase("done")
     assert column(host, len(SLOW_TEXTS)) == [translated(text) for text in SLOW_TEXTS]
     host.quit()

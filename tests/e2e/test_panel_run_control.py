@@ -19,6 +19,9 @@ def test_a_paused_run_waits_and_goes_on(slow_run, echo_service):
     with pytest.raises(AssertionError, match="waited"):
         wait_until(host, lambda: panel.phase() != "paused" or requests_ended(echo_service) > 2 or
                    host.cell("Sheet", "A21")["value"] != SLOW_TEXTS[20], "anything to happen", timeout=1.0)
+    panel.reload()
+    panel.wait_for_phase("paused")
+    assert panel.text("run-title") == "Paused" and panel.value("document.getElementById('run-bar').value") == 20 / 60
     panel.click("#resume")
     panel.wait_for_phase("done")
     assert column(host, len(SLOW_TEXTS)) == [translated(text) for text in SLOW_TEXTS]
@@ -41,8 +44,8 @@ def test_a_cancelled_run_keeps_what_was_written(slow_run):
 
 def test_a_reloaded_page_follows_the_run_to_its_end(slow_run, echo_service):
     host, panel = slow_run
-    panel.value("window.before = true, setTimeout(() => location.reload()), 0")
-    panel.wait_for("!window.before && document.getElementById('run')?.dataset.phase === 'translating'")
+    panel.reload()
+    panel.wait_for_phase("translating", timeout=5)
     panel.wait_for_count(20, timeout=5)
     assert panel.text("run-title") == "Translating…"
     panel.wait_for_phase("done")

@@ -1,10 +1,10 @@
 """Several document windows, each with a pane of its own."""
 
-from panel_driver import THREE_BATCHES, column, open_signed_in, sentences, slow_down, translate_requests, translated
+from panel_driver import TWO_BATCHES, column, open_signed_in, sentences, slow_down, translate_requests, translated
 
 
 def test_two_workbooks_are_translated_at_once_each_with_its_own_texts(start_window, echo_service, make_book):
-    topics = {"first.xlsx": sentences(THREE_BATCHES, "garden"), "second.xlsx": sentences(THREE_BATCHES, "harbour")}
+    topics = {"first.xlsx": sentences(TWO_BATCHES, "garden"), "second.xlsx": sentences(TWO_BATCHES, "harbour")}
     first, second = (make_book(texts, name) for name, texts in topics.items())
     host = start_window(first)
     panels = [open_signed_in(host)]
@@ -21,12 +21,12 @@ def test_two_workbooks_are_translated_at_once_each_with_its_own_texts(start_wind
         panel.wait_for_phase("done")
     for number, texts in zip((1, 2), topics.values()):
         host.do("window", activate=number)
-        assert column(host, THREE_BATCHES) == [translated(text) for text in texts]
+        assert column(host, TWO_BATCHES) == [translated(text) for text in texts]
     host.quit()
 
 
 def test_a_second_window_of_a_workbook_is_refused_while_the_first_translates(start_window, echo_service, make_book):
-    texts = sentences(THREE_BATCHES)
+    texts = sentences(TWO_BATCHES)
     host = start_window(make_book(texts))
     first = open_signed_in(host)
     host.do("window", new=True)
@@ -40,6 +40,6 @@ def test_a_second_window_of_a_workbook_is_refused_while_the_first_translates(sta
                                          "try again.")
     assert first.phase() == "translating"
     first.wait_for_phase("done")
-    assert column(host, THREE_BATCHES) == [translated(text) for text in texts]
-    assert len(translate_requests(echo_service)) == 3
+    assert column(host, TWO_BATCHES) == [translated(text) for text in texts]
+    assert len(translate_requests(echo_service)) == 2
     host.quit()

@@ -1,13 +1,13 @@
 """The panel's page in a window of its own."""
 
-from panel_driver import THREE_BATCHES, column, open_signed_in, sentences, slow_down, translated
+from panel_driver import TWO_BATCHES, column, open_signed_in, sentences, slow_down, translated
 
 SCOPE = "document.querySelector('input[name=scope]:checked').value"
 WINDOW_BUTTON = "document.getElementById('window').getAttribute('aria-label')"
 
 
 def test_a_run_in_the_workspace_window_takes_the_choices_along_and_brings_them_back(start_window, echo_service, make_book):
-    texts = sentences(THREE_BATCHES)
+    texts = sentences(TWO_BATCHES)
     host = start_window(make_book(texts))
     pane = open_signed_in(host)
     # The scope is kept nowhere but in the page.
@@ -29,5 +29,5 @@ def test_a_run_in_the_workspace_window_takes_the_choices_along_and_brings_them_b
     assert pane.phase() == "translating"
     pane.wait_for(f"{SCOPE} === 'full' && document.getElementById('target').value === 'de'")
     pane.wait_for_phase("done")
-    assert column(host, THREE_BATCHES) == [translated(text, "DE") for text in texts]
+    assert column(host, TWO_BATCHES) == [translated(text, "DE") for text in texts]
     host.quit()
