@@ -120,8 +120,10 @@ void CWebView2Pane::OnNavigated() {
   navigator_.TakePageBack();
   // Before another page is asked for: from then on the page that is shown is a page that is left.
   bridge_.SendAccessTokenToPanel();
-  const bool settled = navigator_.ShowPendingPage();
-  if (settled && navigator_.IsShowing(kRootPage)) run_.PushState();
+  if (!navigator_.ShowPendingPage()) return;
+  if (workspace_.IsOpen()) OnWorkspaceOpened();
+  run_.AskPageAgain();
+  if (navigator_.IsShowing(kRootPage)) run_.PushState();
 }
 
 void CWebView2Pane::OnWebViewFailed(const wchar_t* step, HRESULT hr) {

@@ -50,6 +50,8 @@ class WorkspaceWindow final : private PanelFrameEvents, private WebViewEvents {
   /// Closes the window at once; nobody is told.
   void CloseNow();
 
+  [[nodiscard]] bool IsOpen() const { return phase_ == Phase::kTaking || phase_ == Phase::kOpen; }
+
   /// The window's view; without a page while the window is closed.
   [[nodiscard]] WebView& View() { return view_; }
 

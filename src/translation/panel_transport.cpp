@@ -22,13 +22,13 @@ TranslateResult PanelTransport::Send(const TranslateRequest& request) {
 }
 
 TranslateResult PanelTransport::Exchange(const TranslateRequest& request, const std::wstring& requestId) {
-  const std::shared_ptr<PendingRequest> waiting = pending_->Register(requestId, request.runId);
+  const std::wstring message = TranslateBatchRequestMessage(requestId, request);
+  const std::shared_ptr<PendingRequest> waiting = pending_->Register(requestId, request.runId, message);
   if (waiting == nullptr) return TranslateResult::Failure(L"internal_error", L"CreateEvent failed");
   // The page is reached from the UI thread only; a closed queue means that there is no page any more.
-  const bool posted = pane_->Tasks().PostFunction([output = output_, pending = pending_, requestId,
-                                                   json = TranslateBatchRequestMessage(requestId, request)] {
+  const bool posted = pane_->Tasks().PostFunction([output = output_, pending = pending_, requestId, message] {
     // The run may have been cancelled while this waited, and the page been told so.
-    if (pending->Has(requestId)) output->PostPanelJson(json);
+    if (pending->Has(requestId)) output->PostPanelJson(message);
   });
   // A cancel that came before the registration has not found this request.
   if (!posted || flags_.IsCancelled()) {

@@ -1,11 +1,14 @@
 #include "translation/pending_requests.h"
 
+#include <utility>
+
 namespace qv {
 
-std::shared_ptr<PendingRequest> PendingRequests::Register(const std::wstring& requestId,
-                                                          std::uint64_t runId) {
+std::shared_ptr<PendingRequest> PendingRequests::Register(const std::wstring& requestId, std::uint64_t runId,
+                                                          std::wstring message) {
   auto request = std::make_shared<PendingRequest>();
   request->runId = runId;
+  request->message = std::move(message);
   request->answered.Reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
   if (!request->answered) return nullptr;
   const std::scoped_lock lock(mutex_);
@@ -32,6 +35,14 @@ bool PendingRequests::Complete(const std::wstring& requestId, const TranslateRes
   // A second answer to the same request finds nobody.
   byId_.erase(entry);
   return true;
+}
+
+std::vector<std::wstring> PendingRequests::WaitingMessages() {
+  const std::scoped_lock lock(mutex_);
+  std::vector<std::wstring> messages;
+  for (const auto& [requestId, request] : byId_)
+    messages.push_back(request->message);
+  return messages;
 }
 
 void PendingRequests::CancelRun(std::uint64_t runId) {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "foundation/unique_handle.h"
 #include "translation/translate_request.h"
@@ -16,6 +17,8 @@ namespace qv {
 /// One request that waits for the page's answer.
 struct PendingRequest {
   std::uint64_t runId = 0;
+  /// What the page was asked, to ask again when it has been loaded anew.
+  std::wstring message;
   /// Manual-reset; set once `result` is there.
   UniqueKernelHandle answered;
   TranslateResult result;
@@ -25,8 +28,9 @@ struct PendingRequest {
 /// worker. Any thread.
 class PendingRequests {
  public:
-  /// Null when no event could be made.
-  [[nodiscard]] std::shared_ptr<PendingRequest> Register(const std::wstring& requestId, std::uint64_t runId);
+  /// Null when no event could be made. `message` is what the page is asked.
+  [[nodiscard]] std::shared_ptr<PendingRequest> Register(const std::wstring& requestId, std::uint64_t runId,
+                                                         std::wstring message);
 
   void Remove(const std::wstring& requestId);
 
@@ -35,6 +39,9 @@ class PendingRequests {
 
   /// Gives the result to whoever waits; false for an unknown id.
   [[nodiscard]] bool Complete(const std::wstring& requestId, const TranslateResult& result);
+
+  /// What the page was asked and has not answered.
+  [[nodiscard]] std::vector<std::wstring> WaitingMessages();
 
   /// Ends all waiting requests of a run as cancelled.
   void CancelRun(std::uint64_t runId);

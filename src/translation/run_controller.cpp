@@ -160,6 +160,7 @@ bool RunController::Collect(Run& run) {
     return false;
   }
   run.size = {result.cells, result.units.size()};
+  run.isCollected = true;
   if (!result.sheetName.empty()) run.sourceSheet = run.currentSheet = result.sheetName;
   session_.Replace(std::move(result.units), std::move(result.warnings));
   return true;
@@ -330,7 +331,13 @@ void RunController::OnSheetActivated(bool translationViewShown) {
 void RunController::PushState() {
   if (run_ == nullptr) return;
   output_.RunPanelScript(RunStartedScript(run_->id));
-  output_.RunPanelScript(ReadyScript(run_->id, run_->size));
+  // Before the cells are read there is nothing to tell yet; this page hears it then as any other.
+  if (run_->isCollected) output_.RunPanelScript(ReadyScript(run_->id, run_->size));
+}
+
+void RunController::AskPageAgain() {
+  for (const std::wstring& message : pending_->WaitingMessages())
+    output_.PostPanelJson(message);
 }
 
 void RunController::BeginShutdownEarly() {

@@ -50,6 +50,8 @@ class RunController : private RunListener, private WriteListener {
 
   /// A fresh translate page gets what it needs to show a run that is under way or paused.
   void PushState();
+  /// A page was loaded: the requests that an earlier one took along unanswered are posted to it.
+  void AskPageAgain();
 
   /// Ends the run for good, once: wakes waiting workers, gives the workbook free, drops what is still to
   /// come. Nothing of the host is touched afterwards; its references are the pane's to release.
@@ -66,6 +68,8 @@ class RunController : private RunListener, private WriteListener {
     std::shared_ptr<RunWriter> writer;
     std::wstring workbookKey;
     RunSize size;
+    /// `size` is known.
+    bool isCollected = false;
     std::uint64_t startTick = 0;
     /// The sheet that the run was started on, and the one that it works on now.
     std::wstring sourceSheet;

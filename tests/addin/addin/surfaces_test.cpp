@@ -141,6 +141,14 @@ TEST_F(Surfaces, WithoutStateNothingIsHandedOver) {
   }
 }
 
+TEST_F(Surfaces, ANewPageOfThePaneHearsThatTheWorkspaceIsOpen) {
+  Start();
+  OpenWorkspace();
+  ASSERT_EQ(Times(pageView_, kOpened), 1);
+  ASSERT_TRUE(Browser().CrashPage(pageView_));
+  EXPECT_TRUE(devhost::PumpUntil([&] { return Times(pageView_, kOpened) == 2; }, kTimeoutMs));
+}
+
 TEST_F(Surfaces, AWorkspaceThatIsWantedAgainStays) {
   Start();
   Browser().SetScriptResult(L"quorvantisExportState", S_OK, kState);

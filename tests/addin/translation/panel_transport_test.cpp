@@ -1,5 +1,6 @@
 #include "translation/panel_transport.h"
 
+#include <algorithm>
 #include <thread>
 
 #include "foundation/json_text.h"
@@ -68,6 +69,22 @@ TEST_F(PanelTransportTest, CancelTellsThePageToGiveUp) {
   // A late answer finds nobody.
   pane->controller->OnBatchResult(L"{\"requestId\":\"tr-1-1\",\"ok\":true,\"translations\":[\"uno\"]}");
   EXPECT_EQ(Text("A1"), L"Text number 1");
+}
+
+TEST_F(PanelTransportTest, APageThatIsLoadedAnewIsAskedAgain) {
+  FillRows(1);
+  pane->Start(L"\"nativeTranslateViaJs\":true");
+  ASSERT_TRUE(PumpUntilPageHas(L"translateBatchRequest"));
+  const std::vector<std::wstring> asked = pane->page.received;
+  pane->controller->AskPageAgain();
+  EXPECT_EQ(pane->page.received.size(), asked.size() + 1);
+  EXPECT_NE(std::find(asked.begin(), asked.end(), pane->page.received.back()), asked.end());
+
+  pane->controller->OnBatchResult(L"{\"requestId\":\"tr-1-1\",\"ok\":true,\"translations\":[\"uno\"]}");
+  EXPECT_TRUE(PumpUntilPageHas(L"onComplete"));
+  const std::size_t said = pane->page.received.size();
+  pane->controller->AskPageAgain();
+  EXPECT_EQ(pane->page.received.size(), said);
 }
 
 TranslateRequest OneText() {

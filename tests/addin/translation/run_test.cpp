@@ -237,5 +237,20 @@ TEST_F(RunTest, AFreshPageLearnsOfTheRunUnderWay) {
   EXPECT_TRUE(PumpUntilPageHas(L"onComplete("));
 }
 
+TEST_F(RunTest, APageThatComesBeforeTheCellsAreReadHearsOnlyOfTheStart) {
+  FillRows(40);
+  int early = 0;
+  pane->page.onReceived = [&](const std::wstring& script) {
+    if (early != 0 || script.find(L"onScanProgress") == std::wstring::npos) return;
+    ++early;
+    pane->controller->PushState();
+    EXPECT_EQ(pane->page.Count(L"onReady"), 0);
+  };
+  pane->Start();
+  EXPECT_EQ(early, 1);
+  EXPECT_EQ(pane->page.Count(L"onReady"), 1);
+  EXPECT_TRUE(PumpUntilPageHas(L"onComplete("));
+}
+
 }  // namespace
 }  // namespace qv
