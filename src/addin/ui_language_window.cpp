@@ -162,9 +162,8 @@ int UiLanguageWindow::MeasureBody() const {
   return static_cast<int>(area.bottom);
 }
 
-void UiLanguageWindow::LayOut() {
+void UiLanguageWindow::LayOut(const RECT& work) {
   MakeFonts();
-  const RECT work = WorkArea(owner_ != nullptr ? owner_ : handle_);
   layout_ = LayOutUiLanguageDialog(dpi_, MeasureBody(), static_cast<int>(work.bottom - work.top));
   Place(title_, layout_.title, titleFont_.Get());
   Place(body_, layout_.body, bodyFont_.Get());
@@ -173,7 +172,6 @@ void UiLanguageWindow::LayOut() {
   Place(ok_, layout_.ok, bodyFont_.Get());
   Place(cancel_, layout_.cancel, bodyFont_.Get());
   ShowSelection();
-  CenterOver(owner_, work);
 }
 
 /// Scrolls the selected row to the middle, so that its neighbours on both sides are seen.
@@ -183,12 +181,22 @@ void UiLanguageWindow::ShowSelection() {
   SendMessageW(list_, LB_SETTOPINDEX, static_cast<WPARAM>(std::max(0, row - rowsAbove)), 0);
 }
 
-void UiLanguageWindow::CenterOver(HWND owner, const RECT& work) {
+void UiLanguageWindow::CenterOverOwner(const RECT& work) {
   RECT over = work;
-  if (owner != nullptr && !IsIconic(owner)) GetWindowRect(owner, &over);
-  SetWindowPos(handle_, nullptr, Centered(over.left, over.right, layout_.width, work.left, work.right),
-               Centered(over.top, over.bottom, layout_.height, work.top, work.bottom), layout_.width,
-               layout_.height, SWP_NOZORDER | SWP_NOACTIVATE);
+  if (owner_ != nullptr && !IsIconic(owner_)) GetWindowRect(owner_, &over);
+  MoveTo(Centered(over.left, over.right, layout_.width, work.left, work.right),
+         Centered(over.top, over.bottom, layout_.height, work.top, work.bottom));
+}
+
+void UiLanguageWindow::MoveTo(int left, int top) {
+  SetWindowPos(handle_, nullptr, left, top, layout_.width, layout_.height, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void UiLanguageWindow::OnDpiChanged(int dpi, const RECT& suggested) {
+  dpi_ = dpi;
+  LayOut(WorkArea(handle_));
+  // The system chose the place so that the dialog does not jump back to the screen that it comes from.
+  MoveTo(static_cast<int>(suggested.left), static_cast<int>(suggested.top));
 }
 
 void UiLanguageWindow::RunMessages() {
@@ -228,14 +236,10 @@ LRESULT CALLBACK UiLanguageWindow::Procedure(HWND window, UINT message, WPARAM w
 std::optional<LRESULT> UiLanguageWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_CREATE:
-      dpi_ = WindowDpi(handle_);
-      CreateControls();
-      LayOut();
-      RoundCorners(handle_);
+      OnCreate();
       return 0;
     case WM_DPICHANGED:
-      dpi_ = HIWORD(wparam);
-      LayOut();
+      OnDpiChanged(HIWORD(wparam), *reinterpret_cast<const RECT*>(lparam));
       return 0;
     case WM_COMMAND:
       OnCommand(LOWORD(wparam), HIWORD(wparam));
@@ -274,6 +278,15 @@ std::optional<LRESULT> UiLanguageWindow::OnMessage(UINT message, WPARAM wparam, 
     default:
       return std::nullopt;
   }
+}
+
+void UiLanguageWindow::OnCreate() {
+  dpi_ = WindowDpi(handle_);
+  CreateControls();
+  const RECT work = WorkArea(handle_);
+  LayOut(work);
+  CenterOverOwner(work);
+  RoundCorners(handle_);
 }
 
 void UiLanguageWindow::OnCommand(int id, int notification) {

@@ -38,16 +38,19 @@ class UiLanguageWindow {
   HWND CreateControl(const wchar_t* className, const wchar_t* text, DWORD style, DWORD exStyle, int id);
   void FillList();
   void MakeFonts();
-  /// Fits everything to `dpi_` and centres the dialog over its owner.
-  void LayOut();
+  /// Fits everything inside to `dpi_`; `work` is the screen area that there is room in.
+  void LayOut(const RECT& work);
   void ShowSelection();
-  void CenterOver(HWND owner, const RECT& work);
+  void CenterOverOwner(const RECT& work);
+  void MoveTo(int left, int top);
   [[nodiscard]] int MeasureBody() const;
   void RunMessages();
   void Close();
 
   /// The message's result; nothing when Windows' own handling is wanted.
   [[nodiscard]] std::optional<LRESULT> OnMessage(UINT message, WPARAM wparam, LPARAM lparam);
+  void OnCreate();
+  void OnDpiChanged(int dpi, const RECT& suggested);
   void OnCommand(int id, int notification);
   void OnPaint();
   void OnDrawItem(const DRAWITEMSTRUCT& item) const;

@@ -347,6 +347,20 @@ TEST_F(LanguageDialog, ScalesWithItsScreen) {
           Push(IDCANCEL)});
 }
 
+TEST_F(LanguageDialog, FollowsTheSystemToAnotherScreen) {
+  Choose({[](HWND dialog) {
+            RECT wanted{37, 41, 1000, 900};
+            SendMessageW(dialog, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&wanted));
+            RECT area{};
+            GetWindowRect(dialog, &area);
+            EXPECT_EQ(area.left, 37);
+            EXPECT_EQ(area.top, 41);
+            EXPECT_EQ(area.right - area.left, 630);
+            EXPECT_EQ(FontOf(List(dialog)).lfHeight, -21);
+          },
+          Push(IDCANCEL)});
+}
+
 TEST(LanguageDialogElsewhere, ScalesWithItsScreen) {
   for (const int dpi : {96, 144, 192})
     EXPECT_TRUE(PassesElsewhere(L"qv_addin_tests.exe", dpi, L"LanguageDialog.ScalesWithItsScreen"));
