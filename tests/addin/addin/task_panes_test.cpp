@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -6,6 +7,7 @@
 #include "addin_test.h"
 #include "foundation/text.h"
 #include "foundation/unique_handle.h"
+#include "host/host_dispatch.h"
 #include "host/message_pump.h"
 #include "stored_width.h"
 #include "workbook/doc_key.h"
@@ -249,6 +251,57 @@ TEST_F(TaskPanes, TellWhatStandsInTheWay) {
   EXPECT_EQ(Press(kWholeSheet).find("page="), std::string::npos);
   EXPECT_EQ(boxes_.Count(), 4);
   EXPECT_TRUE(Contains(boxes_.Text(), L"not ready")) << ToUtf8(boxes_.Text());
+}
+
+TEST_F(TaskPanes, AreMadeInAnotherWindowWhileABoxIsOpen) {
+  const auto second = engine_.AddWorkbook(L"two.xlsx");
+  engine_.ActivateWindow(book_->windows.front());
+  host_->Factory().SetOutcomes(E_FAIL, E_FAIL);
+  boxes_.InsideTheNext([&] {
+    host_->Factory().SetOutcomes(S_OK, S_OK);
+    engine_.ActivateWindow(second->windows.front());
+    EXPECT_NE(Press(kWholeSheet).find("Excel CreateCTP OK pane="), std::string::npos);
+  });
+  Press(kWholeSheet);
+  EXPECT_EQ(boxes_.Count(), 1);
+  EXPECT_EQ(OpenPanes(), 1U);
+}
+
+/// A host's factory that runs something of the user's while it makes a pane.
+class BusyFactory final : public devhost::HostDispatch<ICTPFactory> {
+ public:
+  BusyFactory(ICTPFactory* factory, std::function<void()> meanwhile)
+      : factory_(factory), meanwhile_(std::move(meanwhile)) {}
+
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                   UINT*) noexcept override {
+    return DISP_E_MEMBERNOTFOUND;
+  }
+  HRESULT STDMETHODCALLTYPE CreateCTP(BSTR axId, BSTR title, VARIANT window,
+                                      _CustomTaskPane** pane) noexcept override {
+    if (const auto meanwhile = std::exchange(meanwhile_, nullptr)) meanwhile();
+    return factory_->CreateCTP(axId, title, window, pane);
+  }
+
+ private:
+  ComPtr<ICTPFactory> factory_;
+  std::function<void()> meanwhile_;
+};
+
+TEST_F(TaskPanes, AreMadeOnceForAPressFromInsideTheirMaking) {
+  ComPtr<ICustomTaskPaneConsumer> consumer;
+  ASSERT_EQ(host_->Session().Addin()->QueryInterface(IID_PPV_ARGS(&consumer)), S_OK);
+  bool pressed = false;
+  const auto factory = MakeCom<BusyFactory>(&host_->Factory(), [&] {
+    EXPECT_EQ(Press(kSelection).find("CreateCTP"), std::string::npos);
+    pressed = true;
+  });
+  EXPECT_EQ(consumer->CTPFactoryAvailable(factory.Get()), S_OK);
+  Press(kWholeSheet);
+  EXPECT_TRUE(pressed);
+  EXPECT_EQ(OpenPanes(), 1U);
+  EXPECT_EQ(boxes_.Count(), 0);
+  EXPECT_EQ(consumer->CTPFactoryAvailable(&host_->Factory()), S_OK);
 }
 
 TEST_F(TaskPanes, GetTheirPageOnceTheHostHandsOutTheControl) {
