@@ -34,6 +34,9 @@ constexpr int kListId = 103;
 constexpr DWORD kCornerPreference = 33;
 constexpr DWORD kRoundCorners = 2;
 
+/// Answer to WM_CREATE.
+constexpr LRESULT kCreationFailed = -1;
+
 /// The dialog that is open, of which there is at most one; null when none is.
 HWND g_open = nullptr;
 
@@ -117,7 +120,7 @@ HWND UiLanguageWindow::CreateControl(const wchar_t* className, const wchar_t* te
                          reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ThisModule(), nullptr);
 }
 
-void UiLanguageWindow::CreateControls() {
+bool UiLanguageWindow::CreateControls() {
   const DWORD textStyle = SS_NOPREFIX | (rightToLeft_ ? SS_RIGHT : SS_LEFT);
   const DWORD textExStyle = rightToLeft_ ? WS_EX_RTLREADING : 0;
   const auto text = [&](const wchar_t* key, int id) {
@@ -136,7 +139,11 @@ void UiLanguageWindow::CreateControls() {
   ok_ = button(L"settings.ok", IDOK);
   cancel_ = button(L"settings.cancel", IDCANCEL);
   lastFocus_ = list_;
+  for (const HWND control : {title_, body_, list_, ok_, cancel_}) {
+    if (control == nullptr) return false;
+  }
   FillList();
+  return true;
 }
 
 void UiLanguageWindow::FillList() {
@@ -228,7 +235,12 @@ LRESULT CALLBACK UiLanguageWindow::Procedure(HWND window, UINT message, WPARAM w
   if (message == WM_NCCREATE) self->handle_ = window;
   std::optional<LRESULT> result;
   if (self != nullptr) {
-    Guard(L"UiLanguageWindow", [&] { result = self->OnMessage(message, wparam, lparam); });
+    const HRESULT hr = GuardHr(L"UiLanguageWindow", [&] {
+      result = self->OnMessage(message, wparam, lparam);
+      return S_OK;
+    });
+    // An empty dialog that cannot be answered is worse than none.
+    if (FAILED(hr) && message == WM_CREATE) return kCreationFailed;
   }
   return result ? *result : DefWindowProcW(window, message, wparam, lparam);
 }
@@ -236,8 +248,7 @@ LRESULT CALLBACK UiLanguageWindow::Procedure(HWND window, UINT message, WPARAM w
 std::optional<LRESULT> UiLanguageWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_CREATE:
-      OnCreate();
-      return 0;
+      return OnCreate() ? 0 : kCreationFailed;
     case WM_DPICHANGED:
       OnDpiChanged(HIWORD(wparam), *reinterpret_cast<const RECT*>(lparam));
       return 0;
@@ -280,13 +291,14 @@ std::optional<LRESULT> UiLanguageWindow::OnMessage(UINT message, WPARAM wparam, 
   }
 }
 
-void UiLanguageWindow::OnCreate() {
+bool UiLanguageWindow::OnCreate() {
   dpi_ = WindowDpi(handle_);
-  CreateControls();
+  if (!CreateControls()) return false;
   const RECT work = WorkArea(handle_);
   LayOut(work);
   CenterOverOwner(work);
   RoundCorners(handle_);
+  return true;
 }
 
 void UiLanguageWindow::OnCommand(int id, int notification) {

@@ -34,7 +34,7 @@ class UiLanguageWindow {
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
 
   [[nodiscard]] bool Create(HWND owner);
-  void CreateControls();
+  [[nodiscard]] bool CreateControls();
   HWND CreateControl(const wchar_t* className, const wchar_t* text, DWORD style, DWORD exStyle, int id);
   void FillList();
   void MakeFonts();
@@ -49,7 +49,7 @@ class UiLanguageWindow {
 
   /// The message's result; nothing when Windows' own handling is wanted.
   [[nodiscard]] std::optional<LRESULT> OnMessage(UINT message, WPARAM wparam, LPARAM lparam);
-  void OnCreate();
+  [[nodiscard]] bool OnCreate();
   void OnDpiChanged(int dpi, const RECT& suggested);
   void OnCommand(int id, int notification);
   void OnPaint();

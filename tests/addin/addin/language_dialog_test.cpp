@@ -393,6 +393,45 @@ TEST_F(LanguageDialog, LeavesAnOwnerDisabledThatWasSo) {
   EXPECT_FALSE(IsWindowEnabled(owner_));
 }
 
+/// The next window of a class cannot be made while this lives.
+class RefusedWindow {
+ public:
+  explicit RefusedWindow(const wchar_t* className) {
+    g_refused = className;
+    hook_ = SetWindowsHookExW(WH_CBT, &RefusedWindow::OnEvent, nullptr, GetCurrentThreadId());
+  }
+  RefusedWindow(const RefusedWindow&) = delete;
+  RefusedWindow& operator=(const RefusedWindow&) = delete;
+  ~RefusedWindow() { UnhookWindowsHookEx(hook_); }
+
+ private:
+  static LRESULT CALLBACK OnEvent(int code, WPARAM window, LPARAM lparam) noexcept {
+    std::array<wchar_t, 64> name{};
+    GetClassNameW(reinterpret_cast<HWND>(window), name.data(), static_cast<int>(name.size()));
+    if (code == HCBT_CREATEWND && _wcsicmp(name.data(), g_refused) == 0) return 1;
+    return CallNextHookEx(nullptr, code, window, lparam);
+  }
+
+  static inline const wchar_t* g_refused = nullptr;
+
+  HHOOK hook_;
+};
+
+TEST_F(LanguageDialog, DoesNotOpenWithoutItsControls) {
+  HostRibbon();
+  for (const wchar_t* control : {L"LISTBOX", L"BUTTON", L"STATIC"}) {
+    SCOPED_TRACE(ToUtf8(control));
+    const std::size_t before = Log().size();
+    const RefusedWindow refused(control);
+    const DialogUser nobody({});
+    PressSettings();
+    EXPECT_EQ(FindWindowW(kDialogClass, nullptr), nullptr);
+    EXPECT_NE(Log().find("Excel UiLangDialog failed error=", before), std::string::npos);
+    EXPECT_TRUE(IsWindowEnabled(owner_));
+  }
+  Choose({Push(IDCANCEL)});
+}
+
 TEST_F(LanguageDialog, EndsWithItsOwner) {
   Choose({[&](HWND) { DestroyWindow(owner_); }});
   EXPECT_FALSE(IsWindow(owner_));
