@@ -10,7 +10,9 @@
 #include "addin_test.h"
 #include "foundation/catalog.h"
 #include "foundation/text.h"
+#include "host/addin_library.h"
 #include "host/message_pump.h"
+#include "host/ribbon_objects.h"
 #include "other_program.h"
 
 namespace qv {
@@ -20,6 +22,8 @@ using devhost::PageItemKind;
 namespace fs = std::filesystem;
 
 constexpr wchar_t kDialogClass[] = L"QuorvantisUiLangDialog2";
+constexpr char kWithoutLanguage[] =
+    R"({"serviceHost": "127.0.0.1", "servicePort": 9, "serviceScheme": "http"})";
 constexpr int kEnglishRow = 2;
 constexpr int kGermanRow = 7;
 constexpr int kFrenchRow = 8;
@@ -190,7 +194,7 @@ TEST_F(LanguageDialog, StoresTheChoiceAndTellsRibbonAndPanels) {
 }
 
 TEST_F(LanguageDialog, ForgetsTheAutomaticChoice) {
-  SettingsFile::Write("{\"serviceHost\": \"127.0.0.1\", \"servicePort\": 9, \"serviceScheme\": \"http\"}");
+  SettingsFile::Write(kWithoutLanguage);
   LRESULT selected = 0;
   Choose({[&](HWND dialog) { selected = SendMessageW(List(dialog), LB_GETCURSEL, 0, 0); }, Select(kFrenchRow),
           Push(IDOK)});
@@ -199,6 +203,40 @@ TEST_F(LanguageDialog, ForgetsTheAutomaticChoice) {
   EXPECT_NE(SettingsFile::Text().find("\"uiLang\": \"fr\""), std::string::npos);
   Choose({[&](HWND dialog) { selected = SendMessageW(List(dialog), LB_GETCURSEL, 0, 0); }, Push(IDCANCEL)});
   EXPECT_EQ(selected, kFrenchRow);
+}
+
+/// Some hosts load the ribbon before they connect.
+TEST_F(LanguageDialog, IsNotSettledBeforeTheHostCanBeAsked) {
+  engine_.Host().uiLanguage = 1031;
+  devhost::AddinLibrary library(AddinPath(), calls_);
+  library.Register();
+  CLSID classId{};
+  ComPtr<IDTExtensibility2> addin;
+  ASSERT_EQ(CLSIDFromProgID(L"ExcelAddin.Connect", &classId), S_OK);
+  ASSERT_EQ(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&addin)), S_OK);
+  ComPtr<IRibbonExtensibility> callbacks;
+  ASSERT_EQ(addin.As(&callbacks), S_OK);
+  const auto label = [&] {
+    Variant control(MakeCom<devhost::RibbonControl>(L"btnSettings", L"", nullptr).Get());
+    DISPPARAMS params{&control.Get(), nullptr, 1, 0};
+    Variant text;
+    constexpr DISPID kGetLabel = 131;
+    EXPECT_EQ(callbacks->Invoke(kGetLabel, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, text.Put(),
+                                nullptr, nullptr),
+              S_OK);
+    return text.Text();
+  };
+  ASSERT_NE(PRIMARYLANGID(GetUserDefaultUILanguage()), LANG_GERMAN);
+  EXPECT_EQ(label(), CatalogText(L"en", L"ribbon.btnSettings"));
+  SettingsFile::Write(kWithoutLanguage);
+  EXPECT_NE(label(), CatalogText(L"de", L"ribbon.btnSettings"));
+  EXPECT_EQ(addin->OnConnection(engine_.Application(), ext_cm_Startup, nullptr, nullptr), S_OK);
+  EXPECT_EQ(label(), CatalogText(L"de", L"ribbon.btnSettings"));
+  EXPECT_EQ(addin->OnDisconnection(ext_dm_HostShutdown, nullptr), S_OK);
+  callbacks.Reset();
+  addin.Reset();
+  EXPECT_TRUE(library.WaitUntilUnloadable(kTimeoutMs));
+  library.Unload();
 }
 
 TEST_F(LanguageDialog, ShowsTheCurrentLanguageAtFirst) {
