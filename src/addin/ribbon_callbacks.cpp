@@ -84,13 +84,13 @@ void RibbonCallbacks::Press(const RibbonCommand& command, IDispatch* control) {
       static_cast<void>(panes_.ShowPanePage(command.page, command.mode, control));
       break;
     case RibbonAction::kRemoveBlankRows:
-      RunBlankRowRemoval(HostFrame());
+      RunBlankRowRemoval(BoxOwner());
       break;
     case RibbonAction::kOpenPdfTranslation:
-      OpenPdfTranslation(HostFrame());
+      OpenPdfTranslation(BoxOwner());
       break;
     case RibbonAction::kChooseLanguage:
-      ShowUiLanguageDialog(HostFrame(), [this] { InvalidateRibbon(); });
+      ShowUiLanguageDialog(BoxOwner(), [this] { InvalidateRibbon(); });
       break;
   }
 }

@@ -421,6 +421,13 @@ TEST_F(LanguageDialog, TakesTheInputOfItsOwnerAndGivesItBack) {
   EXPECT_EQ(GetFocus(), edit);
 }
 
+TEST_F(LanguageDialog, BelongsToTheActiveWindowOfAHostThatNamesNone) {
+  HostRibbon();
+  engine_.Host().givenHwnd = 0x7FF2;
+  SetActiveWindow(owner_);
+  Choose({[&](HWND dialog) { EXPECT_EQ(GetWindow(dialog, GW_OWNER), owner_); }, Push(IDCANCEL)});
+}
+
 TEST_F(LanguageDialog, LeavesAnOwnerDisabledThatWasSo) {
   EnableWindow(owner_, FALSE);
   HostRibbon();
