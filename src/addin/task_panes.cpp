@@ -118,12 +118,13 @@ TaskPanes::PanePointer TaskPanes::Create(const ExcelWindow& window, std::wstring
     return nullptr;
   }
   const auto pane = std::make_shared<DocumentPane>(std::move(taskPane), window);
+  // Asks the host too, and so belongs ahead of the check.
+  const int width = GetInitialPaneWidth();
   if (factory_.Get() != factory.Get()) {
     // The connection ended meanwhile, and nobody would let go of the pane.
     pane->Delete();
     return nullptr;
   }
-  const int width = GetInitialPaneWidth();
   panes_.push_back(pane);
   static_cast<void>(pane->Control());
   PaneLog(Concat(L"Excel CreateCTP OK pane=", pane->Number(), L" panes=", panes_.size(), L" degraded=",
