@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "addin/device_context.h"
 #include "foundation/dpi.h"
 #include "foundation/unique_gdi.h"
 
@@ -24,19 +25,6 @@ constexpr int kRingInset = 3;
 constexpr int kRowTextInset = 14;
 constexpr int kMarkWidth = 3;
 constexpr int kMarkInset = 8;
-
-/// A brush, pen, font in the device context while this lives.
-class Selected {
- public:
-  Selected(HDC dc, HGDIOBJ object) : dc_(dc), before_(SelectObject(dc, object)) {}
-  Selected(const Selected&) = delete;
-  Selected& operator=(const Selected&) = delete;
-  ~Selected() { SelectObject(dc_, before_); }
-
- private:
-  HDC dc_;
-  HGDIOBJ before_;
-};
 
 struct Box {
   COLORREF fill;

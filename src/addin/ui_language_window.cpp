@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "addin/device_context.h"
 #include "addin/ui_language_paint.h"
 #include "addin/ui_languages.h"
 #include "foundation/catalog.h"
@@ -159,13 +160,11 @@ void UiLanguageWindow::MakeFonts() {
 }
 
 int UiLanguageWindow::MeasureBody() const {
-  const HDC dc = GetDC(handle_);
-  const HGDIOBJ before = SelectObject(dc, bodyFont_.Get());
+  const std::wstring text = GetCatalogText(L"settings.body");
+  const WindowDc dc(handle_);
+  const Selected font(dc.Get(), bodyFont_.Get());
   RECT area{0, 0, UiLanguageDialogTextWidth(dpi_), 0};
-  DrawTextW(dc, GetCatalogText(L"settings.body").c_str(), -1, &area,
-            DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX);
-  SelectObject(dc, before);
-  ReleaseDC(handle_, dc);
+  DrawTextW(dc.Get(), text.c_str(), -1, &area, DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX);
   return static_cast<int>(area.bottom);
 }
 
