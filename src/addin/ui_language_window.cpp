@@ -75,6 +75,12 @@ void Place(HWND control, const DialogArea& area, HFONT font) {
   SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
 }
 
+void ShowOpenDialog() {
+  // A minimised owner takes its dialog out of sight.
+  if (const HWND owner = GetWindow(g_open, GW_OWNER); IsIconic(owner)) ShowWindow(owner, SW_RESTORE);
+  SetActiveWindow(g_open);
+}
+
 /// Where `length` starts so that it is in the middle of [from, to), moved into [least, limit) where it fits.
 int Centered(LONG from, LONG to, int length, LONG least, LONG limit) {
   const LONG start = from + (to - from - length) / 2;
@@ -85,7 +91,7 @@ int Centered(LONG from, LONG to, int length, LONG least, LONG limit) {
 
 void UiLanguageWindow::RunModal(HWND owner) {
   if (g_open != nullptr) {
-    SetActiveWindow(g_open);
+    ShowOpenDialog();
     return;
   }
   const HWND focusBefore = GetFocus();
@@ -94,13 +100,13 @@ void UiLanguageWindow::RunModal(HWND owner) {
     return;
   }
   g_open = handle_;
-  DisabledWindow lock(owner_);
-  ownerLock_ = &lock;
+  DisabledWindows lock(owner_, handle_);
+  lock_ = &lock;
   ShowWindow(handle_, SW_SHOW);
   SetFocus(list_);
   RunMessages();
   Close();
-  ownerLock_ = nullptr;
+  lock_ = nullptr;
   g_open = nullptr;
   if (IsWindow(focusBefore)) SetFocus(focusBefore);
 }
@@ -224,7 +230,7 @@ void UiLanguageWindow::RunMessages() {
 void UiLanguageWindow::Close() {
   if (handle_ == nullptr) return;
   // First, or Windows would activate another program's window in place of a disabled owner.
-  if (ownerLock_ != nullptr) ownerLock_->Enable();
+  if (lock_ != nullptr) lock_->Enable();
   DestroyWindow(handle_);
 }
 

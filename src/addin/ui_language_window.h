@@ -6,7 +6,7 @@
 #include <optional>
 #include <utility>
 
-#include "addin/disabled_window.h"
+#include "addin/disabled_windows.h"
 #include "addin/ui_language_dialog_layout.h"
 #include "foundation/unique_gdi.h"
 
@@ -26,8 +26,8 @@ class UiLanguageWindow {
   UiLanguageWindow& operator=(const UiLanguageWindow&) = delete;
   ~UiLanguageWindow() { Close(); }
 
-  /// Shows the dialog over its owner (may be null), which takes no input meanwhile, and returns when it is
-  /// closed. While one is open already, that one is shown instead.
+  /// Shows the dialog over its owner (may be null), and returns when it is closed; the thread's other windows
+  /// take no input meanwhile. While one is open already, that one is shown instead.
   void RunModal(HWND owner);
 
  private:
@@ -70,7 +70,7 @@ class UiLanguageWindow {
   HWND cancel_ = nullptr;
   /// Control that gets the focus back when the dialog is activated again.
   HWND lastFocus_ = nullptr;
-  DisabledWindow* ownerLock_ = nullptr;
+  DisabledWindows* lock_ = nullptr;
   int dpi_ = 0;
   UiLanguageDialogLayout layout_;
   UniqueFont titleFont_;

@@ -438,6 +438,48 @@ TEST_F(LanguageDialog, LeavesAnOwnerDisabledThatWasSo) {
   EXPECT_FALSE(IsWindowEnabled(owner_));
 }
 
+/// A top-level window of this thread, as another document of the host has one.
+class OtherWindow {
+ public:
+  explicit OtherWindow(DWORD style)
+      : window_(CreateWindowExW(0, L"Static", L"", WS_OVERLAPPEDWINDOW | style, 200, 90, 300, 200, nullptr,
+                                nullptr, nullptr, nullptr)) {}
+  OtherWindow(const OtherWindow&) = delete;
+  OtherWindow& operator=(const OtherWindow&) = delete;
+  ~OtherWindow() { DestroyWindow(window_); }
+
+  [[nodiscard]] HWND Get() const { return window_; }
+
+ private:
+  HWND window_;
+};
+
+TEST_F(LanguageDialog, TakesTheInputOfTheOtherDocumentsToo) {
+  const OtherWindow visible(WS_VISIBLE);
+  const OtherWindow hidden(0);
+  const OtherWindow disabled(WS_VISIBLE | WS_DISABLED);
+  Choose({[&](HWND dialog) {
+            EXPECT_FALSE(IsWindowEnabled(visible.Get()));
+            EXPECT_TRUE(IsWindowEnabled(hidden.Get()));
+            EXPECT_FALSE(IsWindowEnabled(disabled.Get()));
+            EXPECT_TRUE(IsWindowEnabled(dialog));
+          },
+          Push(IDCANCEL)});
+  EXPECT_TRUE(IsWindowEnabled(visible.Get()));
+  EXPECT_FALSE(IsWindowEnabled(disabled.Get()));
+}
+
+TEST_F(LanguageDialog, ComesBackWithItsMinimisedOwner) {
+  Choose({[&](HWND dialog) {
+            ShowWindow(owner_, SW_MINIMIZE);
+            PressSettings();
+            EXPECT_FALSE(IsIconic(owner_));
+            EXPECT_TRUE(IsWindowVisible(dialog));
+            EXPECT_EQ(GetActiveWindow(), dialog);
+          },
+          Push(IDCANCEL)});
+}
+
 /// The next window of a class cannot be made while this lives.
 class RefusedWindow {
  public:
