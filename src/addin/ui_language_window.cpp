@@ -108,7 +108,8 @@ void UiLanguageWindow::RunModal(HWND owner) {
   Close();
   lock_ = nullptr;
   g_open = nullptr;
-  if (IsWindow(focusBefore)) SetFocus(focusBefore);
+  // Not when the user has gone on to another window: the focus would drag this one in front of it.
+  if (IsWindow(focusBefore) && GetActiveWindow() == owner) SetFocus(focusBefore);
 }
 
 bool UiLanguageWindow::Create(HWND owner) {
@@ -290,7 +291,7 @@ std::optional<LRESULT> UiLanguageWindow::OnMessage(UINT message, WPARAM wparam, 
       handle_ = nullptr;
       // Destroyed with its owner, perhaps: the loop waits for a message.
       PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
-      return 0;
+      return std::nullopt;
     default:
       return std::nullopt;
   }

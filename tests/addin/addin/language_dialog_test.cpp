@@ -5,6 +5,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <vector>
 
 #include "addin_test.h"
@@ -467,6 +468,18 @@ TEST_F(LanguageDialog, TakesTheInputOfTheOtherDocumentsToo) {
           Push(IDCANCEL)});
   EXPECT_TRUE(IsWindowEnabled(visible.Get()));
   EXPECT_FALSE(IsWindowEnabled(disabled.Get()));
+}
+
+TEST_F(LanguageDialog, LeavesTheFocusWhereTheUserWentMeanwhile) {
+  SetFocus(owner_);
+  std::unique_ptr<OtherWindow> other;
+  Choose({[&](HWND dialog) {
+    // Made after the dialog, as a program's own message is.
+    other = std::make_unique<OtherWindow>(WS_VISIBLE);
+    SetActiveWindow(other->Get());
+    PostMessageW(dialog, WM_CLOSE, 0, 0);
+  }});
+  EXPECT_EQ(GetActiveWindow(), other->Get());
 }
 
 TEST_F(LanguageDialog, ComesBackWithItsMinimisedOwner) {
