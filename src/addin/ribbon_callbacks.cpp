@@ -18,9 +18,25 @@
 #include "foundation/settings.h"
 #include "foundation/text.h"
 #include "foundation/window_dpi.h"
+#include "workbook/automation.h"
 
 namespace qv {
 namespace {
+
+/// A host that shows a dialog or edits a cell is often through with it by then.
+constexpr UINT kSecondTryMs = 2000;
+
+/// Some hosts' ribbons are no IRibbonUI, but answer to the method's name.
+HostAnswer Invalidate(IDispatch* ribbon) {
+  HostAnswer answer;
+  ComPtr<IRibbonUI> typed;
+  if (SUCCEEDED(ribbon->QueryInterface(IID_PPV_ARGS(&typed)))) {
+    answer.hr = typed->Invalidate();
+  } else {
+    answer.hr = InvokeByName(ribbon, L"Invalidate", {}, nullptr, &answer.exceptionCode);
+  }
+  return answer;
+}
 
 /// Null for a control without an icon and when the icon cannot be loaded.
 ComPtr<IDispatch> RibbonImage(const RibbonControlNames& control) {
@@ -65,14 +81,23 @@ void RibbonCallbacks::Call(DISPID id, IDispatch* argument, VARIANT* result) {
 }
 
 void RibbonCallbacks::KeepRibbon(IDispatch* ribbon) {
+  secondTry_.Stop();
+  ribbon_ = ribbon;
+}
+
+void RibbonCallbacks::ReleaseRibbon() {
+  secondTry_.Stop();
   ribbon_.Reset();
-  // Without the ribbon object labels cannot be refreshed later, which must not keep the ribbon from loading.
-  if (ribbon != nullptr) static_cast<void>(ribbon->QueryInterface(IID_PPV_ARGS(&ribbon_)));
 }
 
 void RibbonCallbacks::InvalidateRibbon() {
   // A reference of its own: the host may load its ribbon anew inside the call.
-  if (const ComPtr<IRibbonUI> ribbon = ribbon_) static_cast<void>(ribbon->Invalidate());
+  const ComPtr<IDispatch> ribbon = ribbon_;
+  if (ribbon == nullptr || !Invalidate(ribbon.Get()).IsBusy()) return;
+  // Without a timer the labels change when the host loads its ribbon the next time.
+  static_cast<void>(secondTry_.Start(nullptr, kSecondTryMs, [this] {
+    if (const ComPtr<IDispatch> later = ribbon_) static_cast<void>(Invalidate(later.Get()));
+  }));
 }
 
 void RibbonCallbacks::Press(const RibbonCommand& command, IDispatch* control) {

@@ -5,6 +5,7 @@
 #include "addin/office_interfaces.h"
 #include "addin/ribbon_commands.h"
 #include "foundation/variant.h"
+#include "translation/ui_timer.h"
 
 namespace qv {
 
@@ -22,16 +23,17 @@ class RibbonCallbacks {
   void Call(DISPID id, IDispatch* argument, VARIANT* result);
 
   /// Lets go of the ribbon at the end of the connection.
-  void ReleaseRibbon() { ribbon_.Reset(); }
+  void ReleaseRibbon();
 
  private:
   void KeepRibbon(IDispatch* ribbon);
-  /// Has every label, tip and picture fetched again.
+  /// Has every label, tip and picture fetched again; a busy host is asked once more later.
   void InvalidateRibbon();
   void Press(const RibbonCommand& command, IDispatch* control);
 
   TaskPanes& panes_;
-  ComPtr<IRibbonUI> ribbon_;
+  ComPtr<IDispatch> ribbon_;
+  UiTimer secondTry_;
 };
 
 }  // namespace qv

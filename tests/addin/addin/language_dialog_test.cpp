@@ -12,6 +12,7 @@
 #include "foundation/catalog.h"
 #include "foundation/text.h"
 #include "host/addin_library.h"
+#include "host/host_dispatch.h"
 #include "host/message_pump.h"
 #include "host/ribbon_objects.h"
 #include "other_program.h"
@@ -294,6 +295,56 @@ TEST_F(LanguageDialog, IsUsedWithTheKeyboard) {
           Key(VK_SPACE)});
   EXPECT_NE(SettingsFile::Text().find("\"uiLang\": \"en\""), std::string::npos) << SettingsFile::Text();
   EXPECT_EQ(invalidations_, 2);
+}
+
+/// A ribbon of a host whose objects answer by name only, at first perhaps too busily.
+class LateBoundRibbon final : public devhost::HostDispatch<IDispatch> {
+ public:
+  explicit LateBoundRibbon(HRESULT first) : first_(first) {}
+
+  [[nodiscard]] int Calls() const { return calls_; }
+
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                   UINT*) noexcept override {
+    if (id != kInvalidate || flags != DISPATCH_METHOD) return DISP_E_MEMBERNOTFOUND;
+    return ++calls_ == 1 ? first_ : S_OK;
+  }
+
+ protected:
+  std::span<const devhost::DispatchName> Names() const noexcept override {
+    static constexpr devhost::DispatchName kNames[] = {{L"Invalidate", kInvalidate}};
+    return kNames;
+  }
+
+ private:
+  static constexpr DISPID kInvalidate = 1;
+
+  HRESULT first_;
+  int calls_ = 0;
+};
+
+TEST_F(LanguageDialog, RefreshesARibbonThatAnswersByNameOnly) {
+  struct Case {
+    HRESULT first;
+    int calls;
+  };
+  int row = kGermanRow;
+  // A failure that time does not heal is not tried again.
+  for (const Case& c : {Case{S_OK, 1}, Case{E_FAIL, 1}, Case{RPC_E_CALL_REJECTED, 2}}) {
+    SCOPED_TRACE(c.first);
+    HostRibbon();
+    const auto ribbon = MakeCom<LateBoundRibbon>(c.first);
+    Variant argument(ribbon.Get());
+    DISPPARAMS params{&argument.Get(), nullptr, 1, 0};
+    constexpr DISPID kOnRibbonLoad = 130;
+    EXPECT_EQ(host_->Session().Addin()->Invoke(kOnRibbonLoad, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                                               &params, nullptr, nullptr, nullptr),
+              S_OK);
+    Choose({Select(row++), Push(IDOK)});
+    EXPECT_EQ(ribbon->Calls(), 1);
+    EXPECT_EQ(devhost::PumpUntil([&] { return ribbon->Calls() > 1; }, 2500), c.calls == 2);
+    EXPECT_EQ(invalidations_, 0);
+  }
 }
 
 TEST_F(LanguageDialog, StaysOpenWhenTheChoiceCannotBeStored) {
