@@ -219,6 +219,31 @@ TEST_F(Ribbon, FindsWhatTheTypeLibraryHoldsInAnyCase) {
   EXPECT_NE(Log().find("Excel GetIDsOfNames NoSuchCallback -> -1\r\n"), std::string::npos);
 }
 
+TEST_F(Ribbon, FindsACallbackTogetherWithItsArgument) {
+  std::wstring name = L"GlossaryClicked";
+  std::wstring argument = L"ribbonControl";
+  LPOLESTR names[] = {name.data(), argument.data()};
+  DISPID ids[] = {7, 7};
+  EXPECT_EQ(Callbacks()->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids), S_OK);
+  EXPECT_EQ(ids[0], 102);
+  EXPECT_EQ(ids[1], 0);
+}
+
+TEST_F(Ribbon, KnowsACallbackWhoseArgumentItDoesNotKnow) {
+  for (const wchar_t* callback : {L"TranslateFullDocClicked", L"GetLabel"}) {
+    std::wstring name = callback;
+    std::wstring argument = L"noSuchArgument";
+    LPOLESTR names[] = {name.data(), argument.data(), argument.data()};
+    DISPID ids[] = {7, 7, 7};
+    EXPECT_EQ(Callbacks()->GetIDsOfNames(IID_NULL, names, 3, LOCALE_USER_DEFAULT, ids), DISP_E_UNKNOWNNAME);
+    DISPID alone = 0;
+    EXPECT_EQ(Find(callback, alone), S_OK);
+    EXPECT_EQ(ids[0], alone);
+    EXPECT_EQ(ids[1], DISPID_UNKNOWN);
+    EXPECT_EQ(ids[2], DISPID_UNKNOWN);
+  }
+}
+
 TEST_F(Ribbon, NamesEveryControl) {
   for (const Button& button : Buttons()) {
     const std::string label = AskText(L"GetLabel", button.id);
