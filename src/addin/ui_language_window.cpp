@@ -137,8 +137,9 @@ bool UiLanguageWindow::CreateControls() {
   const auto button = [&](const wchar_t* key, int id) {
     return CreateControl(L"BUTTON", GetCatalogText(key).c_str(), BS_OWNERDRAW | WS_TABSTOP, 0, id);
   };
-  title_ = text(L"settings.title", kTitleId);
   body_ = text(L"settings.body", kBodyId);
+  // Right ahead of the list, which screen readers call by the text before it.
+  title_ = text(L"settings.title", kTitleId);
   // The list keeps the texts itself, for screen readers and for typing the first letter.
   list_ = CreateControl(
       L"LISTBOX", GetCatalogText(L"settings.title").c_str(),
@@ -158,6 +159,11 @@ void UiLanguageWindow::FillList() {
   for (const UiLanguage& language : UiLanguages())
     SendMessageW(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(language.name));
   SendMessageW(list_, LB_SETCURSEL, static_cast<WPARAM>(current_.value_or(-1)), 0);
+}
+
+void UiLanguageWindow::ChooseColors() {
+  colors_ = ChooseUiLanguageColors();
+  ground_ = UniqueBrush(CreateSolidBrush(colors_.ground));
 }
 
 void UiLanguageWindow::MakeFonts() {
@@ -281,11 +287,15 @@ std::optional<LRESULT> UiLanguageWindow::OnMessage(UINT message, WPARAM wparam, 
     case WM_DRAWITEM:
       OnDrawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lparam));
       return TRUE;
+    case WM_ERASEBKGND:
+      OnErase(reinterpret_cast<HDC>(wparam));
+      return TRUE;
     case WM_CTLCOLORSTATIC:
-      SetTextColor(reinterpret_cast<HDC>(wparam),
-                   reinterpret_cast<HWND>(lparam) == title_ ? kDialogTitleColor : kDialogBodyColor);
-      SetBkMode(reinterpret_cast<HDC>(wparam), TRANSPARENT);
-      return reinterpret_cast<LRESULT>(GetStockObject(WHITE_BRUSH));
+      return OnStaticColors(reinterpret_cast<HDC>(wparam), reinterpret_cast<HWND>(lparam));
+    case WM_SYSCOLORCHANGE:
+    case WM_SETTINGCHANGE:
+      OnColorsChanged();
+      return std::nullopt;
     case WM_NCDESTROY:
       ForgetWindowOwner(handle_);
       handle_ = nullptr;
@@ -299,6 +309,7 @@ std::optional<LRESULT> UiLanguageWindow::OnMessage(UINT message, WPARAM wparam, 
 
 bool UiLanguageWindow::OnCreate() {
   dpi_ = WindowDpi(handle_);
+  ChooseColors();
   if (!CreateControls()) return false;
   const RECT work = WorkArea(handle_);
   LayOut(work);
@@ -323,21 +334,39 @@ void UiLanguageWindow::OnOk() {
   if (commit_(handle_, row == LB_ERR ? std::nullopt : std::optional(static_cast<int>(row)))) Close();
 }
 
+/// The user has switched to high contrast or back, perhaps.
+void UiLanguageWindow::OnColorsChanged() {
+  ChooseColors();
+  RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+void UiLanguageWindow::OnErase(HDC dc) const {
+  RECT client{};
+  GetClientRect(handle_, &client);
+  FillRect(dc, &client, ground_.Get());
+}
+
+LRESULT UiLanguageWindow::OnStaticColors(HDC dc, HWND control) const {
+  SetTextColor(dc, control == title_ ? colors_.title : colors_.body);
+  SetBkMode(dc, TRANSPARENT);
+  return reinterpret_cast<LRESULT>(ground_.Get());
+}
+
 void UiLanguageWindow::OnPaint() {
   PAINTSTRUCT paint{};
   const HDC dc = BeginPaint(handle_, &paint);
   RECT client{};
   GetClientRect(handle_, &client);
-  DrawDialogBorder(dc, client);
-  DrawListFrame(dc, AsRect(layout_.frame), dpi_, GetFocus() == list_);
+  DrawDialogBorder(dc, client, colors_);
+  DrawListFrame(dc, AsRect(layout_.frame), dpi_, GetFocus() == list_, colors_);
   EndPaint(handle_, &paint);
 }
 
 void UiLanguageWindow::OnDrawItem(const DRAWITEMSTRUCT& item) const {
   if (item.hwndItem != list_) {
-    DrawDialogButton(item, bodyFont_.Get(), dpi_, item.hwndItem == ok_);
+    DrawDialogButton(item, bodyFont_.Get(), dpi_, item.hwndItem == ok_, colors_);
   } else if (item.itemID < UiLanguages().size()) {
-    DrawListRow(item, UiLanguages()[item.itemID].name, listFont_.Get(), dpi_);
+    DrawListRow(item, UiLanguages()[item.itemID], listFont_.Get(), dpi_, colors_);
   }
 }
 

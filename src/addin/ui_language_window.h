@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "addin/disabled_windows.h"
+#include "addin/ui_language_colors.h"
 #include "addin/ui_language_dialog_layout.h"
 #include "foundation/unique_gdi.h"
 
@@ -38,6 +39,7 @@ class UiLanguageWindow {
   HWND CreateControl(const wchar_t* className, const wchar_t* text, DWORD style, DWORD exStyle, int id);
   void FillList();
   void MakeFonts();
+  void ChooseColors();
   /// Fits everything inside to `dpi_`; `work` is the screen area that there is room in.
   void LayOut(const RECT& work);
   void ShowSelection();
@@ -52,6 +54,9 @@ class UiLanguageWindow {
   [[nodiscard]] bool OnCreate();
   void OnDpiChanged(int dpi, const RECT& suggested);
   void OnCommand(int id, int notification);
+  void OnColorsChanged();
+  void OnErase(HDC dc) const;
+  [[nodiscard]] LRESULT OnStaticColors(HDC dc, HWND control) const;
   void OnPaint();
   void OnDrawItem(const DRAWITEMSTRUCT& item) const;
   [[nodiscard]] LRESULT OnHitTest(LPARAM position) const;
@@ -72,6 +77,8 @@ class UiLanguageWindow {
   HWND lastFocus_ = nullptr;
   DisabledWindows* lock_ = nullptr;
   int dpi_ = 0;
+  UiLanguageColors colors_{};
+  UniqueBrush ground_;
   UiLanguageDialogLayout layout_;
   UniqueFont titleFont_;
   UniqueFont bodyFont_;

@@ -223,8 +223,8 @@ TEST_F(LanguageDialog, IsNotSettledBeforeTheHostCanBeAsked) {
     DISPPARAMS params{&control.Get(), nullptr, 1, 0};
     Variant text;
     constexpr DISPID kGetLabel = 131;
-    EXPECT_EQ(callbacks->Invoke(kGetLabel, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, text.Put(),
-                                nullptr, nullptr),
+    EXPECT_EQ(callbacks->Invoke(kGetLabel, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params,
+                                text.Put(), nullptr, nullptr),
               S_OK);
     return text.Text();
   };
@@ -396,6 +396,44 @@ TEST_F(LanguageDialog, ShowsEveryLanguageInItsOwnScript) {
   EXPECT_EQ(names.front(), L"中文（简体）");
   EXPECT_EQ(names[kGermanRow], L"Deutsch");
   EXPECT_EQ(names.back(), L"العربية");
+}
+
+/// The pixels of a control, as it draws itself.
+std::vector<COLORREF> PixelsOf(HWND control) {
+  RECT area{};
+  GetClientRect(control, &area);
+  const HDC dc = CreateCompatibleDC(nullptr);
+  const HDC window = GetDC(control);
+  const HBITMAP bitmap = CreateCompatibleBitmap(window, area.right, area.bottom);
+  const HGDIOBJ before = SelectObject(dc, bitmap);
+  BitBlt(dc, 0, 0, area.right, area.bottom, window, 0, 0, SRCCOPY);
+  std::vector<COLORREF> pixels;
+  for (LONG y = 0; y < area.bottom; ++y) {
+    for (LONG x = 0; x < area.right; ++x)
+      pixels.push_back(GetPixel(dc, x, y));
+  }
+  SelectObject(dc, before);
+  DeleteObject(bitmap);
+  ReleaseDC(control, window);
+  DeleteDC(dc);
+  return pixels;
+}
+
+TEST_F(LanguageDialog, SpeaksToScreenReadersAndKeyboards) {
+  SettingsFile::WriteLanguage("pt");
+  Choose({[&](HWND dialog) {
+            // Screen readers call a list by the text before it.
+            const HWND name = GetWindow(List(dialog), GW_HWNDPREV);
+            EXPECT_EQ(TextOf(name), L"Display language");
+            // With nothing selected the row where the keys start still shows.
+            EXPECT_EQ(SendMessageW(List(dialog), LB_GETCURSEL, 0, 0), LB_ERR);
+            UpdateWindow(List(dialog));
+            const auto focused = PixelsOf(List(dialog));
+            SetFocus(GetDlgItem(dialog, IDOK));
+            UpdateWindow(List(dialog));
+            EXPECT_NE(PixelsOf(List(dialog)), focused);
+          },
+          Push(IDCANCEL)});
 }
 
 LOGFONTW FontOf(HWND control) {
