@@ -5,11 +5,9 @@
 #include "addin/blank_rows_command.h"
 #include "addin/host_window.h"
 #include "addin/pdf_translation_command.h"
-#include "addin/ribbon_control.h"
 #include "addin/ribbon_icons.h"
 #include "addin/ribbon_labels.h"
 #include "addin/ribbon_names.h"
-#include "addin/ribbon_picture.h"
 #include "addin/task_panes.h"
 #include "addin/ui_language_dialog.h"
 #include "foundation/host_session.h"
@@ -38,24 +36,6 @@ HostAnswer Invalidate(IDispatch* ribbon) {
   return answer;
 }
 
-/// Null for a control without an icon and when the icon cannot be loaded.
-ComPtr<IDispatch> RibbonImage(const RibbonControlNames& control) {
-  const int iconId = RibbonIconId(control.id, control.tag);
-  if (iconId == 0) return nullptr;
-  const int dpi = WindowDpi(ApplicationWindow());
-  const bool wps = IsWpsProcess();
-  const int pixels = RibbonIconPixels(dpi, wps);
-  PaneLog(Concat(L"Excel GetImage dpi=", dpi, L" px=", pixels, L" wps=", wps, L" host=",
-                 HostKindText(HostSession::Get().Kind()), L"\r\n"));
-  ComPtr<IPictureDisp> picture;
-  const HRESULT hr = LoadPngPicture(RibbonIconResource(iconId, pixels), picture);
-  if (FAILED(hr)) {
-    PaneLog(Concat(L"Excel GetImage iconId=", iconId, L" px=", pixels, L" hr=0x", Hex8(hr),
-                   L" (ribbon continues)\r\n"));
-  }
-  return picture;
-}
-
 }  // namespace
 
 void RibbonCallbacks::Call(DISPID id, IDispatch* argument, VARIANT* result) {
@@ -71,13 +51,30 @@ void RibbonCallbacks::Call(DISPID id, IDispatch* argument, VARIANT* result) {
       answer = Variant(RibbonScreentip(GetUiLanguage(), ReadRibbonControl(argument).id));
       break;
     case kRibbonGetImage:
-      if (const auto image = RibbonImage(ReadRibbonControl(argument))) answer = Variant(image.Get());
+      if (const auto image = Image(ReadRibbonControl(argument))) answer = Variant(image.Get());
       break;
     default:
       if (const RibbonCommand* const command = FindRibbonCommand(id)) Press(*command, argument);
       return;
   }
   if (result != nullptr) *result = answer.Detach();
+}
+
+ComPtr<IDispatch> RibbonCallbacks::Image(const RibbonControlNames& control) {
+  const int iconId = RibbonIconId(control.id, control.tag);
+  if (iconId == 0) return nullptr;
+  const int dpi = WindowDpi(ApplicationWindow());
+  const bool wps = IsWpsProcess();
+  const int pixels = RibbonIconPixels(dpi, wps);
+  PaneLog(Concat(L"Excel GetImage dpi=", dpi, L" px=", pixels, L" wps=", wps, L" host=",
+                 HostKindText(HostSession::Get().Kind()), L"\r\n"));
+  ComPtr<IPictureDisp> picture;
+  const HRESULT hr = pictures_.LoadPng(RibbonIconResource(iconId, pixels), picture);
+  if (FAILED(hr)) {
+    PaneLog(Concat(L"Excel GetImage iconId=", iconId, L" px=", pixels, L" hr=0x", Hex8(hr),
+                   L" (ribbon continues)\r\n"));
+  }
+  return picture;
 }
 
 void RibbonCallbacks::KeepRibbon(IDispatch* ribbon) {
@@ -88,6 +85,7 @@ void RibbonCallbacks::KeepRibbon(IDispatch* ribbon) {
 void RibbonCallbacks::ReleaseRibbon() {
   secondTry_.Stop();
   ribbon_.Reset();
+  pictures_.Release();
 }
 
 void RibbonCallbacks::InvalidateRibbon() {
