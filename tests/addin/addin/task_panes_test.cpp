@@ -198,13 +198,28 @@ TEST_F(TaskPanes, GoWithTheirWindow) {
   EXPECT_EQ(OpenPanes(), 1U);
 }
 
-TEST_F(TaskPanes, StayWhileTheHostIsTooBusyToBeAsked) {
-  PressAndLoad(kWholeSheet);
-  engine_.AddWorkbook(L"two.xlsx");
-  engine_.Fault({{"busy", 1000}, {"member", "Window.Caption"}});
-  const std::string log = Press(kWholeSheet);
-  EXPECT_EQ(log.find("prune"), std::string::npos) << log;
-  EXPECT_EQ(OpenPanes(), 2U);
+TEST_F(TaskPanes, StayUnlessTheirWindowIsSurelyGone) {
+  struct Case {
+    const char* what;
+    nlohmann::json fault;
+    bool stays;
+  };
+  const Case cases[] = {
+      {"busy", {{"busy", 1000}, {"member", "Window.Caption"}}, true},
+      {"refused", {{"fail", "Window.Caption"}, {"code", "0x800A03EC"}}, true},
+      {"not supported", {{"missing", "Window.Caption"}}, true},
+      {"disconnected", {{"fail", "Window.Caption"}, {"code", "0x80010108"}}, false},
+      {"closed, as Excel says it", {{"fail", "Window.Caption"}, {"code", "0x800401A8"}}, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    Press(kWholeSheet);
+    engine_.AddWorkbook(L"two.xlsx");
+    engine_.Fault(c.fault);
+    EXPECT_EQ(Press(kWholeSheet).find("reason=window_gone") == std::string::npos, c.stays);
+    engine_.Fault({{"clear", true}});
+    engine_.CloseWorkbook(engine_.Host().ActiveWorkbook());
+  }
 }
 
 TEST_F(TaskPanes, AreMadeAnewWhenTheHostTookThemAway) {
