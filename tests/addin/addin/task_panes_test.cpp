@@ -243,6 +243,8 @@ TEST_F(TaskPanes, TellWhatStandsInTheWay) {
   host_->Factory().SetOutcomes(E_INVALIDARG, 0x8004000AL);
   EXPECT_TRUE(InOrder(Press(kWholeSheet), {"retry vtMissing", "Excel CreateCTP failed hr=0x8004000A\r\n"}));
   EXPECT_EQ(boxes_.Count(), 1);
+  EXPECT_EQ(boxes_.Title(), L"AI Assistant");
+  EXPECT_EQ(boxes_.Icon(), "warning");
   EXPECT_TRUE(Contains(boxes_.Text(), L"0x8004000A")) << ToUtf8(boxes_.Text());
   host_->Factory().SetOutcomes(S_OK, S_OK);
 
@@ -317,6 +319,15 @@ TEST_F(TaskPanes, AreMadeOnceForAPressFromInsideTheirMaking) {
   EXPECT_EQ(OpenPanes(), 1U);
   EXPECT_EQ(boxes_.Count(), 0);
   EXPECT_EQ(consumer->CTPFactoryAvailable(&host_->Factory()), S_OK);
+}
+
+TEST_F(TaskPanes, SayWhenTheHostWillNotShowThem) {
+  PressAndLoad(kWholeSheet);
+  NewestTaskPane().RefuseToShow();
+  const std::string log = Press(kAccount);
+  EXPECT_EQ(log.find("Excel ShowPanePage page="), std::string::npos);
+  EXPECT_EQ(boxes_.Count(), 1);
+  EXPECT_EQ(boxes_.Text(), L"Excel is not ready. Restart Excel and try again.");
 }
 
 TEST_F(TaskPanes, GetTheirPageOnceTheHostHandsOutTheControl) {
@@ -403,6 +414,22 @@ TEST_F(TaskPanes, SaveTheirWidthWhenTheHostEnds) {
   EXPECT_NE(line, std::string::npos);
   EXPECT_EQ(log.find("shutdown-save", line + 20), std::string::npos) << "saved twice";
   EXPECT_EQ(log.find("prune"), std::string::npos);
+}
+
+TEST_F(TaskPanes, SaveTheWidthThatTheUserSeesBeforeThatOfAHiddenPane) {
+  Press(kWholeSheet);
+  const auto first = pane_;
+  ASSERT_TRUE(WaitForLog("PaneWidth reapply done at 520"));
+  Drag(560);
+  engine_.AddWorkbook(L"two.xlsx");
+  Press(kWholeSheet);
+  const std::size_t before = Log().size();
+  ASSERT_TRUE(devhost::PumpUntil(
+      [&] { return Log().find("reapply done at 560", before) != std::string::npos; }, kTimeoutMs));
+  Drag(600);
+  pane_.frame->SetVisible(false);
+  EXPECT_EQ(host_->Session().Addin()->OnBeginShutdown(nullptr), S_OK);
+  EXPECT_EQ(StoredWidth::Get(), 560);
 }
 
 TEST_F(TaskPanes, FillTheirFrameAgainAtEveryTick) {
