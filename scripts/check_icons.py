@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Checks the icons in the add-in DLL: every resource there is, a sound RGBA picture of its size, and none twice."""
+"""Checks the icons in the add-in DLL: every resource there is, a sound RGBA picture of its size, none twice, and each
+byte for byte the rendered drawing that belongs under its id:  check_icons.py DLL FOLDER_OF_RENDERED_DRAWINGS"""
 
 import struct
 import sys
@@ -12,15 +13,23 @@ PNG = b"\x89PNG\r\n\x1a\n"
 PADDING = 2 / 32  # of the edge, left free on every side
 
 
+# First resource id of each drawing, and how far apart the ids of its sizes lie. Written down here once more, apart from
+# the build's table: an icon under another's id is what this is to find.
+RUNS = {
+    10: {120: "translate_sheet", 121: "translate_selection", 122: "quick_translate", 123: "ai_autofill",
+         124: "ai_chat", 125: "glossary", 126: "instruction", 127: "account", 128: "coding_agent"},
+    2: {159: "image_translate", 160: "support"},
+    1: {168: "grammar", 173: "image_to_table", 178: "pdf_to_table", 183: "delete_blank_rows", 188: "document_check",
+        193: "pdf_translate", 198: "settings"},
+}
+
+
 def expected():
-    """Pixel size by resource id, as the ribbon code looks them up."""
-    sizes = {}
-    for step, size in enumerate((32, 48, 64, 96)):
-        ids = [120 + 10 * step + icon for icon in range(9)]
-        ids += [first + 2 * step for first in (159, 160)]
-        ids += [first + step for first in (168, 173, 178, 183, 188, 193, 198)]
-        sizes.update(dict.fromkeys(ids, size))
-    return sizes
+    """Pixel size and drawing by resource id, as the ribbon code looks them up."""
+    return {first + stride * step: (size, drawing)
+            for stride, drawings in RUNS.items()
+            for first, drawing in drawings.items()
+            for step, size in enumerate((32, 48, 64, 96))}
 
 
 def rcdata(image):
@@ -94,9 +103,9 @@ def reaches_padding(rows):
     return any(any(row) for row in frame)
 
 
-def problems(found):
+def problems(found, rendered):
     seen = {}
-    for number, size in sorted(expected().items()):
+    for number, (size, drawing) in sorted(expected().items()):
         if number not in found:
             yield f"misses icon resource {number}"
             continue
@@ -109,6 +118,8 @@ def problems(found):
             yield f"icon resource {number} is empty"
         elif reaches_padding(rows):
             yield f"icon resource {number} reaches into the padding"
+        if found[number] != (rendered / f"{drawing}_{size}.png").read_bytes():
+            yield f"icon resource {number} is not the drawing {drawing} in {size} pixels"
         twin = seen.setdefault(found[number], number)
         if twin != number:
             yield f"icon resource {number} is the same picture as {twin}"
@@ -117,7 +128,7 @@ def problems(found):
 def main():
     path = Path(sys.argv[1])
     found = rcdata(path.read_bytes())
-    wrong = list(problems(found))
+    wrong = list(problems(found, Path(sys.argv[2])))
     for problem in wrong:
         print(f"{path.name} {problem}.")
     if not wrong:

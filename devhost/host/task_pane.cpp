@@ -68,7 +68,7 @@ HRESULT TaskPane::get_Visible(VARIANT_BOOL* visible) noexcept {
 }
 
 HRESULT TaskPane::put_Visible(VARIANT_BOOL visible) noexcept {
-  if (!frame_->IsOpen()) return E_FAIL;
+  if (!frame_->IsOpen() || refusesToShow_) return E_FAIL;
   return GuardCom([&] { return frame_->SetVisible(visible != VARIANT_FALSE), S_OK; });
 }
 

@@ -21,6 +21,9 @@ class TaskPane final : public HostDispatch<_CustomTaskPane> {
     overridesLeft_ = times;
   }
 
+  /// From now on it cannot be shown or hidden, as in a host that is not ready.
+  void RefuseToShow() { refusesToShow_ = true; }
+
   /// Whether the pane keeps its control to itself, as hosts do that make it only when the pane is shown.
   void WithholdControl(bool withhold) { withholdsControl_ = withhold; }
 
@@ -56,6 +59,7 @@ class TaskPane final : public HostDispatch<_CustomTaskPane> {
   int ownWidth_ = 0;
   int overridesLeft_ = 0;
   bool withholdsControl_ = false;
+  bool refusesToShow_ = false;
 };
 
 }  // namespace qv::devhost

@@ -1,5 +1,6 @@
 #include "addin/connect.h"
 
+#include <algorithm>
 #include <atomic>
 #include <string>
 
@@ -52,13 +53,20 @@ HRESULT CConnect::GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept {
 HRESULT CConnect::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept {
   return GuardHr(L"GetIDsOfNames", [&]() -> HRESULT {
     if (names == nullptr || ids == nullptr || count == 0 || names[0] == nullptr) return E_INVALIDARG;
-    const auto known = RibbonDispId(names[0]);
-    const HRESULT hr = known && count == 1 ? S_OK : typeInfo_.GetIDsOfNames(names, count, ids);
-    if (known && count == 1) ids[0] = *known;
-    PaneLog(
-        Concat(L"Excel GetIDsOfNames ", names[0], L" -> ", SUCCEEDED(hr) ? ids[0] : DISPID_UNKNOWN, L"\r\n"));
+    std::fill_n(ids, count, DISPID_UNKNOWN);
+    const HRESULT hr = FindNames(names, count, ids);
+    PaneLog(Concat(L"Excel GetIDsOfNames ", names[0], L" -> ", ids[0], L"\r\n"));
     return hr;
   });
+}
+
+HRESULT CConnect::FindNames(LPOLESTR* names, UINT count, DISPID* ids) {
+  const auto known = RibbonDispId(names[0]);
+  if (!known) return typeInfo_.GetIDsOfNames(names, count, ids);
+  // The type library holds some of the callbacks, with their arguments.
+  const HRESULT hr = count == 1 ? S_OK : typeInfo_.GetIDsOfNames(names, count, ids);
+  ids[0] = *known;
+  return hr;
 }
 
 HRESULT CConnect::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT* result, EXCEPINFO*,

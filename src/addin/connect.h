@@ -57,6 +57,8 @@ class CConnect final
  private:
   ~CConnect() override;
 
+  /// Ids of a callback's name and of its arguments' names; DISPID_UNKNOWN stands for those not found.
+  [[nodiscard]] HRESULT FindNames(LPOLESTR* names, UINT count, DISPID* ids);
   void Connect(IDispatch* application);
   void EndConnection();
   /// Watches the widths of this connection's panes.

@@ -12,8 +12,7 @@ int ShowMessage(HWND owner, std::wstring_view text, UINT type) {
 }
 
 void ShowHostWarning(std::wstring_view text) {
-  const HWND window = ApplicationWindow();
-  ShowMessage(window != nullptr ? window : GetActiveWindow(), text, MB_OK | MB_ICONWARNING);
+  ShowMessage(BoxOwner(), text, MB_OK | MB_ICONWARNING);
 }
 
 }  // namespace qv

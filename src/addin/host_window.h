@@ -8,8 +8,8 @@ namespace qv {
 /// the frame that the user sees.
 [[nodiscard]] HWND ApplicationWindow();
 
-/// The top-level window that boxes and dialogs belong to; null when the application names none of this
-/// process.
-[[nodiscard]] HWND HostFrame();
+/// The top-level window that boxes and dialogs belong to: the application's, or where it names none of this
+/// process the active one; null without either.
+[[nodiscard]] HWND BoxOwner();
 
 }  // namespace qv

@@ -5,11 +5,9 @@
 #include "addin/blank_rows_command.h"
 #include "addin/host_window.h"
 #include "addin/pdf_translation_command.h"
-#include "addin/ribbon_control.h"
 #include "addin/ribbon_icons.h"
 #include "addin/ribbon_labels.h"
 #include "addin/ribbon_names.h"
-#include "addin/ribbon_picture.h"
 #include "addin/task_panes.h"
 #include "addin/ui_language_dialog.h"
 #include "foundation/host_session.h"
@@ -18,26 +16,24 @@
 #include "foundation/settings.h"
 #include "foundation/text.h"
 #include "foundation/window_dpi.h"
+#include "workbook/automation.h"
 
 namespace qv {
 namespace {
 
-/// Null for a control without an icon and when the icon cannot be loaded.
-ComPtr<IDispatch> RibbonImage(const RibbonControlNames& control) {
-  const int iconId = RibbonIconId(control.id, control.tag);
-  if (iconId == 0) return nullptr;
-  const int dpi = WindowDpi(ApplicationWindow());
-  const bool wps = IsWpsProcess();
-  const int pixels = RibbonIconPixels(dpi, wps);
-  PaneLog(Concat(L"Excel GetImage dpi=", dpi, L" px=", pixels, L" wps=", wps, L" host=",
-                 HostKindText(HostSession::Get().Kind()), L"\r\n"));
-  ComPtr<IPictureDisp> picture;
-  const HRESULT hr = LoadPngPicture(RibbonIconResource(iconId, pixels), picture);
-  if (FAILED(hr)) {
-    PaneLog(Concat(L"Excel GetImage iconId=", iconId, L" px=", pixels, L" hr=0x", Hex8(hr),
-                   L" (ribbon continues)\r\n"));
+/// A host that shows a dialog or edits a cell is often through with it by then.
+constexpr UINT kSecondTryMs = 2000;
+
+/// Some hosts' ribbons are no IRibbonUI, but answer to the method's name.
+HostAnswer Invalidate(IDispatch* ribbon) {
+  HostAnswer answer;
+  ComPtr<IRibbonUI> typed;
+  if (SUCCEEDED(ribbon->QueryInterface(IID_PPV_ARGS(&typed)))) {
+    answer.hr = typed->Invalidate();
+  } else {
+    answer.hr = InvokeByName(ribbon, L"Invalidate", {}, nullptr, &answer.exceptionCode);
   }
-  return picture;
+  return answer;
 }
 
 }  // namespace
@@ -55,7 +51,7 @@ void RibbonCallbacks::Call(DISPID id, IDispatch* argument, VARIANT* result) {
       answer = Variant(RibbonScreentip(GetUiLanguage(), ReadRibbonControl(argument).id));
       break;
     case kRibbonGetImage:
-      if (const auto image = RibbonImage(ReadRibbonControl(argument))) answer = Variant(image.Get());
+      if (const auto image = Image(ReadRibbonControl(argument))) answer = Variant(image.Get());
       break;
     default:
       if (const RibbonCommand* const command = FindRibbonCommand(id)) Press(*command, argument);
@@ -64,15 +60,42 @@ void RibbonCallbacks::Call(DISPID id, IDispatch* argument, VARIANT* result) {
   if (result != nullptr) *result = answer.Detach();
 }
 
+ComPtr<IDispatch> RibbonCallbacks::Image(const RibbonControlNames& control) {
+  const int iconId = RibbonIconId(control.id, control.tag);
+  if (iconId == 0) return nullptr;
+  const int dpi = WindowDpi(ApplicationWindow());
+  const bool wps = IsWpsProcess();
+  const int pixels = RibbonIconPixels(dpi, wps);
+  PaneLog(Concat(L"Excel GetImage dpi=", dpi, L" px=", pixels, L" wps=", wps, L" host=",
+                 HostKindText(HostSession::Get().Kind()), L"\r\n"));
+  ComPtr<IPictureDisp> picture;
+  const HRESULT hr = pictures_.LoadPng(RibbonIconResource(iconId, pixels), picture);
+  if (FAILED(hr)) {
+    PaneLog(Concat(L"Excel GetImage iconId=", iconId, L" px=", pixels, L" hr=0x", Hex8(hr),
+                   L" (ribbon continues)\r\n"));
+  }
+  return picture;
+}
+
 void RibbonCallbacks::KeepRibbon(IDispatch* ribbon) {
+  secondTry_.Stop();
+  ribbon_ = ribbon;
+}
+
+void RibbonCallbacks::ReleaseRibbon() {
+  secondTry_.Stop();
   ribbon_.Reset();
-  // Without the ribbon object labels cannot be refreshed later, which must not keep the ribbon from loading.
-  if (ribbon != nullptr) static_cast<void>(ribbon->QueryInterface(IID_PPV_ARGS(&ribbon_)));
+  pictures_.Release();
 }
 
 void RibbonCallbacks::InvalidateRibbon() {
   // A reference of its own: the host may load its ribbon anew inside the call.
-  if (const ComPtr<IRibbonUI> ribbon = ribbon_) static_cast<void>(ribbon->Invalidate());
+  const ComPtr<IDispatch> ribbon = ribbon_;
+  if (ribbon == nullptr || !Invalidate(ribbon.Get()).IsBusy()) return;
+  // Without a timer the labels change when the host loads its ribbon the next time.
+  static_cast<void>(secondTry_.Start(nullptr, kSecondTryMs, [this] {
+    if (const ComPtr<IDispatch> later = ribbon_) static_cast<void>(Invalidate(later.Get()));
+  }));
 }
 
 void RibbonCallbacks::Press(const RibbonCommand& command, IDispatch* control) {
@@ -84,13 +107,13 @@ void RibbonCallbacks::Press(const RibbonCommand& command, IDispatch* control) {
       static_cast<void>(panes_.ShowPanePage(command.page, command.mode, control));
       break;
     case RibbonAction::kRemoveBlankRows:
-      RunBlankRowRemoval(HostFrame());
+      RunBlankRowRemoval(BoxOwner());
       break;
     case RibbonAction::kOpenPdfTranslation:
-      OpenPdfTranslation(HostFrame());
+      OpenPdfTranslation(BoxOwner());
       break;
     case RibbonAction::kChooseLanguage:
-      ShowUiLanguageDialog(HostFrame(), [this] { InvalidateRibbon(); });
+      ShowUiLanguageDialog(BoxOwner(), [this] { InvalidateRibbon(); });
       break;
   }
 }

@@ -4,7 +4,10 @@
 
 #include "addin/office_interfaces.h"
 #include "addin/ribbon_commands.h"
+#include "addin/ribbon_control.h"
+#include "addin/ribbon_picture.h"
 #include "foundation/variant.h"
+#include "translation/ui_timer.h"
 
 namespace qv {
 
@@ -21,17 +24,21 @@ class RibbonCallbacks {
   /// ribbon's load the ribbon itself, and may be null; `result` is empty and may be null.
   void Call(DISPID id, IDispatch* argument, VARIANT* result);
 
-  /// Lets go of the ribbon at the end of the connection.
-  void ReleaseRibbon() { ribbon_.Reset(); }
+  /// Lets go of the ribbon and of what its pictures needed at the end of the connection.
+  void ReleaseRibbon();
 
  private:
   void KeepRibbon(IDispatch* ribbon);
-  /// Has every label, tip and picture fetched again.
+  /// Null for a control without an icon and when the icon cannot be loaded.
+  [[nodiscard]] ComPtr<IDispatch> Image(const RibbonControlNames& control);
+  /// Has every label, tip and picture fetched again; a busy host is asked once more later.
   void InvalidateRibbon();
   void Press(const RibbonCommand& command, IDispatch* control);
 
   TaskPanes& panes_;
-  ComPtr<IRibbonUI> ribbon_;
+  ComPtr<IDispatch> ribbon_;
+  UiTimer secondTry_;
+  RibbonPictures pictures_;
 };
 
 }  // namespace qv

@@ -14,26 +14,6 @@
 namespace qv {
 namespace {
 
-/// GDI+ is there while this lives.
-class GdiplusSession {
- public:
-  GdiplusSession() {
-    const Gdiplus::GdiplusStartupInput input;
-    started_ = Gdiplus::GdiplusStartup(&token_, &input, nullptr) == Gdiplus::Ok;
-  }
-  GdiplusSession(const GdiplusSession&) = delete;
-  GdiplusSession& operator=(const GdiplusSession&) = delete;
-  ~GdiplusSession() {
-    if (started_) Gdiplus::GdiplusShutdown(token_);
-  }
-
-  [[nodiscard]] bool Started() const { return started_; }
-
- private:
-  ULONG_PTR token_ = 0;
-  bool started_ = false;
-};
-
 /// A bitmap of 32 bits a pixel; `pixels` receives its memory. Rows lie from the bottom up: a handle does not
 /// tell its rows' order, and hosts that read the memory themselves count on this one.
 UniqueBitmap MakeBitmap(int width, int height, void** pixels) {
@@ -72,15 +52,42 @@ HRESULT Decode(IStream* png, UniqueBitmap& bitmap) {
 
 }  // namespace
 
-HRESULT LoadPngPicture(int resourceId, ComPtr<IPictureDisp>& picture) {
+/// GDI+ is there while this lives.
+class RibbonPictures::GdiplusSession {
+ public:
+  GdiplusSession() {
+    const Gdiplus::GdiplusStartupInput input;
+    started_ = Gdiplus::GdiplusStartup(&token_, &input, nullptr) == Gdiplus::Ok;
+  }
+  GdiplusSession(const GdiplusSession&) = delete;
+  GdiplusSession& operator=(const GdiplusSession&) = delete;
+  ~GdiplusSession() {
+    if (started_) Gdiplus::GdiplusShutdown(token_);
+  }
+
+  [[nodiscard]] bool Started() const { return started_; }
+
+ private:
+  ULONG_PTR token_ = 0;
+  bool started_ = false;
+};
+
+RibbonPictures::RibbonPictures() = default;
+RibbonPictures::~RibbonPictures() = default;
+
+void RibbonPictures::Release() {
+  session_.reset();
+}
+
+HRESULT RibbonPictures::LoadPng(int resourceId, ComPtr<IPictureDisp>& picture) {
   const auto png = ModuleResource(resourceId, RT_RCDATA);
   if (!png) return HRESULT_FROM_WIN32(ERROR_RESOURCE_NAME_NOT_FOUND);
   const ComPtr<IStream> stream = TakeReference(
       SHCreateMemStream(reinterpret_cast<const BYTE*>(png->data()), static_cast<UINT>(png->size())));
   if (stream == nullptr) return E_OUTOFMEMORY;
 
-  const GdiplusSession session;
-  if (!session.Started()) return E_FAIL;
+  if (session_ == nullptr) session_ = std::make_unique<GdiplusSession>();
+  if (!session_->Started()) return E_FAIL;
   UniqueBitmap bitmap;
   if (const HRESULT hr = Decode(stream.Get(), bitmap); FAILED(hr)) return hr;
 

@@ -24,39 +24,48 @@ HRESULT CreateTaskPane(ICTPFactory* factory, const Variant& window, ComPtr<_Cust
   return SUCCEEDED(hr) && taskPane == nullptr ? E_FAIL : hr;
 }
 
-void TellCreationFailed(HRESULT hr) {
+std::wstring CreationFailed(HRESULT hr) {
   PaneLog(Concat(L"Excel CreateCTP failed hr=0x", Hex8(hr), L"\r\n"));
-  ShowHostWarning(
-      FormatCatalogText(GetCatalogText(L"msg.createPaneFailed"), L"{hr}", Concat(L"0x", Hex8(hr))));
+  return FormatCatalogText(GetCatalogText(L"msg.createPaneFailed"), L"{hr}", Concat(L"0x", Hex8(hr)));
 }
 
 }  // namespace
 
 bool TaskPanes::ShowPanePage(std::wstring_view page, std::wstring_view mode, IDispatch* control) {
   PaneLog(L"Excel ShowPanePage\r\n");
+  if (showing_) return false;
+  std::wstring warning;
+  const bool shown = TryToShow(page, mode, control, warning);
+  // Nothing is being shown any more: while the box is open, the buttons of other windows work.
+  if (!warning.empty()) ShowHostWarning(warning);
+  return shown;
+}
+
+bool TaskPanes::TryToShow(std::wstring_view page, std::wstring_view mode, IDispatch* control,
+                          std::wstring& warning) {
+  const FlagScope scope(showing_);
   const ComPtr<IDispatch> application = HostSession::Get().Application();
   if (application == nullptr) {
-    ShowHostWarning(GetCatalogText(L"msg.hostNotReady.excel"));
+    warning = GetCatalogText(L"msg.hostNotReady.excel");
     return false;
   }
-  if (showing_) return false;
-  const FlagScope scope(showing_);
   const ExcelWindow window = ExcelWindow::ResolveForInvocation(application.Get(), control);
   if (!window.IsValid()) {
     PaneLog(L"Excel ShowPanePage: no window resolved\r\n");
-    ShowHostWarning(GetCatalogText(L"msg.noWindow.excel"));
+    warning = GetCatalogText(L"msg.noWindow.excel");
     return false;
   }
-  return ShowInWindow(window, page, mode);
+  return ShowInWindow(window, page, mode, warning);
 }
 
-bool TaskPanes::ShowInWindow(const ExcelWindow& window, std::wstring_view page, std::wstring_view mode) {
+bool TaskPanes::ShowInWindow(const ExcelWindow& window, std::wstring_view page, std::wstring_view mode,
+                             std::wstring& warning) {
   DropGonePanes();
   bool created = false;
-  const PanePointer pane = EnsureTaskPane(window, created);
+  const PanePointer pane = EnsureTaskPane(window, created, warning);
   if (pane == nullptr) return false;
   if (FAILED(pane->SetVisible(true))) {
-    ShowHostWarning(GetCatalogText(L"msg.hostNotReady.excel"));
+    warning = GetCatalogText(L"msg.hostNotReady.excel");
     return false;
   }
   PaneLog(Concat(L"Excel ShowPanePage page=", page, L"\r\n"));
@@ -67,7 +76,8 @@ bool TaskPanes::ShowInWindow(const ExcelWindow& window, std::wstring_view page, 
   return pane->ShowPage(page, mode);
 }
 
-TaskPanes::PanePointer TaskPanes::EnsureTaskPane(const ExcelWindow& window, bool& created) {
+TaskPanes::PanePointer TaskPanes::EnsureTaskPane(const ExcelWindow& window, bool& created,
+                                                 std::wstring& warning) {
   created = false;
   if (PanePointer pane = FindByWindow(window)) {
     if (!pane->IsWornOut()) {
@@ -83,16 +93,16 @@ TaskPanes::PanePointer TaskPanes::EnsureTaskPane(const ExcelWindow& window, bool
   for (const PanePointer& pane : panes_)
     PaneLog(
         Concat(L"Excel   existing pane=", pane->Number(), L" ", pane->Window().WindowIdentity(), L"\r\n"));
-  PanePointer pane = Create(window);
+  PanePointer pane = Create(window, warning);
   created = pane != nullptr;
   return pane;
 }
 
-TaskPanes::PanePointer TaskPanes::Create(const ExcelWindow& window) {
+TaskPanes::PanePointer TaskPanes::Create(const ExcelWindow& window, std::wstring& warning) {
   const ComPtr<ICTPFactory> factory = factory_;
   if (factory == nullptr) {
     PaneLog(L"Excel EnsureTaskPane: CTP factory null\r\n");
-    ShowHostWarning(GetCatalogText(L"msg.paneFactory.excel"));
+    warning = GetCatalogText(L"msg.paneFactory.excel");
     return nullptr;
   }
   ComPtr<_CustomTaskPane> taskPane;
@@ -104,16 +114,17 @@ TaskPanes::PanePointer TaskPanes::Create(const ExcelWindow& window) {
     hr = CreateTaskPane(factory.Get(), Variant::Missing(), taskPane);
   }
   if (FAILED(hr)) {
-    TellCreationFailed(hr);
+    warning = CreationFailed(hr);
     return nullptr;
   }
   const auto pane = std::make_shared<DocumentPane>(std::move(taskPane), window);
+  // Asks the host too, and so belongs ahead of the check.
+  const int width = GetInitialPaneWidth();
   if (factory_.Get() != factory.Get()) {
     // The connection ended meanwhile, and nobody would let go of the pane.
     pane->Delete();
     return nullptr;
   }
-  const int width = GetInitialPaneWidth();
   panes_.push_back(pane);
   static_cast<void>(pane->Control());
   PaneLog(Concat(L"Excel CreateCTP OK pane=", pane->Number(), L" panes=", panes_.size(), L" degraded=",

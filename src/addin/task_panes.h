@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -38,10 +39,14 @@ class TaskPanes {
  private:
   using PanePointer = std::shared_ptr<DocumentPane>;
 
-  /// The pane of the window, made when there is none; null, after a message box, when it cannot be made.
-  [[nodiscard]] PanePointer EnsureTaskPane(const ExcelWindow& window, bool& created);
-  [[nodiscard]] PanePointer Create(const ExcelWindow& window);
-  [[nodiscard]] bool ShowInWindow(const ExcelWindow& window, std::wstring_view page, std::wstring_view mode);
+  // `warning` receives what the user is to be told when it cannot be done.
+  [[nodiscard]] bool TryToShow(std::wstring_view page, std::wstring_view mode, IDispatch* control,
+                               std::wstring& warning);
+  [[nodiscard]] bool ShowInWindow(const ExcelWindow& window, std::wstring_view page, std::wstring_view mode,
+                                  std::wstring& warning);
+  /// The pane of the window, made when there is none; null when it cannot be made.
+  [[nodiscard]] PanePointer EnsureTaskPane(const ExcelWindow& window, bool& created, std::wstring& warning);
+  [[nodiscard]] PanePointer Create(const ExcelWindow& window, std::wstring& warning);
   [[nodiscard]] PanePointer FindByWindow(const ExcelWindow& window) const;
   [[nodiscard]] PanePointer FindByControl(const CWebView2Pane& control) const;
   [[nodiscard]] int GetInitialPaneWidth() const;

@@ -42,11 +42,12 @@ bool Commit(HWND dialog, std::wstring_view code, const std::function<void()>& re
 
 void ShowUiLanguageDialog(HWND owner, const std::function<void()>& refreshRibbon) {
   const std::wstring current = GetUiLanguage();
-  UiLanguageWindow window(UiLanguageRow(current), current == L"ar", [&](HWND dialog, std::optional<int> row) {
-    if (!row) return true;
-    const std::wstring_view code = UiLanguages()[static_cast<std::size_t>(*row)].code;
-    return code == current || Commit(dialog, code, refreshRibbon);
-  });
+  UiLanguageWindow window(UiLanguageRow(current), IsRightToLeft(current),
+                          [&](HWND dialog, std::optional<int> row) {
+                            if (!row) return true;
+                            const std::wstring_view code = UiLanguages()[static_cast<std::size_t>(*row)].code;
+                            return code == current || Commit(dialog, code, refreshRibbon);
+                          });
   window.RunModal(owner);
 }
 

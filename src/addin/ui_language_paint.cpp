@@ -2,20 +2,12 @@
 
 #include <array>
 
+#include "addin/device_context.h"
 #include "foundation/dpi.h"
 #include "foundation/unique_gdi.h"
 
 namespace qv {
 namespace {
-
-constexpr COLORREF kGround = RGB(255, 255, 255);
-constexpr COLORREF kAccent = RGB(0x0F, 0x6C, 0xBD);
-constexpr COLORREF kAccentPressed = RGB(0x0C, 0x54, 0x93);
-constexpr COLORREF kAccentText = RGB(0x0B, 0x4F, 0x8A);
-constexpr COLORREF kAccentSoft = RGB(0xE5, 0xF0, 0xFA);
-constexpr COLORREF kHairline = RGB(0xD0, 0xD7, 0xDE);
-constexpr COLORREF kControlBorder = RGB(0x82, 0x89, 0x92);
-constexpr COLORREF kPressed = RGB(0xEE, 0xF1, 0xF4);
 
 // Lengths at 96 DPI.
 constexpr int kCorner = 8;
@@ -24,19 +16,6 @@ constexpr int kRingInset = 3;
 constexpr int kRowTextInset = 14;
 constexpr int kMarkWidth = 3;
 constexpr int kMarkInset = 8;
-
-/// A brush, pen, font in the device context while this lives.
-class Selected {
- public:
-  Selected(HDC dc, HGDIOBJ object) : dc_(dc), before_(SelectObject(dc, object)) {}
-  Selected(const Selected&) = delete;
-  Selected& operator=(const Selected&) = delete;
-  ~Selected() { SelectObject(dc_, before_); }
-
- private:
-  HDC dc_;
-  HGDIOBJ before_;
-};
 
 struct Box {
   COLORREF fill;
@@ -72,47 +51,59 @@ void DrawOneLine(HDC dc, const wchar_t* text, RECT area, HFONT font, COLORREF co
 
 }  // namespace
 
-void DrawDialogBorder(HDC dc, const RECT& client) {
-  const UniqueBrush brush(CreateSolidBrush(kHairline));
+void DrawDialogBorder(HDC dc, const RECT& client, const UiLanguageColors& colors) {
+  const UniqueBrush brush(CreateSolidBrush(colors.hairline));
   FrameRect(dc, &client, brush.Get());
 }
 
-void DrawListFrame(HDC dc, const RECT& area, int dpi, bool focused) {
-  const Box box = focused ? Box{kGround, kAccent, ScaleToDpi(kRing, dpi)}
-                          : Box{kGround, kControlBorder, ScaleToDpi(1, dpi)};
+void DrawListFrame(HDC dc, const RECT& area, int dpi, bool focused, const UiLanguageColors& colors) {
+  const Box box = focused ? Box{colors.ground, colors.accent, ScaleToDpi(kRing, dpi)}
+                          : Box{colors.ground, colors.controlBorder, ScaleToDpi(1, dpi)};
   DrawBox(dc, area, box, ScaleToDpi(kCorner, dpi));
 }
 
-void DrawListRow(const DRAWITEMSTRUCT& item, const wchar_t* text, HFONT font, int dpi) {
+void DrawListRow(const DRAWITEMSTRUCT& item, const UiLanguage& language, HFONT font, int dpi,
+                 const UiLanguageColors& colors) {
   const bool selected = (item.itemState & ODS_SELECTED) != 0;
-  Fill(item.hDC, item.rcItem, kGround);
+  // With nothing selected yet it is all that shows where the keys start.
+  const bool focused = (item.itemState & ODS_FOCUS) != 0;
+  const COLORREF ground = selected ? colors.selected : colors.ground;
+  const COLORREF text = selected ? colors.onSelected : colors.title;
+  Fill(item.hDC, item.rcItem, colors.ground);
+  if (selected || focused) {
+    const Box box{ground, focused ? text : ground, ScaleToDpi(1, dpi)};
+    DrawBox(item.hDC, item.rcItem, box, ScaleToDpi(kCorner, dpi));
+  }
   if (selected) {
-    DrawBox(item.hDC, item.rcItem, {kAccentSoft, kAccentSoft, 1}, ScaleToDpi(kCorner, dpi));
     // Not by colour alone.
     RECT mark = item.rcItem;
     InflateRect(&mark, 0, -ScaleToDpi(kMarkInset, dpi));
     mark.right = mark.left + ScaleToDpi(kMarkWidth, dpi);
-    Fill(item.hDC, mark, kAccent);
+    Fill(item.hDC, mark, text);
   }
   RECT textArea = item.rcItem;
   InflateRect(&textArea, -ScaleToDpi(kRowTextInset, dpi), 0);
-  DrawOneLine(item.hDC, text, textArea, font, selected ? kAccentText : kDialogTitleColor, DT_LEFT);
+  const UINT reading = IsRightToLeft(language.code) ? DT_RTLREADING : 0;
+  DrawOneLine(item.hDC, language.name, textArea, font, text, DT_LEFT | reading);
 }
 
-void DrawDialogButton(const DRAWITEMSTRUCT& item, HFONT font, int dpi, bool primary) {
+void DrawDialogButton(const DRAWITEMSTRUCT& item, HFONT font, int dpi, bool primary,
+                      const UiLanguageColors& colors) {
   const bool pressed = (item.itemState & ODS_SELECTED) != 0;
-  const COLORREF fill = primary ? (pressed ? kAccentPressed : kAccent) : (pressed ? kPressed : kGround);
+  const COLORREF fill =
+      primary ? (pressed ? colors.accentPressed : colors.accent) : (pressed ? colors.pressed : colors.ground);
   const int corner = ScaleToDpi(kCorner, dpi);
-  Fill(item.hDC, item.rcItem, kGround);
-  DrawBox(item.hDC, item.rcItem, {fill, primary ? fill : kControlBorder, ScaleToDpi(1, dpi)}, corner);
+  Fill(item.hDC, item.rcItem, colors.ground);
+  const COLORREF border = primary ? fill : colors.controlBorder;
+  DrawBox(item.hDC, item.rcItem, {fill, border, ScaleToDpi(1, dpi)}, corner);
   if ((item.itemState & ODS_FOCUS) != 0) {
-    const COLORREF ring = primary ? kGround : kAccent;
+    const COLORREF ring = primary ? colors.onAccent : colors.accent;
     DrawBox(item.hDC, Inset(item.rcItem, ScaleToDpi(kRingInset, dpi)), {fill, ring, ScaleToDpi(kRing, dpi)},
             corner);
   }
   std::array<wchar_t, 64> text{};
   GetWindowTextW(item.hwndItem, text.data(), static_cast<int>(text.size()));
-  DrawOneLine(item.hDC, text.data(), item.rcItem, font, primary ? kGround : kDialogTitleColor, DT_CENTER);
+  DrawOneLine(item.hDC, text.data(), item.rcItem, font, primary ? colors.onAccent : colors.title, DT_CENTER);
 }
 
 }  // namespace qv

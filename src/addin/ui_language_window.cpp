@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "addin/device_context.h"
 #include "addin/ui_language_paint.h"
 #include "addin/ui_languages.h"
 #include "foundation/catalog.h"
@@ -33,6 +34,9 @@ constexpr int kListId = 103;
 /// DWMWA_WINDOW_CORNER_PREFERENCE and DWMWCP_ROUND, known to Windows 11 alone.
 constexpr DWORD kCornerPreference = 33;
 constexpr DWORD kRoundCorners = 2;
+
+/// Answer to WM_CREATE.
+constexpr LRESULT kCreationFailed = -1;
 
 /// The dialog that is open, of which there is at most one; null when none is.
 HWND g_open = nullptr;
@@ -71,6 +75,12 @@ void Place(HWND control, const DialogArea& area, HFONT font) {
   SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
 }
 
+void ShowOpenDialog() {
+  // A minimised owner takes its dialog out of sight.
+  if (const HWND owner = GetWindow(g_open, GW_OWNER); IsIconic(owner)) ShowWindow(owner, SW_RESTORE);
+  SetActiveWindow(g_open);
+}
+
 /// Where `length` starts so that it is in the middle of [from, to), moved into [least, limit) where it fits.
 int Centered(LONG from, LONG to, int length, LONG least, LONG limit) {
   const LONG start = from + (to - from - length) / 2;
@@ -81,7 +91,7 @@ int Centered(LONG from, LONG to, int length, LONG least, LONG limit) {
 
 void UiLanguageWindow::RunModal(HWND owner) {
   if (g_open != nullptr) {
-    SetActiveWindow(g_open);
+    ShowOpenDialog();
     return;
   }
   const HWND focusBefore = GetFocus();
@@ -90,15 +100,16 @@ void UiLanguageWindow::RunModal(HWND owner) {
     return;
   }
   g_open = handle_;
-  DisabledWindow lock(owner_);
-  ownerLock_ = &lock;
+  DisabledWindows lock(owner_, handle_);
+  lock_ = &lock;
   ShowWindow(handle_, SW_SHOW);
   SetFocus(list_);
   RunMessages();
   Close();
-  ownerLock_ = nullptr;
+  lock_ = nullptr;
   g_open = nullptr;
-  if (IsWindow(focusBefore)) SetFocus(focusBefore);
+  // Not when the user has gone on to another window: the focus would drag this one in front of it.
+  if (IsWindow(focusBefore) && GetActiveWindow() == owner) SetFocus(focusBefore);
 }
 
 bool UiLanguageWindow::Create(HWND owner) {
@@ -117,7 +128,7 @@ HWND UiLanguageWindow::CreateControl(const wchar_t* className, const wchar_t* te
                          reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ThisModule(), nullptr);
 }
 
-void UiLanguageWindow::CreateControls() {
+bool UiLanguageWindow::CreateControls() {
   const DWORD textStyle = SS_NOPREFIX | (rightToLeft_ ? SS_RIGHT : SS_LEFT);
   const DWORD textExStyle = rightToLeft_ ? WS_EX_RTLREADING : 0;
   const auto text = [&](const wchar_t* key, int id) {
@@ -126,8 +137,9 @@ void UiLanguageWindow::CreateControls() {
   const auto button = [&](const wchar_t* key, int id) {
     return CreateControl(L"BUTTON", GetCatalogText(key).c_str(), BS_OWNERDRAW | WS_TABSTOP, 0, id);
   };
-  title_ = text(L"settings.title", kTitleId);
   body_ = text(L"settings.body", kBodyId);
+  // Right ahead of the list, which screen readers call by the text before it.
+  title_ = text(L"settings.title", kTitleId);
   // The list keeps the texts itself, for screen readers and for typing the first letter.
   list_ = CreateControl(
       L"LISTBOX", GetCatalogText(L"settings.title").c_str(),
@@ -136,13 +148,22 @@ void UiLanguageWindow::CreateControls() {
   ok_ = button(L"settings.ok", IDOK);
   cancel_ = button(L"settings.cancel", IDCANCEL);
   lastFocus_ = list_;
+  for (const HWND control : {title_, body_, list_, ok_, cancel_}) {
+    if (control == nullptr) return false;
+  }
   FillList();
+  return true;
 }
 
 void UiLanguageWindow::FillList() {
   for (const UiLanguage& language : UiLanguages())
     SendMessageW(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(language.name));
   SendMessageW(list_, LB_SETCURSEL, static_cast<WPARAM>(current_.value_or(-1)), 0);
+}
+
+void UiLanguageWindow::ChooseColors() {
+  colors_ = ChooseUiLanguageColors();
+  ground_ = UniqueBrush(CreateSolidBrush(colors_.ground));
 }
 
 void UiLanguageWindow::MakeFonts() {
@@ -152,19 +173,16 @@ void UiLanguageWindow::MakeFonts() {
 }
 
 int UiLanguageWindow::MeasureBody() const {
-  const HDC dc = GetDC(handle_);
-  const HGDIOBJ before = SelectObject(dc, bodyFont_.Get());
+  const std::wstring text = GetCatalogText(L"settings.body");
+  const WindowDc dc(handle_);
+  const Selected font(dc.Get(), bodyFont_.Get());
   RECT area{0, 0, UiLanguageDialogTextWidth(dpi_), 0};
-  DrawTextW(dc, GetCatalogText(L"settings.body").c_str(), -1, &area,
-            DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX);
-  SelectObject(dc, before);
-  ReleaseDC(handle_, dc);
+  DrawTextW(dc.Get(), text.c_str(), -1, &area, DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX);
   return static_cast<int>(area.bottom);
 }
 
-void UiLanguageWindow::LayOut() {
+void UiLanguageWindow::LayOut(const RECT& work) {
   MakeFonts();
-  const RECT work = WorkArea(owner_ != nullptr ? owner_ : handle_);
   layout_ = LayOutUiLanguageDialog(dpi_, MeasureBody(), static_cast<int>(work.bottom - work.top));
   Place(title_, layout_.title, titleFont_.Get());
   Place(body_, layout_.body, bodyFont_.Get());
@@ -173,7 +191,6 @@ void UiLanguageWindow::LayOut() {
   Place(ok_, layout_.ok, bodyFont_.Get());
   Place(cancel_, layout_.cancel, bodyFont_.Get());
   ShowSelection();
-  CenterOver(owner_, work);
 }
 
 /// Scrolls the selected row to the middle, so that its neighbours on both sides are seen.
@@ -183,12 +200,22 @@ void UiLanguageWindow::ShowSelection() {
   SendMessageW(list_, LB_SETTOPINDEX, static_cast<WPARAM>(std::max(0, row - rowsAbove)), 0);
 }
 
-void UiLanguageWindow::CenterOver(HWND owner, const RECT& work) {
+void UiLanguageWindow::CenterOverOwner(const RECT& work) {
   RECT over = work;
-  if (owner != nullptr && !IsIconic(owner)) GetWindowRect(owner, &over);
-  SetWindowPos(handle_, nullptr, Centered(over.left, over.right, layout_.width, work.left, work.right),
-               Centered(over.top, over.bottom, layout_.height, work.top, work.bottom), layout_.width,
-               layout_.height, SWP_NOZORDER | SWP_NOACTIVATE);
+  if (owner_ != nullptr && !IsIconic(owner_)) GetWindowRect(owner_, &over);
+  MoveTo(Centered(over.left, over.right, layout_.width, work.left, work.right),
+         Centered(over.top, over.bottom, layout_.height, work.top, work.bottom));
+}
+
+void UiLanguageWindow::MoveTo(int left, int top) {
+  SetWindowPos(handle_, nullptr, left, top, layout_.width, layout_.height, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void UiLanguageWindow::OnDpiChanged(int dpi, const RECT& suggested) {
+  dpi_ = dpi;
+  LayOut(WorkArea(handle_));
+  // The system chose the place so that the dialog does not jump back to the screen that it comes from.
+  MoveTo(static_cast<int>(suggested.left), static_cast<int>(suggested.top));
 }
 
 void UiLanguageWindow::RunMessages() {
@@ -210,7 +237,7 @@ void UiLanguageWindow::RunMessages() {
 void UiLanguageWindow::Close() {
   if (handle_ == nullptr) return;
   // First, or Windows would activate another program's window in place of a disabled owner.
-  if (ownerLock_ != nullptr) ownerLock_->Enable();
+  if (lock_ != nullptr) lock_->Enable();
   DestroyWindow(handle_);
 }
 
@@ -220,7 +247,12 @@ LRESULT CALLBACK UiLanguageWindow::Procedure(HWND window, UINT message, WPARAM w
   if (message == WM_NCCREATE) self->handle_ = window;
   std::optional<LRESULT> result;
   if (self != nullptr) {
-    Guard(L"UiLanguageWindow", [&] { result = self->OnMessage(message, wparam, lparam); });
+    const HRESULT hr = GuardHr(L"UiLanguageWindow", [&] {
+      result = self->OnMessage(message, wparam, lparam);
+      return S_OK;
+    });
+    // An empty dialog that cannot be answered is worse than none.
+    if (FAILED(hr) && message == WM_CREATE) return kCreationFailed;
   }
   return result ? *result : DefWindowProcW(window, message, wparam, lparam);
 }
@@ -228,14 +260,9 @@ LRESULT CALLBACK UiLanguageWindow::Procedure(HWND window, UINT message, WPARAM w
 std::optional<LRESULT> UiLanguageWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_CREATE:
-      dpi_ = WindowDpi(handle_);
-      CreateControls();
-      LayOut();
-      RoundCorners(handle_);
-      return 0;
+      return OnCreate() ? 0 : kCreationFailed;
     case WM_DPICHANGED:
-      dpi_ = HIWORD(wparam);
-      LayOut();
+      OnDpiChanged(HIWORD(wparam), *reinterpret_cast<const RECT*>(lparam));
       return 0;
     case WM_COMMAND:
       OnCommand(LOWORD(wparam), HIWORD(wparam));
@@ -260,20 +287,35 @@ std::optional<LRESULT> UiLanguageWindow::OnMessage(UINT message, WPARAM wparam, 
     case WM_DRAWITEM:
       OnDrawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lparam));
       return TRUE;
+    case WM_ERASEBKGND:
+      OnErase(reinterpret_cast<HDC>(wparam));
+      return TRUE;
     case WM_CTLCOLORSTATIC:
-      SetTextColor(reinterpret_cast<HDC>(wparam),
-                   reinterpret_cast<HWND>(lparam) == title_ ? kDialogTitleColor : kDialogBodyColor);
-      SetBkMode(reinterpret_cast<HDC>(wparam), TRANSPARENT);
-      return reinterpret_cast<LRESULT>(GetStockObject(WHITE_BRUSH));
+      return OnStaticColors(reinterpret_cast<HDC>(wparam), reinterpret_cast<HWND>(lparam));
+    case WM_SYSCOLORCHANGE:
+    case WM_SETTINGCHANGE:
+      OnColorsChanged();
+      return std::nullopt;
     case WM_NCDESTROY:
       ForgetWindowOwner(handle_);
       handle_ = nullptr;
       // Destroyed with its owner, perhaps: the loop waits for a message.
       PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
-      return 0;
+      return std::nullopt;
     default:
       return std::nullopt;
   }
+}
+
+bool UiLanguageWindow::OnCreate() {
+  dpi_ = WindowDpi(handle_);
+  ChooseColors();
+  if (!CreateControls()) return false;
+  const RECT work = WorkArea(handle_);
+  LayOut(work);
+  CenterOverOwner(work);
+  RoundCorners(handle_);
+  return true;
 }
 
 void UiLanguageWindow::OnCommand(int id, int notification) {
@@ -292,21 +334,39 @@ void UiLanguageWindow::OnOk() {
   if (commit_(handle_, row == LB_ERR ? std::nullopt : std::optional(static_cast<int>(row)))) Close();
 }
 
+/// The user has switched to high contrast or back, perhaps.
+void UiLanguageWindow::OnColorsChanged() {
+  ChooseColors();
+  RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+void UiLanguageWindow::OnErase(HDC dc) const {
+  RECT client{};
+  GetClientRect(handle_, &client);
+  FillRect(dc, &client, ground_.Get());
+}
+
+LRESULT UiLanguageWindow::OnStaticColors(HDC dc, HWND control) const {
+  SetTextColor(dc, control == title_ ? colors_.title : colors_.body);
+  SetBkMode(dc, TRANSPARENT);
+  return reinterpret_cast<LRESULT>(ground_.Get());
+}
+
 void UiLanguageWindow::OnPaint() {
   PAINTSTRUCT paint{};
   const HDC dc = BeginPaint(handle_, &paint);
   RECT client{};
   GetClientRect(handle_, &client);
-  DrawDialogBorder(dc, client);
-  DrawListFrame(dc, AsRect(layout_.frame), dpi_, GetFocus() == list_);
+  DrawDialogBorder(dc, client, colors_);
+  DrawListFrame(dc, AsRect(layout_.frame), dpi_, GetFocus() == list_, colors_);
   EndPaint(handle_, &paint);
 }
 
 void UiLanguageWindow::OnDrawItem(const DRAWITEMSTRUCT& item) const {
   if (item.hwndItem != list_) {
-    DrawDialogButton(item, bodyFont_.Get(), dpi_, item.hwndItem == ok_);
+    DrawDialogButton(item, bodyFont_.Get(), dpi_, item.hwndItem == ok_, colors_);
   } else if (item.itemID < UiLanguages().size()) {
-    DrawListRow(item, UiLanguages()[item.itemID].name, listFont_.Get(), dpi_);
+    DrawListRow(item, UiLanguages()[item.itemID], listFont_.Get(), dpi_, colors_);
   }
 }
 

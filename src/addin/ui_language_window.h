@@ -6,7 +6,8 @@
 #include <optional>
 #include <utility>
 
-#include "addin/disabled_window.h"
+#include "addin/disabled_windows.h"
+#include "addin/ui_language_colors.h"
 #include "addin/ui_language_dialog_layout.h"
 #include "foundation/unique_gdi.h"
 
@@ -26,29 +27,36 @@ class UiLanguageWindow {
   UiLanguageWindow& operator=(const UiLanguageWindow&) = delete;
   ~UiLanguageWindow() { Close(); }
 
-  /// Shows the dialog over its owner (may be null), which takes no input meanwhile, and returns when it is
-  /// closed. While one is open already, that one is shown instead.
+  /// Shows the dialog over its owner (may be null), and returns when it is closed; the thread's other windows
+  /// take no input meanwhile. While one is open already, that one is shown instead.
   void RunModal(HWND owner);
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
 
   [[nodiscard]] bool Create(HWND owner);
-  void CreateControls();
+  [[nodiscard]] bool CreateControls();
   HWND CreateControl(const wchar_t* className, const wchar_t* text, DWORD style, DWORD exStyle, int id);
   void FillList();
   void MakeFonts();
-  /// Fits everything to `dpi_` and centres the dialog over its owner.
-  void LayOut();
+  void ChooseColors();
+  /// Fits everything inside to `dpi_`; `work` is the screen area that there is room in.
+  void LayOut(const RECT& work);
   void ShowSelection();
-  void CenterOver(HWND owner, const RECT& work);
+  void CenterOverOwner(const RECT& work);
+  void MoveTo(int left, int top);
   [[nodiscard]] int MeasureBody() const;
   void RunMessages();
   void Close();
 
   /// The message's result; nothing when Windows' own handling is wanted.
   [[nodiscard]] std::optional<LRESULT> OnMessage(UINT message, WPARAM wparam, LPARAM lparam);
+  [[nodiscard]] bool OnCreate();
+  void OnDpiChanged(int dpi, const RECT& suggested);
   void OnCommand(int id, int notification);
+  void OnColorsChanged();
+  void OnErase(HDC dc) const;
+  [[nodiscard]] LRESULT OnStaticColors(HDC dc, HWND control) const;
   void OnPaint();
   void OnDrawItem(const DRAWITEMSTRUCT& item) const;
   [[nodiscard]] LRESULT OnHitTest(LPARAM position) const;
@@ -67,8 +75,10 @@ class UiLanguageWindow {
   HWND cancel_ = nullptr;
   /// Control that gets the focus back when the dialog is activated again.
   HWND lastFocus_ = nullptr;
-  DisabledWindow* ownerLock_ = nullptr;
+  DisabledWindows* lock_ = nullptr;
   int dpi_ = 0;
+  UiLanguageColors colors_{};
+  UniqueBrush ground_;
   UiLanguageDialogLayout layout_;
   UniqueFont titleFont_;
   UniqueFont bodyFont_;

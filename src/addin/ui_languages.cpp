@@ -39,6 +39,10 @@ std::optional<int> UiLanguageRow(std::wstring_view code) {
   return std::nullopt;
 }
 
+bool IsRightToLeft(std::wstring_view code) {
+  return code == L"ar";
+}
+
 std::wstring UiLangChangedMessage(std::wstring_view code) {
   return Concat(L"{\"action\":\"uiLangChanged\",\"uiLang\":", JsonQuote(code), L"}");
 }

@@ -21,6 +21,9 @@ struct UiLanguage {
 /// Place of a code in the list, from 0; nothing for a code that is not offered.
 [[nodiscard]] std::optional<int> UiLanguageRow(std::wstring_view code);
 
+/// Whether a language is written from right to left.
+[[nodiscard]] bool IsRightToLeft(std::wstring_view code);
+
 /// What an open panel is told when the user has chosen a language.
 [[nodiscard]] std::wstring UiLangChangedMessage(std::wstring_view code);
 

@@ -5,6 +5,7 @@
 #include "addin/flag_scope.h"
 #include "addin/host_message.h"
 #include "addin/ribbon_tab.h"
+#include "addin/welcome_values.h"
 #include "foundation/catalog.h"
 #include "foundation/host_session.h"
 #include "foundation/identity.h"
@@ -22,13 +23,15 @@ HWND ActiveHostWindow() {
   return GetAncestor(reinterpret_cast<HWND>(handle), GA_ROOT);
 }
 
-/// Whether the user is looking at the host: a box over another program, or over nothing, would only disturb.
-bool IsInFront(HWND host) {
-  if (host == nullptr || !IsWindow(host) || !IsWindowVisible(host) || IsIconic(host)) return false;
+HostWindowFacts FactsOf(HWND host) {
   const HWND foreground = GetForegroundWindow();
-  if (foreground == nullptr) return false;
-  return GetWindowThreadProcessId(foreground, nullptr) == GetWindowThreadProcessId(host, nullptr) &&
-         GetAncestor(foreground, GA_ROOT) == host;
+  return {.isWindow = IsWindow(host) != FALSE,
+          .isVisible = IsWindowVisible(host) != FALSE,
+          .isMinimised = IsIconic(host) != FALSE,
+          .hasForeground = foreground != nullptr,
+          .sharesThread =
+              GetWindowThreadProcessId(foreground, nullptr) == GetWindowThreadProcessId(host, nullptr),
+          .isForegroundRoot = GetAncestor(foreground, GA_ROOT) == host};
 }
 
 void BringToFront(HWND host) {
@@ -51,7 +54,7 @@ void Offer(const std::function<bool()>& showLogin) {
   if (!IsWelcomeDue()) return;
   PaneLog(L"Excel ShowFirstRunWelcome\r\n");
   const HWND host = ActiveHostWindow();
-  if (!IsInFront(host)) return;
+  if (!IsInFront(FactsOf(host))) return;
   const std::wstring hostText = HostKindText(HostSession::Get().Kind());
   const int answer = ShowMessage(host, GetCatalogText(L"msg.welcome.body"), MB_YESNO | MB_ICONINFORMATION);
   if (answer == IDYES) OpenLogin(host, hostText, showLogin);

@@ -26,4 +26,9 @@ const wchar_t* WelcomeValueOfHost(std::wstring_view host) {
   return L"WelcomeShown_word";
 }
 
+bool IsInFront(const HostWindowFacts& facts) {
+  return facts.isWindow && facts.isVisible && !facts.isMinimised && facts.hasForeground &&
+         facts.sharesThread && facts.isForegroundRoot;
+}
+
 }  // namespace qv

@@ -73,7 +73,10 @@ bool WriteFileAtomically(const std::wstring& path, std::string_view bytes) {
       MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING)) {
     return true;
   }
+  // The caller wants to know why it failed, not how the tidying went.
+  const DWORD error = GetLastError();
   DeleteFileW(temporary.c_str());
+  SetLastError(error);
   return false;
 }
 

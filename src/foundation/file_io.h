@@ -16,7 +16,7 @@ enum class FileRead { kRead, kMissing, kFailed };
                                      std::size_t limit = std::size_t{64} << 20);
 
 /// Replaces the file through "<path>.tmp" beside it; on failure the old file stays and the temporary is
-/// deleted.
+/// deleted, and the thread's last error says why.
 [[nodiscard]] bool WriteFileAtomically(const std::wstring& path, std::string_view bytes);
 
 /// A shell folder of the user (a CSIDL_… number) without a trailing backslash; empty when there is none.

@@ -62,6 +62,12 @@ bool SaveSetting(std::wstring_view key, const std::wstring& valueText) {
   return WriteFileAtomically(GetSettingsPath(), UnitsAsBytes(changed));
 }
 
+std::wstring AutomaticLanguageNow() {
+  unsigned id = HostSession::Get().HostLanguageId();
+  if (id == 0) id = GetUserDefaultUILanguage();
+  return LanguageForId(id);
+}
+
 }  // namespace
 
 const std::wstring& GetSettingsPath() {
@@ -98,12 +104,11 @@ std::wstring GetUiLanguage() {
     return stored;
   }
   std::optional<std::wstring>& automatic = AutomaticLanguage();
-  if (!automatic) {
-    unsigned id = HostSession::Get().HostLanguageId();
-    if (id == 0) id = GetUserDefaultUILanguage();
-    automatic = LanguageForId(id);
-  }
-  return *automatic;
+  if (automatic) return *automatic;
+  std::wstring chosen = AutomaticLanguageNow();
+  // A host may ask for labels before it connects; what is guessed then must not outlive the moment.
+  if (HostSession::Get().Application() != nullptr) automatic = chosen;
+  return chosen;
 }
 
 void ForgetAutomaticLanguage() {

@@ -24,7 +24,8 @@ namespace qv {
 [[nodiscard]] bool LoadUiLang(std::wstring& code);
 [[nodiscard]] bool SaveUiLang(std::wstring_view code);
 
-/// The effective UI language: the stored one, else one chosen from the host's language once per process.
+/// The effective UI language: the stored one, else one chosen from the host's language once per process;
+/// while no host is connected, from the user's.
 [[nodiscard]] std::wstring GetUiLanguage();
 
 /// Forgets the automatic choice, so that the next `GetUiLanguage` decides anew.

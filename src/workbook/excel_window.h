@@ -36,7 +36,8 @@ struct ExcelWindow {
   [[nodiscard]] std::wstring WindowIdentity() const;
 };
 
-/// Whether a Window object's window has been closed. A host that is too busy to be asked has closed nothing.
+/// Whether a Window object's window has been closed: the object is gone, or has no caption. Another failure,
+/// such as a busy host's, is no sign of that. A null window is closed.
 [[nodiscard]] bool IsClosedWindow(IDispatch* window);
 
 /// Checks a pinned target before a long operation. A closed window is replaced by the active (or first live)

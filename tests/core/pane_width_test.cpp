@@ -253,6 +253,10 @@ TEST(PaneWidth, ShutdownSavesWhatTheUserLastHad) {
   EXPECT_EQ(ShutdownPaneWidth(settled.record, kUnreadable), std::nullopt);
   // The host's own width does not replace the one that is still being applied.
   EXPECT_EQ(ShutdownPaneWidth(StartPaneWidth(520), 300), 520);
+  // It does once that was given up.
+  Watch givenUp(520);
+  givenUp.Ticks(30, 300);
+  EXPECT_EQ(ShutdownPaneWidth(givenUp.record, 300), 300);
 }
 
 }  // namespace

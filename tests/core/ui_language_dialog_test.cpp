@@ -39,6 +39,11 @@ TEST(UiLanguages, AreOfferedInTheirOrderAndOwnScript) {
     EXPECT_EQ(UiLanguageRow(unknown), std::nullopt) << ToUtf8(unknown);
 }
 
+TEST(UiLanguages, AreReadFromRightToLeftInArabicAlone) {
+  for (const UiLanguage& language : UiLanguages())
+    EXPECT_EQ(IsRightToLeft(language.code), std::wstring_view(language.name) == L"العربية");
+}
+
 TEST(UiLanguages, AreToldToThePanels) {
   EXPECT_EQ(UiLangChangedMessage(L"zh-TW"), L"{\"action\":\"uiLangChanged\",\"uiLang\":\"zh-TW\"}");
 }

@@ -20,5 +20,19 @@ TEST(WelcomeValues, EveryHostHasItsOwnAndTheRestIsWord) {
     EXPECT_EQ(WelcomeValueOfHost(host), value) << std::wstring(host);
 }
 
+TEST(WelcomeValues, OnlyAUserWhoLooksAtTheHostIsAsked) {
+  constexpr HostWindowFacts kLooking{true, true, false, true, true, true};
+  EXPECT_TRUE(IsInFront(kLooking));
+  // One fact at a time speaks against it.
+  using Fact = bool HostWindowFacts::*;
+  for (const Fact fact : {&HostWindowFacts::isWindow, &HostWindowFacts::isVisible,
+                          &HostWindowFacts::isMinimised, &HostWindowFacts::hasForeground,
+                          &HostWindowFacts::sharesThread, &HostWindowFacts::isForegroundRoot}) {
+    HostWindowFacts facts = kLooking;
+    facts.*fact = !(facts.*fact);
+    EXPECT_FALSE(IsInFront(facts));
+  }
+}
+
 }  // namespace
 }  // namespace qv

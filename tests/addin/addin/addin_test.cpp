@@ -13,16 +13,8 @@ namespace qv {
 namespace {
 
 constexpr UINT kBoxTimerMs = 20;
-/// Id of the static control that holds a message box's text.
-constexpr int kBoxTextId = 0xFFFF;
 
 BoxAnswerer* g_answerer = nullptr;
-
-std::wstring WindowText(HWND window) {
-  std::array<wchar_t, 2048> text{};
-  const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
-  return {text.data(), static_cast<std::size_t>(length)};
-}
 
 /// The whole pane trace log as UTF-16.
 std::wstring ReadPaneLog() {
@@ -67,8 +59,9 @@ BOOL CALLBACK BoxAnswerer::Answer(HWND window, LPARAM) noexcept {
   if (g_answerer == nullptr || std::wstring_view(className.data()) != L"#32770" || !IsWindowVisible(window))
     return TRUE;
   ++g_answerer->count_;
-  g_answerer->title_ = WindowText(window);
-  g_answerer->text_ = WindowText(GetDlgItem(window, kBoxTextId));
+  g_answerer->last_ = devhost::ReadBox(window);
+  g_answerer->owner_ = GetWindow(window, GW_OWNER);
+  if (const auto inside = std::exchange(g_answerer->inside_, nullptr)) inside();
   // A box that lacks the wanted button has the other one.
   const int button = GetDlgItem(window, g_answerer->button_) != nullptr ? g_answerer->button_ : IDOK;
   SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(button), 0);

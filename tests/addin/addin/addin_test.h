@@ -4,13 +4,17 @@
 #include <ole2.h>
 #include <windows.h>
 
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "engines/memory/memory_engine.h"
 #include "foundation/variant.h"
 #include "host/development_host.h"
+#include "host/open_box.h"
 #include "panel/webview2_interfaces.h"
 
 namespace qv {
@@ -29,9 +33,15 @@ class BoxAnswerer {
   /// The button that is pressed from now on, IDOK at first.
   void AnswerWith(int button) { button_ = button; }
 
+  /// Runs once inside the next box's loop, before the box is answered.
+  void InsideTheNext(std::function<void()> body) { inside_ = std::move(body); }
+
   [[nodiscard]] int Count() const { return count_; }
-  [[nodiscard]] const std::wstring& Title() const { return title_; }
-  [[nodiscard]] const std::wstring& Text() const { return text_; }
+  [[nodiscard]] const std::wstring& Title() const { return last_.title; }
+  [[nodiscard]] const std::wstring& Text() const { return last_.text; }
+  [[nodiscard]] const std::vector<std::string>& Buttons() const { return last_.buttons; }
+  [[nodiscard]] const std::string& Icon() const { return last_.icon; }
+  [[nodiscard]] HWND Owner() const { return owner_; }
 
  private:
   static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) noexcept;
@@ -40,8 +50,9 @@ class BoxAnswerer {
   UINT_PTR timer_ = 0;
   int button_ = IDOK;
   int count_ = 0;
-  std::wstring title_;
-  std::wstring text_;
+  devhost::BoxContent last_;
+  HWND owner_ = nullptr;
+  std::function<void()> inside_;
 };
 
 /// The real DLL in a host with the in-memory spreadsheet. After each test the host ends, and nothing may be

@@ -5,12 +5,16 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <vector>
 
 #include "addin_test.h"
 #include "foundation/catalog.h"
 #include "foundation/text.h"
+#include "host/addin_library.h"
+#include "host/host_dispatch.h"
 #include "host/message_pump.h"
+#include "host/ribbon_objects.h"
 #include "other_program.h"
 
 namespace qv {
@@ -20,6 +24,8 @@ using devhost::PageItemKind;
 namespace fs = std::filesystem;
 
 constexpr wchar_t kDialogClass[] = L"QuorvantisUiLangDialog2";
+constexpr char kWithoutLanguage[] =
+    R"({"serviceHost": "127.0.0.1", "servicePort": 9, "serviceScheme": "http"})";
 constexpr int kEnglishRow = 2;
 constexpr int kGermanRow = 7;
 constexpr int kFrenchRow = 8;
@@ -190,7 +196,7 @@ TEST_F(LanguageDialog, StoresTheChoiceAndTellsRibbonAndPanels) {
 }
 
 TEST_F(LanguageDialog, ForgetsTheAutomaticChoice) {
-  SettingsFile::Write("{\"serviceHost\": \"127.0.0.1\", \"servicePort\": 9, \"serviceScheme\": \"http\"}");
+  SettingsFile::Write(kWithoutLanguage);
   LRESULT selected = 0;
   Choose({[&](HWND dialog) { selected = SendMessageW(List(dialog), LB_GETCURSEL, 0, 0); }, Select(kFrenchRow),
           Push(IDOK)});
@@ -199,6 +205,40 @@ TEST_F(LanguageDialog, ForgetsTheAutomaticChoice) {
   EXPECT_NE(SettingsFile::Text().find("\"uiLang\": \"fr\""), std::string::npos);
   Choose({[&](HWND dialog) { selected = SendMessageW(List(dialog), LB_GETCURSEL, 0, 0); }, Push(IDCANCEL)});
   EXPECT_EQ(selected, kFrenchRow);
+}
+
+/// Some hosts load the ribbon before they connect.
+TEST_F(LanguageDialog, IsNotSettledBeforeTheHostCanBeAsked) {
+  engine_.Host().uiLanguage = 1031;
+  devhost::AddinLibrary library(AddinPath(), calls_);
+  library.Register();
+  CLSID classId{};
+  ComPtr<IDTExtensibility2> addin;
+  ASSERT_EQ(CLSIDFromProgID(L"ExcelAddin.Connect", &classId), S_OK);
+  ASSERT_EQ(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&addin)), S_OK);
+  ComPtr<IRibbonExtensibility> callbacks;
+  ASSERT_EQ(addin.As(&callbacks), S_OK);
+  const auto label = [&] {
+    Variant control(MakeCom<devhost::RibbonControl>(L"btnSettings", L"", nullptr).Get());
+    DISPPARAMS params{&control.Get(), nullptr, 1, 0};
+    Variant text;
+    constexpr DISPID kGetLabel = 131;
+    EXPECT_EQ(callbacks->Invoke(kGetLabel, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params,
+                                text.Put(), nullptr, nullptr),
+              S_OK);
+    return text.Text();
+  };
+  ASSERT_NE(PRIMARYLANGID(GetUserDefaultUILanguage()), LANG_GERMAN);
+  EXPECT_EQ(label(), CatalogText(L"en", L"ribbon.btnSettings"));
+  SettingsFile::Write(kWithoutLanguage);
+  EXPECT_NE(label(), CatalogText(L"de", L"ribbon.btnSettings"));
+  EXPECT_EQ(addin->OnConnection(engine_.Application(), ext_cm_Startup, nullptr, nullptr), S_OK);
+  EXPECT_EQ(label(), CatalogText(L"de", L"ribbon.btnSettings"));
+  EXPECT_EQ(addin->OnDisconnection(ext_dm_HostShutdown, nullptr), S_OK);
+  callbacks.Reset();
+  addin.Reset();
+  EXPECT_TRUE(library.WaitUntilUnloadable(kTimeoutMs));
+  library.Unload();
 }
 
 TEST_F(LanguageDialog, ShowsTheCurrentLanguageAtFirst) {
@@ -257,6 +297,56 @@ TEST_F(LanguageDialog, IsUsedWithTheKeyboard) {
   EXPECT_EQ(invalidations_, 2);
 }
 
+/// A ribbon of a host whose objects answer by name only, at first perhaps too busily.
+class LateBoundRibbon final : public devhost::HostDispatch<IDispatch> {
+ public:
+  explicit LateBoundRibbon(HRESULT first) : first_(first) {}
+
+  [[nodiscard]] int Calls() const { return calls_; }
+
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                   UINT*) noexcept override {
+    if (id != kInvalidate || flags != DISPATCH_METHOD) return DISP_E_MEMBERNOTFOUND;
+    return ++calls_ == 1 ? first_ : S_OK;
+  }
+
+ protected:
+  std::span<const devhost::DispatchName> Names() const noexcept override {
+    static constexpr devhost::DispatchName kNames[] = {{L"Invalidate", kInvalidate}};
+    return kNames;
+  }
+
+ private:
+  static constexpr DISPID kInvalidate = 1;
+
+  HRESULT first_;
+  int calls_ = 0;
+};
+
+TEST_F(LanguageDialog, RefreshesARibbonThatAnswersByNameOnly) {
+  struct Case {
+    HRESULT first;
+    int calls;
+  };
+  int row = kGermanRow;
+  // A failure that time does not heal is not tried again.
+  for (const Case& c : {Case{S_OK, 1}, Case{E_FAIL, 1}, Case{RPC_E_CALL_REJECTED, 2}}) {
+    SCOPED_TRACE(c.first);
+    HostRibbon();
+    const auto ribbon = MakeCom<LateBoundRibbon>(c.first);
+    Variant argument(ribbon.Get());
+    DISPPARAMS params{&argument.Get(), nullptr, 1, 0};
+    constexpr DISPID kOnRibbonLoad = 130;
+    EXPECT_EQ(host_->Session().Addin()->Invoke(kOnRibbonLoad, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                                               &params, nullptr, nullptr, nullptr),
+              S_OK);
+    Choose({Select(row++), Push(IDOK)});
+    EXPECT_EQ(ribbon->Calls(), 1);
+    EXPECT_EQ(devhost::PumpUntil([&] { return ribbon->Calls() > 1; }, 2500), c.calls == 2);
+    EXPECT_EQ(invalidations_, 0);
+  }
+}
+
 TEST_F(LanguageDialog, StaysOpenWhenTheChoiceCannotBeStored) {
   const std::string before = SettingsFile::Text();
   // Where the new file would be written first.
@@ -308,6 +398,44 @@ TEST_F(LanguageDialog, ShowsEveryLanguageInItsOwnScript) {
   EXPECT_EQ(names.back(), L"العربية");
 }
 
+/// The pixels of a control, as it draws itself.
+std::vector<COLORREF> PixelsOf(HWND control) {
+  RECT area{};
+  GetClientRect(control, &area);
+  const HDC dc = CreateCompatibleDC(nullptr);
+  const HDC window = GetDC(control);
+  const HBITMAP bitmap = CreateCompatibleBitmap(window, area.right, area.bottom);
+  const HGDIOBJ before = SelectObject(dc, bitmap);
+  BitBlt(dc, 0, 0, area.right, area.bottom, window, 0, 0, SRCCOPY);
+  std::vector<COLORREF> pixels;
+  for (LONG y = 0; y < area.bottom; ++y) {
+    for (LONG x = 0; x < area.right; ++x)
+      pixels.push_back(GetPixel(dc, x, y));
+  }
+  SelectObject(dc, before);
+  DeleteObject(bitmap);
+  ReleaseDC(control, window);
+  DeleteDC(dc);
+  return pixels;
+}
+
+TEST_F(LanguageDialog, SpeaksToScreenReadersAndKeyboards) {
+  SettingsFile::WriteLanguage("pt");
+  Choose({[&](HWND dialog) {
+            // Screen readers call a list by the text before it.
+            const HWND name = GetWindow(List(dialog), GW_HWNDPREV);
+            EXPECT_EQ(TextOf(name), L"Display language");
+            // With nothing selected the row where the keys start still shows.
+            EXPECT_EQ(SendMessageW(List(dialog), LB_GETCURSEL, 0, 0), LB_ERR);
+            UpdateWindow(List(dialog));
+            const auto focused = PixelsOf(List(dialog));
+            SetFocus(GetDlgItem(dialog, IDOK));
+            UpdateWindow(List(dialog));
+            EXPECT_NE(PixelsOf(List(dialog)), focused);
+          },
+          Push(IDCANCEL)});
+}
+
 LOGFONTW FontOf(HWND control) {
   LOGFONTW font{};
   GetObjectW(reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)), sizeof(font), &font);
@@ -347,6 +475,20 @@ TEST_F(LanguageDialog, ScalesWithItsScreen) {
           Push(IDCANCEL)});
 }
 
+TEST_F(LanguageDialog, FollowsTheSystemToAnotherScreen) {
+  Choose({[](HWND dialog) {
+            RECT wanted{37, 41, 1000, 900};
+            SendMessageW(dialog, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&wanted));
+            RECT area{};
+            GetWindowRect(dialog, &area);
+            EXPECT_EQ(area.left, 37);
+            EXPECT_EQ(area.top, 41);
+            EXPECT_EQ(area.right - area.left, 630);
+            EXPECT_EQ(FontOf(List(dialog)).lfHeight, -21);
+          },
+          Push(IDCANCEL)});
+}
+
 TEST(LanguageDialogElsewhere, ScalesWithItsScreen) {
   for (const int dpi : {96, 144, 192})
     EXPECT_TRUE(PassesElsewhere(L"qv_addin_tests.exe", dpi, L"LanguageDialog.ScalesWithItsScreen"));
@@ -369,6 +511,13 @@ TEST_F(LanguageDialog, TakesTheInputOfItsOwnerAndGivesItBack) {
   EXPECT_EQ(GetFocus(), edit);
 }
 
+TEST_F(LanguageDialog, BelongsToTheActiveWindowOfAHostThatNamesNone) {
+  HostRibbon();
+  engine_.Host().givenHwnd = 0x7FF2;
+  SetActiveWindow(owner_);
+  Choose({[&](HWND dialog) { EXPECT_EQ(GetWindow(dialog, GW_OWNER), owner_); }, Push(IDCANCEL)});
+}
+
 TEST_F(LanguageDialog, LeavesAnOwnerDisabledThatWasSo) {
   EnableWindow(owner_, FALSE);
   HostRibbon();
@@ -377,6 +526,99 @@ TEST_F(LanguageDialog, LeavesAnOwnerDisabledThatWasSo) {
     PressSettings();
   }
   EXPECT_FALSE(IsWindowEnabled(owner_));
+}
+
+/// A top-level window of this thread, as another document of the host has one.
+class OtherWindow {
+ public:
+  explicit OtherWindow(DWORD style)
+      : window_(CreateWindowExW(0, L"Static", L"", WS_OVERLAPPEDWINDOW | style, 200, 90, 300, 200, nullptr,
+                                nullptr, nullptr, nullptr)) {}
+  OtherWindow(const OtherWindow&) = delete;
+  OtherWindow& operator=(const OtherWindow&) = delete;
+  ~OtherWindow() { DestroyWindow(window_); }
+
+  [[nodiscard]] HWND Get() const { return window_; }
+
+ private:
+  HWND window_;
+};
+
+TEST_F(LanguageDialog, TakesTheInputOfTheOtherDocumentsToo) {
+  const OtherWindow visible(WS_VISIBLE);
+  const OtherWindow hidden(0);
+  const OtherWindow disabled(WS_VISIBLE | WS_DISABLED);
+  Choose({[&](HWND dialog) {
+            EXPECT_FALSE(IsWindowEnabled(visible.Get()));
+            EXPECT_TRUE(IsWindowEnabled(hidden.Get()));
+            EXPECT_FALSE(IsWindowEnabled(disabled.Get()));
+            EXPECT_TRUE(IsWindowEnabled(dialog));
+          },
+          Push(IDCANCEL)});
+  EXPECT_TRUE(IsWindowEnabled(visible.Get()));
+  EXPECT_FALSE(IsWindowEnabled(disabled.Get()));
+}
+
+TEST_F(LanguageDialog, LeavesTheFocusWhereTheUserWentMeanwhile) {
+  SetFocus(owner_);
+  std::unique_ptr<OtherWindow> other;
+  Choose({[&](HWND dialog) {
+    // Made after the dialog, as a program's own message is.
+    other = std::make_unique<OtherWindow>(WS_VISIBLE);
+    SetActiveWindow(other->Get());
+    PostMessageW(dialog, WM_CLOSE, 0, 0);
+  }});
+  EXPECT_EQ(GetActiveWindow(), other->Get());
+}
+
+TEST_F(LanguageDialog, ComesBackWithItsMinimisedOwner) {
+  Choose({[&](HWND dialog) {
+            ShowWindow(owner_, SW_MINIMIZE);
+            PressSettings();
+            EXPECT_FALSE(IsIconic(owner_));
+            EXPECT_TRUE(IsWindowVisible(dialog));
+            EXPECT_EQ(GetActiveWindow(), dialog);
+          },
+          Push(IDCANCEL)});
+}
+
+/// The next window of a class cannot be made while this lives.
+class RefusedWindow {
+ public:
+  explicit RefusedWindow(const wchar_t* className) {
+    g_refused = className;
+    hook_ = SetWindowsHookExW(WH_CBT, &RefusedWindow::OnEvent, nullptr, GetCurrentThreadId());
+  }
+  RefusedWindow(const RefusedWindow&) = delete;
+  RefusedWindow& operator=(const RefusedWindow&) = delete;
+  ~RefusedWindow() { UnhookWindowsHookEx(hook_); }
+
+ private:
+  static LRESULT CALLBACK OnEvent(int code, WPARAM window, LPARAM lparam) noexcept {
+    std::array<wchar_t, 64> name{};
+    GetClassNameW(reinterpret_cast<HWND>(window), name.data(), static_cast<int>(name.size()));
+    if (code == HCBT_CREATEWND && _wcsicmp(name.data(), g_refused) == 0) return 1;
+    return CallNextHookEx(nullptr, code, window, lparam);
+  }
+
+  static inline const wchar_t* g_refused = nullptr;
+
+  HHOOK hook_;
+};
+
+TEST_F(LanguageDialog, DoesNotOpenWithoutItsControls) {
+  HostRibbon();
+  for (const wchar_t* control : {L"LISTBOX", L"BUTTON", L"STATIC"}) {
+    SCOPED_TRACE(ToUtf8(control));
+    const std::size_t before = Log().size();
+    const RefusedWindow refused(control);
+    const DialogUser nobody({});
+    PressSettings();
+    EXPECT_EQ(FindWindowW(kDialogClass, nullptr), nullptr);
+    EXPECT_NE(Log().find("Excel UiLangDialog failed error=", before), std::string::npos);
+    EXPECT_TRUE(IsWindowEnabled(owner_));
+  }
+  Choose({Push(IDCANCEL)});
 }
 
 TEST_F(LanguageDialog, EndsWithItsOwner) {

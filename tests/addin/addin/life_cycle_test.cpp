@@ -1,9 +1,11 @@
 #include "addin/office_interfaces.h"
 #include "addin_test.h"
+#include "analytics_service.h"
 #include "foundation/text.h"
 #include "host/addin_library.h"
 #include "host/addin_session.h"
 #include "host/task_pane_factory.h"
+#include "other_program.h"
 
 namespace qv {
 namespace {
@@ -82,6 +84,37 @@ TEST_F(LifeCycle, ToleratesEveryOrderOfCalls) {
     EXPECT_EQ(first->OnDisconnection(ext_dm_UserClosed, nullptr), S_OK);
     EXPECT_EQ(second->OnDisconnection(ext_dm_UserClosed, nullptr), S_OK);
   }
+}
+
+constexpr wchar_t kFreshProcess[] = L"qv_announcement.exe";
+
+TEST(LifeCycleElsewhere, AnnouncesTheAddInOnce) {
+  EXPECT_TRUE(PassesElsewhere(kFreshProcess, 96, L"LifeCycle.AnnouncesTheAddInOnce"));
+}
+
+TEST_F(LifeCycle, AnnouncesTheAddInOnce) {
+  if (GetModuleHandleW(kFreshProcess) == nullptr) GTEST_SKIP() << "this process has announced it before";
+  AnalyticsService service(3);
+  const auto first = Create();
+  const auto second = Create();
+  for (const auto& addin : {first, second}) {
+    EXPECT_EQ(addin->OnConnection(engine_.Application(), ext_cm_Startup, nullptr, nullptr), S_OK);
+    EXPECT_EQ(addin->OnDisconnection(ext_dm_UserClosed, nullptr), S_OK);
+    EXPECT_EQ(service.Events(1).size(), 1U);
+  }
+  EXPECT_EQ(second->OnConnection(engine_.Application(), ext_cm_AfterStartup, nullptr, nullptr), S_OK);
+  // Something else to wait for, behind which a second announcement would not be.
+  constexpr DISPID kSupport = 109;
+  DISPPARAMS none{};
+  EXPECT_EQ(second->Invoke(kSupport, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none, nullptr, nullptr,
+                           nullptr),
+            S_OK);
+  const std::vector<std::string> events = service.Events(2);
+  ASSERT_EQ(events.size(), 2U);
+  EXPECT_TRUE(InOrder(events[0], {"POST /v1/analytics/events", "{\"events\":[{\"event\":\"addin:loaded\"",
+                                  "\"props\":{\"source\":\"client\"}}]}"}));
+  EXPECT_NE(events[1].find("\"support:entry_click\""), std::string::npos) << events[1];
+  EXPECT_EQ(second->OnDisconnection(ext_dm_HostShutdown, nullptr), S_OK);
 }
 
 TEST_F(LifeCycle, TakesThePaneFactoryBeforeTheConnection) {

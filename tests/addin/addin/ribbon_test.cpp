@@ -6,15 +6,13 @@
 #include <set>
 #include <vector>
 
-#include "../foundation/loopback_server.h"
 #include "addin_test.h"
+#include "analytics_service.h"
 #include "foundation/text.h"
 #include "foundation/unique_handle.h"
-#include "host/command_line.h"
 #include "host/message_pump.h"
 #include "host/ribbon_description.h"
 #include "host/ribbon_objects.h"
-#include "host/settings_file.h"
 #include "other_program.h"
 
 namespace qv {
@@ -219,6 +217,31 @@ TEST_F(Ribbon, FindsWhatTheTypeLibraryHoldsInAnyCase) {
   EXPECT_NE(Log().find("Excel GetIDsOfNames NoSuchCallback -> -1\r\n"), std::string::npos);
 }
 
+TEST_F(Ribbon, FindsACallbackTogetherWithItsArgument) {
+  std::wstring name = L"GlossaryClicked";
+  std::wstring argument = L"ribbonControl";
+  LPOLESTR names[] = {name.data(), argument.data()};
+  DISPID ids[] = {7, 7};
+  EXPECT_EQ(Callbacks()->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids), S_OK);
+  EXPECT_EQ(ids[0], 102);
+  EXPECT_EQ(ids[1], 0);
+}
+
+TEST_F(Ribbon, KnowsACallbackWhoseArgumentItDoesNotKnow) {
+  for (const wchar_t* callback : {L"TranslateFullDocClicked", L"GetLabel"}) {
+    std::wstring name = callback;
+    std::wstring argument = L"noSuchArgument";
+    LPOLESTR names[] = {name.data(), argument.data(), argument.data()};
+    DISPID ids[] = {7, 7, 7};
+    EXPECT_EQ(Callbacks()->GetIDsOfNames(IID_NULL, names, 3, LOCALE_USER_DEFAULT, ids), DISP_E_UNKNOWNNAME);
+    DISPID alone = 0;
+    EXPECT_EQ(Find(callback, alone), S_OK);
+    EXPECT_EQ(ids[0], alone);
+    EXPECT_EQ(ids[1], DISPID_UNKNOWN);
+    EXPECT_EQ(ids[2], DISPID_UNKNOWN);
+  }
+}
+
 TEST_F(Ribbon, NamesEveryControl) {
   for (const Button& button : Buttons()) {
     const std::string label = AskText(L"GetLabel", button.id);
@@ -421,22 +444,13 @@ TEST_F(Ribbon, OpensThePageOfTheButton) {
 }
 
 TEST_F(Ribbon, CountsPressesOfTheSupportButton) {
-  const std::string reply = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
-  LoopbackServer service({reply, reply});
-  devhost::WriteServiceAddress({"http", "127.0.0.1", service.Endpoint().port});
+  AnalyticsService service(2);
   engine_.AddWorkbook(L"Book.xlsx");
   Press(L"AccountClicked");
   Press(L"SupportClicked");
-  // The first connection of a process is counted as well.
-  std::string requests;
-  for (const std::size_t count : {1U, 2U}) {
-    if (requests.find("support:entry_click") != std::string::npos) break;
-    for (const std::string& request : service.WaitForRequests(count))
-      requests += request + "\n";
-  }
-  EXPECT_TRUE(
-      InOrder(requests, {"POST /v1/analytics/events", "{\"events\":[{\"event\":\"support:entry_click\"",
-                         "\"props\":{\"source\":\"ribbon\"}}]}"}));
+  EXPECT_TRUE(InOrder(service.Find("support:entry_click"),
+                      {"POST /v1/analytics/events", "{\"events\":[{\"event\":\"support:entry_click\"",
+                       "\"props\":{\"source\":\"ribbon\"}}]}"}));
 }
 
 TEST_F(Ribbon, OnlyLogsTheBlankRowsButton) {

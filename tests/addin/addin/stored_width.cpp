@@ -13,19 +13,19 @@ namespace {
 
 constexpr char kKey[] = "paneWidthPt";
 
-std::filesystem::path SettingsFile() {
-  std::array<wchar_t, MAX_PATH> folder{};
-  SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA, nullptr, 0, folder.data());
-  return std::filesystem::path(folder.data()) / "Quorvantis" / "config.json";
-}
-
 nlohmann::ordered_json Read() {
-  std::ifstream file(SettingsFile(), std::ios::binary);
+  std::ifstream file(StoredWidth::SettingsFile(), std::ios::binary);
   auto settings = nlohmann::ordered_json::parse(file, nullptr, false);
   return settings.is_object() ? settings : nlohmann::ordered_json::object();
 }
 
 }  // namespace
+
+std::filesystem::path StoredWidth::SettingsFile() {
+  std::array<wchar_t, MAX_PATH> folder{};
+  SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA, nullptr, 0, folder.data());
+  return std::filesystem::path(folder.data()) / "Quorvantis" / "config.json";
+}
 
 void StoredWidth::Set(std::optional<int> points) {
   auto settings = Read();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 
 namespace qv {
@@ -12,6 +13,7 @@ class StoredWidth {
   StoredWidth& operator=(const StoredWidth&) = delete;
   ~StoredWidth() { Set(std::nullopt); }
 
+  [[nodiscard]] static std::filesystem::path SettingsFile();
   static void Set(std::optional<int> points);
   [[nodiscard]] static std::optional<int> Get();
 };

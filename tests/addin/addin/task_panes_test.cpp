@@ -1,8 +1,13 @@
+#include <filesystem>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "addin_test.h"
 #include "foundation/text.h"
+#include "foundation/unique_handle.h"
+#include "host/host_dispatch.h"
 #include "host/message_pump.h"
 #include "stored_width.h"
 #include "workbook/doc_key.h"
@@ -193,13 +198,28 @@ TEST_F(TaskPanes, GoWithTheirWindow) {
   EXPECT_EQ(OpenPanes(), 1U);
 }
 
-TEST_F(TaskPanes, StayWhileTheHostIsTooBusyToBeAsked) {
-  PressAndLoad(kWholeSheet);
-  engine_.AddWorkbook(L"two.xlsx");
-  engine_.Fault({{"busy", 1000}, {"member", "Window.Caption"}});
-  const std::string log = Press(kWholeSheet);
-  EXPECT_EQ(log.find("prune"), std::string::npos) << log;
-  EXPECT_EQ(OpenPanes(), 2U);
+TEST_F(TaskPanes, StayUnlessTheirWindowIsSurelyGone) {
+  struct Case {
+    const char* what;
+    nlohmann::json fault;
+    bool stays;
+  };
+  const Case cases[] = {
+      {"busy", {{"busy", 1000}, {"member", "Window.Caption"}}, true},
+      {"refused", {{"fail", "Window.Caption"}, {"code", "0x800A03EC"}}, true},
+      {"not supported", {{"missing", "Window.Caption"}}, true},
+      {"disconnected", {{"fail", "Window.Caption"}, {"code", "0x80010108"}}, false},
+      {"closed, as Excel says it", {{"fail", "Window.Caption"}, {"code", "0x800401A8"}}, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    Press(kWholeSheet);
+    engine_.AddWorkbook(L"two.xlsx");
+    engine_.Fault(c.fault);
+    EXPECT_EQ(Press(kWholeSheet).find("reason=window_gone") == std::string::npos, c.stays);
+    engine_.Fault({{"clear", true}});
+    engine_.CloseWorkbook(engine_.Host().ActiveWorkbook());
+  }
 }
 
 TEST_F(TaskPanes, AreMadeAnewWhenTheHostTookThemAway) {
@@ -223,6 +243,8 @@ TEST_F(TaskPanes, TellWhatStandsInTheWay) {
   host_->Factory().SetOutcomes(E_INVALIDARG, 0x8004000AL);
   EXPECT_TRUE(InOrder(Press(kWholeSheet), {"retry vtMissing", "Excel CreateCTP failed hr=0x8004000A\r\n"}));
   EXPECT_EQ(boxes_.Count(), 1);
+  EXPECT_EQ(boxes_.Title(), L"AI Assistant");
+  EXPECT_EQ(boxes_.Icon(), "warning");
   EXPECT_TRUE(Contains(boxes_.Text(), L"0x8004000A")) << ToUtf8(boxes_.Text());
   host_->Factory().SetOutcomes(S_OK, S_OK);
 
@@ -246,6 +268,66 @@ TEST_F(TaskPanes, TellWhatStandsInTheWay) {
   EXPECT_EQ(Press(kWholeSheet).find("page="), std::string::npos);
   EXPECT_EQ(boxes_.Count(), 4);
   EXPECT_TRUE(Contains(boxes_.Text(), L"not ready")) << ToUtf8(boxes_.Text());
+}
+
+TEST_F(TaskPanes, AreMadeInAnotherWindowWhileABoxIsOpen) {
+  const auto second = engine_.AddWorkbook(L"two.xlsx");
+  engine_.ActivateWindow(book_->windows.front());
+  host_->Factory().SetOutcomes(E_FAIL, E_FAIL);
+  boxes_.InsideTheNext([&] {
+    host_->Factory().SetOutcomes(S_OK, S_OK);
+    engine_.ActivateWindow(second->windows.front());
+    EXPECT_NE(Press(kWholeSheet).find("Excel CreateCTP OK pane="), std::string::npos);
+  });
+  Press(kWholeSheet);
+  EXPECT_EQ(boxes_.Count(), 1);
+  EXPECT_EQ(OpenPanes(), 1U);
+}
+
+/// A host's factory that runs something of the user's while it makes a pane.
+class BusyFactory final : public devhost::HostDispatch<ICTPFactory> {
+ public:
+  BusyFactory(ICTPFactory* factory, std::function<void()> meanwhile)
+      : factory_(factory), meanwhile_(std::move(meanwhile)) {}
+
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                   UINT*) noexcept override {
+    return DISP_E_MEMBERNOTFOUND;
+  }
+  HRESULT STDMETHODCALLTYPE CreateCTP(BSTR axId, BSTR title, VARIANT window,
+                                      _CustomTaskPane** pane) noexcept override {
+    if (const auto meanwhile = std::exchange(meanwhile_, nullptr)) meanwhile();
+    return factory_->CreateCTP(axId, title, window, pane);
+  }
+
+ private:
+  ComPtr<ICTPFactory> factory_;
+  std::function<void()> meanwhile_;
+};
+
+TEST_F(TaskPanes, AreMadeOnceForAPressFromInsideTheirMaking) {
+  ComPtr<ICustomTaskPaneConsumer> consumer;
+  ASSERT_EQ(host_->Session().Addin()->QueryInterface(IID_PPV_ARGS(&consumer)), S_OK);
+  bool pressed = false;
+  const auto factory = MakeCom<BusyFactory>(&host_->Factory(), [&] {
+    EXPECT_EQ(Press(kSelection).find("CreateCTP"), std::string::npos);
+    pressed = true;
+  });
+  EXPECT_EQ(consumer->CTPFactoryAvailable(factory.Get()), S_OK);
+  Press(kWholeSheet);
+  EXPECT_TRUE(pressed);
+  EXPECT_EQ(OpenPanes(), 1U);
+  EXPECT_EQ(boxes_.Count(), 0);
+  EXPECT_EQ(consumer->CTPFactoryAvailable(&host_->Factory()), S_OK);
+}
+
+TEST_F(TaskPanes, SayWhenTheHostWillNotShowThem) {
+  PressAndLoad(kWholeSheet);
+  NewestTaskPane().RefuseToShow();
+  const std::string log = Press(kAccount);
+  EXPECT_EQ(log.find("Excel ShowPanePage page="), std::string::npos);
+  EXPECT_EQ(boxes_.Count(), 1);
+  EXPECT_EQ(boxes_.Text(), L"Excel is not ready. Restart Excel and try again.");
 }
 
 TEST_F(TaskPanes, GetTheirPageOnceTheHostHandsOutTheControl) {
@@ -280,6 +362,46 @@ TEST_F(TaskPanes, RememberTheWidthThatTheUserGivesThem) {
   EXPECT_NE(Press(kWholeSheet).find("PaneWidth initial from live pane pt=560\r\n"), std::string::npos);
 }
 
+/// A running program, in place of a file: it can neither be written nor deleted, each for its own reason.
+class RunningImage {
+ public:
+  explicit RunningImage(const std::filesystem::path& path) : path_(path) {
+    const std::filesystem::path folder = std::filesystem::path(AddinPath()).parent_path();
+    std::filesystem::copy_file(folder / "WebView2Loader.dll", path_);
+    image_.Reset(LoadLibraryExW(path_.c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES));
+  }
+  RunningImage(const RunningImage&) = delete;
+  RunningImage& operator=(const RunningImage&) = delete;
+  ~RunningImage() {
+    image_.Reset();
+    std::filesystem::remove(path_);
+  }
+
+  /// Why it cannot be written, and why it cannot be deleted.
+  [[nodiscard]] std::pair<DWORD, DWORD> Refusals() const {
+    const UniqueFile file(CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    const DWORD write = file ? ERROR_SUCCESS : GetLastError();
+    return {write, DeleteFileW(path_.c_str()) ? ERROR_SUCCESS : GetLastError()};
+  }
+
+ private:
+  std::filesystem::path path_;
+  UniqueModule image_;
+};
+
+TEST_F(TaskPanes, SayWhyTheirWidthCouldNotBeStored) {
+  Press(kWholeSheet);
+  ASSERT_TRUE(WaitForLog("PaneWidth reapply done at 520"));
+  // Where the new file would be written first.
+  const RunningImage blocked(StoredWidth::SettingsFile().native() + L".tmp");
+  const auto [write, remove] = blocked.Refusals();
+  ASSERT_NE(write, ERROR_SUCCESS);
+  ASSERT_NE(write, remove);
+  Drag(560);
+  ASSERT_TRUE(WaitForLog("PaneWidth save pt=560 ok=0 err=" + std::to_string(write) + " file=")) << Log();
+  EXPECT_EQ(StoredWidth::Get(), std::nullopt);
+}
+
 TEST_F(TaskPanes, SaveTheirWidthWhenTheHostEnds) {
   Press(kWholeSheet);
   ASSERT_TRUE(WaitForLog("PaneWidth reapply done at 520"));
@@ -292,6 +414,22 @@ TEST_F(TaskPanes, SaveTheirWidthWhenTheHostEnds) {
   EXPECT_NE(line, std::string::npos);
   EXPECT_EQ(log.find("shutdown-save", line + 20), std::string::npos) << "saved twice";
   EXPECT_EQ(log.find("prune"), std::string::npos);
+}
+
+TEST_F(TaskPanes, SaveTheWidthThatTheUserSeesBeforeThatOfAHiddenPane) {
+  Press(kWholeSheet);
+  const auto first = pane_;
+  ASSERT_TRUE(WaitForLog("PaneWidth reapply done at 520"));
+  Drag(560);
+  engine_.AddWorkbook(L"two.xlsx");
+  Press(kWholeSheet);
+  const std::size_t before = Log().size();
+  ASSERT_TRUE(devhost::PumpUntil(
+      [&] { return Log().find("reapply done at 560", before) != std::string::npos; }, kTimeoutMs));
+  Drag(600);
+  pane_.frame->SetVisible(false);
+  EXPECT_EQ(host_->Session().Addin()->OnBeginShutdown(nullptr), S_OK);
+  EXPECT_EQ(StoredWidth::Get(), 560);
 }
 
 TEST_F(TaskPanes, FillTheirFrameAgainAtEveryTick) {
