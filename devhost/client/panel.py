@@ -75,6 +75,11 @@ class Panel:
         self.wait_for(f"{on_page} && document.readyState === 'complete' && "
                       "!document.documentElement.hasAttribute('data-loading')", timeout=20.0)
 
+    def reload(self):
+        self.value("window.isOld = true, setTimeout(() => location.reload()), 0")
+        self.wait_for("!window.isOld")
+        self.wait_for_page()
+
     def click(self, selector):
         """Clicks an element as soon as it can be seen and nothing covers it."""
         wait_until(self.host, lambda: self.do("click", selector=selector), f"a click on {selector}")

@@ -2,7 +2,8 @@
 
 import json
 
-from panel_driver import FORM_READY, press, sentences
+from panel import FORM_READY, press
+from panel_driver import sentences
 
 GERMAN = 8  # row of the list
 

@@ -1,6 +1,7 @@
 """Signing in and translating by clicks, in Excel and in WPS."""
 
-from panel_driver import column, open_signed_in, press, sentences, translate_requests, translated
+from panel import press
+from panel_driver import column, open_signed_in, sentences, translate_requests, translated
 
 
 def test_a_new_user_signs_in_and_translates_the_sheet(start_window, echo_service, make_book):

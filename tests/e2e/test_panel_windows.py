@@ -1,6 +1,12 @@
 """Several document windows, each with a pane of its own."""
 
-from panel_driver import TWO_BATCHES, column, open_signed_in, sentences, slow_down, translate_requests, translated
+from panel_driver import TWO_BATCHES, column, open_signed_in, sentences, slow_down, translate_entries, translated
+
+
+def time_of_requests(service, topic):
+    """When the first request about the topic began and the last one ended."""
+    entries = [entry for entry in translate_entries(service) if topic in entry["body"]["texts"][0]]
+    return entries[0]["startMs"], entries[-1]["endMs"]
 
 
 def test_two_workbooks_are_translated_at_once_each_with_its_own_texts(start_window, echo_service, make_book):
@@ -11,14 +17,13 @@ def test_two_workbooks_are_translated_at_once_each_with_its_own_texts(start_wind
     host.do("window", open=str(second))
     panels.append(open_signed_in(host))
     assert [panel.pane for panel in panels] == [1, 2]
-    # Both runs are still busy with their second batch when the other one begins.
     slow_down(echo_service, *(texts[20] for texts in topics.values()))
     for panel in panels:
         panel.start()
-        panel.wait_for_count(20)
-    assert [panel.phase() for panel in panels] == ["translating"] * 2
     for panel in panels:
         panel.wait_for_phase("done")
+    garden, harbour = (time_of_requests(echo_service, topic) for topic in ("garden", "harbour"))
+    assert garden[0] < harbour[1] and harbour[0] < garden[1], "one run has waited for the other"
     for number, texts in zip((1, 2), topics.values()):
         host.do("window", activate=number)
         assert column(host, TWO_BATCHES) == [translated(text) for text in texts]
@@ -33,13 +38,12 @@ def test_a_second_window_of_a_workbook_is_refused_while_the_first_translates(sta
     second = open_signed_in(host)
     slow_down(echo_service, texts[20])
     first.start()
-    first.wait_for_count(20)
+    first.wait_for_phase("translating")
     second.start()
     second.wait_for_phase("failed", timeout=5)
     assert second.text("error-text") == ("Another window is translating this workbook. Wait until it has finished, then "
                                          "try again.")
-    assert first.phase() == "translating"
     first.wait_for_phase("done")
     assert column(host, TWO_BATCHES) == [translated(text) for text in texts]
-    assert len(translate_requests(echo_service)) == 2
+    assert len(translate_entries(echo_service)) == 2
     host.quit()
