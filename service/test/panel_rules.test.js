@@ -15,8 +15,8 @@ function runAfter(...steps) {
   return steps.reduce((run, [step, message], index) => advance(run, step, message, 1000 * (index + 1)), noRun());
 }
 const STARTED = [
-  ['startPosted', { allSheets: false, sheet: '' }],
-  ['runStarted', { runId: 3 }],
+  ['startPosted', { allSheets: false, startedBy: 'ada', sheet: '' }],
+  ['runStarted', { runId: 3, startedBy: 'eve' }],
 ];
 const READY = [...STARTED, ['ready', { runId: 3, total: 10, translatable: 4 }]];
 const progress = (wordIndex, skipped = false, runId = 3) => [
@@ -27,6 +27,7 @@ const progress = (wordIndex, skipped = false, runId = 3) => [
 test('a run goes from start to completion and counts on the way', () => {
   assert.equal(runAfter(STARTED[0]).phase, 'starting');
   assert.equal(runAfter(...STARTED).phase, 'scanning');
+  assert.equal(runAfter(...STARTED).startedBy, 'ada');
   const half = runAfter(...READY, progress(0), progress(1, true));
   assert.deepEqual([half.phase, half.done, half.skipped, partDone(half)], ['translating', 2, 1, 0.5]);
   const done = advance(half, 'completed', { runId: 3, total: 10, elapsed: 83000, allSheets: false }, 9000);

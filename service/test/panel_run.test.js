@@ -188,11 +188,32 @@ test('every error code is explained, with the remedy that fits', async () => {
 
 test('an expired sign-in leads to the sign-in page', async () => {
   const view = await openForm();
+  await view.id('start').click();
   await view.run('onError({code:"unauthorized",message:"登录已失效，请重新登录"})');
   assert.ok(await view.id('start').isDisabled());
   await view.id('error-sign-in').click();
   await view.page.waitForURL(/login\.html/);
   await view.close();
+});
+
+test('a run that failed for an old token leaves the one of a later sign-in alone', async () => {
+  const view = await openForm();
+  await view.run(`${runScript(1, 1)};onError({code:"unauthorized",message:"m",runId:1})`);
+  const failed = await view.run('quorvantisExportState()');
+  assert.equal(failed.run.error.code, 'unauthorized');
+  const fresh = await openForm();
+  await fresh.run(`quorvantisImportState(${JSON.stringify(failed)})`);
+  assert.equal(await fresh.text('error-text'), english['error.unauthorized']);
+  assert.ok(await fresh.id('start').isEnabled());
+
+  await fresh.run(runScript(2, 1));
+  await fresh.run(`localStorage.setItem('quorvantis.session', '{"token":"dev-grace","signedOut":false}')`);
+  await fresh.run(`dispatchEvent(new StorageEvent('storage', { key: 'quorvantis.session' }))`);
+  await fresh.run('onError({code:"unauthorized",message:"m",runId:2})');
+  assert.ok(await fresh.id('start').isEnabled());
+  assert.ok((await fresh.posted()).every(({ action }) => action !== 'clearAccessToken'));
+  await view.close();
+  await fresh.close();
 });
 
 test('after a network error the next try goes through the page', async () => {

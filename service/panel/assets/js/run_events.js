@@ -3,9 +3,15 @@ import { paneKey } from './address.js';
 import { onEvents, onMessages } from './bridge.js';
 import { sayNoMore } from './page.js';
 import { advance, isBusy, noRun, readRun } from './run_state.js';
+import { dropToken, token } from './session.js';
 import { load, save } from './storage.js';
 
 const NAME = 'run';
+const VIA_PAGE = 'viaPage';
+/** Enough of a token to tell two apart, too little to be one. */
+const MARK_LENGTH = 4;
+const markOf = (text) => text.slice(-MARK_LENGTH);
+
 /** The page of the workspace window, or of the pane: it shows the same run, and nothing tells it of a pause. */
 const twin = new BroadcastChannel(`quorvantis ${paneKey}`);
 
@@ -30,8 +36,11 @@ export function pausePosted() {
 
 /** @param {{allSheets: boolean}} start that the page has just posted */
 export function runPosted({ allSheets }) {
-  step('startPosted', { allSheets, sheet: activeSheet });
+  step('startPosted', { allSheets, startedBy: markOf(token()), sheet: activeSheet });
 }
+
+/** @returns {boolean} whether the page shall perform the requests of the next run */
+export const goesThroughPage = () => load(sessionStorage, VIA_PAGE) === true;
 
 /** @param {any} value a run from another page; anything else is ignored */
 export function takeRun(value) {
@@ -51,14 +60,18 @@ export function openRunEvents(onChanged) {
   onEvents({
     onRunStarted: (message) => {
       resumeKept(message);
-      step('runStarted', message);
+      step('runStarted', { ...message, startedBy: markOf(token()) });
     },
     onScanProgress: (message) => step('scanned', message),
     onReady: (message) => step('ready', message),
     onProgress: (message) => step('progressed', message),
     onComplete: (message) => step('completed', message),
     onCancelled: () => step('cancelled'),
-    onError: (message) => step('failed', message),
+    onError: (message) => {
+      const before = run;
+      step('failed', message);
+      if (run !== before) learnFrom(run);
+    },
     onExcelTranslateResumed: () => step('resumePosted'),
     onExcelTranslateResumeBlocked: (message) => step('resumeRefused', message),
     onExcelTranslateSheetChanged: (message) => step('sheetChanged', message),
@@ -79,6 +92,14 @@ export function openRunEvents(onChanged) {
     if (data.pausedRun === run.runId) step('pausePosted');
   };
   addEventListener('pagehide', () => save(sessionStorage, NAME, isBusy(run) ? run : null));
+}
+
+/** What the next run needs to know of a failure; a failed run that was only taken over teaches nothing. */
+function learnFrom({ error, startedBy }) {
+  // The add-in's own requests pass by the proxies that the browser knows.
+  if (error?.code === 'network_error') save(sessionStorage, VIA_PAGE, true);
+  // Somebody else may have signed in since the run began.
+  if (error?.code === 'unauthorized' && token() && markOf(token()) === startedBy) dropToken();
 }
 
 /** After a reload the add-in tells of the run that goes on; the counts until then were kept. */

@@ -8,6 +8,7 @@
  * @property {'idle'|'starting'|'scanning'|'translating'|'paused'|'done'|'failed'|'cancelled'} phase
  * @property {number} runId of this run, or of the one before until the add-in has told it
  * @property {boolean} allSheets
+ * @property {string} startedBy mark of the token that it was started with, empty while unknown
  * @property {{current: number, total: number} | null} scan rows of the range being read
  * @property {number} cells that were read
  * @property {number} units texts to translate
@@ -28,6 +29,7 @@ export function noRun() {
     phase: 'idle',
     runId: 0,
     allSheets: false,
+    startedBy: '',
     scan: null,
     cells: 0,
     units: 0,
@@ -63,18 +65,19 @@ const isStale = (run, { runId }) =>
 
 const STEPS = {
   /** The user has pressed Start; the add-in has not answered yet. */
-  startPosted: (run, { allSheets, sheet }, now) => ({
+  startPosted: (run, { allSheets, startedBy, sheet }, now) => ({
     ...noRun(),
     phase: 'starting',
     runId: run.runId,
     allSheets,
+    startedBy,
     sheet,
     startedAt: now,
   }),
 
-  runStarted: (run, { runId }, now) => {
+  runStarted: (run, { runId, startedBy }, now) => {
     if (run.runId === runId && isBusy(run)) return run;
-    const known = run.phase === 'starting' ? run : { ...noRun(), startedAt: now };
+    const known = run.phase === 'starting' ? run : { ...noRun(), startedBy, startedAt: now };
     return { ...known, phase: 'scanning', runId };
   },
 

@@ -7,7 +7,7 @@ import { byId } from './dom.js';
 import { onLanguage, t } from './i18n.js';
 import { drawLanguageFields, openLanguageFields } from './language_fields.js';
 import { openPage } from './page.js';
-import { currentRun, openRunEvents, pausePosted, runPosted, step, takeRun } from './run_events.js';
+import { currentRun, goesThroughPage, openRunEvents, pausePosted, runPosted, step, takeRun } from './run_events.js';
 import { hasEnded, isBusy } from './run_state.js';
 import { drawElapsed, drawRun } from './run_view.js';
 import { drawScopeFields, openScopeFields, scopeMode } from './scope_fields.js';
@@ -15,9 +15,7 @@ import { fetchAccount } from './service_api.js';
 import { dropToken, onSession, token } from './session.js';
 import { newTraceId, startMessage } from './start_message.js';
 import { drawStyleFields, openStyleFields } from './style_fields.js';
-import { load, save } from './storage.js';
 
-const VIA_PAGE = 'viaPage';
 const SECOND_MS = 1000;
 
 const choices = loadChoices();
@@ -30,7 +28,7 @@ function start() {
     mode,
     accessToken: token(),
     clientTraceId: newTraceId(),
-    viaPage: load(sessionStorage, VIA_PAGE) === true,
+    viaPage: goesThroughPage(),
   });
   runPosted({ allSheets: fields.excelTranslateAllSheets });
   post(action, fields);
@@ -54,7 +52,6 @@ function drawForm() {
 
 function draw() {
   const run = currentRun();
-  if (run.phase === 'failed' && drawnPhase !== 'failed') onFailed(run.error.code);
   drawForm();
   drawRun(run, Date.now());
   announce(run);
@@ -69,12 +66,6 @@ function keepFocus(run) {
   if (run.phase === 'idle') byId('start').focus();
   else byId('run-title').focus({ preventScroll: true });
   if (run.phase !== 'idle') byId('run').scrollIntoView({ block: 'nearest' });
-}
-
-function onFailed(code) {
-  // The add-in's own requests pass by the proxies that the browser knows: the next run goes through the page.
-  if (code === 'network_error') save(sessionStorage, VIA_PAGE, true);
-  if (code === 'unauthorized') dropToken();
 }
 
 function redraw() {
