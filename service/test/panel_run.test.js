@@ -104,7 +104,7 @@ test('reading, progress and completion are shown as they come', async () => {
   await view.run(runScript(1, 3));
   assert.deepEqual(
     [await view.text('run-title'), await view.text('run-count'), await view.text('run-percent')],
-    ['Translating…', 'Cells: 3 of 4', '75%'],
+    ['Translating…', 'Texts: 3 of 4', '75%'],
   );
   assert.deepEqual([await view.text('run-original'), await view.text('run-translated')], ['Q2', 'T2']);
   assert.equal(await view.id('run-bar').evaluate((bar) => bar.value), 0.75);
@@ -115,11 +115,11 @@ test('reading, progress and completion are shown as they come', async () => {
   await view.run('onComplete({runId:1,total:10,elapsed:83000,allSheets:false})');
   assert.equal(await view.text('run-title'), 'Translation finished');
   assert.deepEqual((await view.text('summary')).split(/\n+/), [
-    'Translated',
+    'Translations received',
     '3',
     'Skipped: nothing to translate',
     '1',
-    'Skipped: numbers, formulas, empty cells',
+    'Not translated: no text, or too long',
     '6',
     'Time',
     '1:23',
@@ -297,9 +297,9 @@ test('a reload in the middle of a run goes on counting', async () => {
   await view.page.reload();
   await view.ready();
   await view.run('onRunStarted({runId:5});onReady({total:10,translatable:4,runId:5})');
-  assert.equal(await view.text('run-count'), 'Cells: 3 of 4');
+  assert.equal(await view.text('run-count'), 'Texts: 3 of 4');
   await view.run('onComplete({runId:5,total:10,elapsed:1000,allSheets:false})');
-  assert.match(await view.text('summary'), /Translated\s+3\s+Skipped: nothing to translate\s+1/);
+  assert.match(await view.text('summary'), /Texts translated\s+3\s+Skipped: nothing to translate\s+1/);
   await view.close();
 });
 
@@ -311,13 +311,13 @@ test('the workspace takes over choices and run, and the pane takes them back', a
   const state = await pane.run('quorvantisExportState()');
   const workspace = await openForm({ query: 'surface=workspace', width: 1000 });
   await workspace.run(`quorvantisImportState(${JSON.stringify(state)})`);
-  assert.equal(await workspace.text('run-count'), 'Cells: 2 of 4');
+  assert.equal(await workspace.text('run-count'), 'Texts: 2 of 4');
   assert.equal(await workspace.id('source').inputValue(), 'fr');
   assert.deepEqual(await workspace.run('quorvantisExportState()'), state);
   for (const nonsense of [null, 7, {}, { version: 1, run: { phase: 'x' }, choices: 3 }]) {
     await workspace.run(`quorvantisImportState(${JSON.stringify(nonsense)})`);
   }
-  assert.equal(await workspace.text('run-count'), 'Cells: 2 of 4');
+  assert.equal(await workspace.text('run-count'), 'Texts: 2 of 4');
   await pane.close();
   await workspace.close();
 });

@@ -35,7 +35,7 @@ def test_a_cancelled_run_keeps_what_was_written(slow_run):
     panel.click("#cancel")
     panel.wait_for_phase("cancelled", timeout=5)
     assert panel.text("run-title") == "Translation cancelled"
-    assert panel.text("summary").split("\n")[:4] == ["Translated", "20", "Not translated", "40"]
+    assert panel.text("summary").split("\n")[:4] == ["Texts translated", "20", "Not translated", "40"]
     expected = [translated(text) for text in SLOW_TEXTS[:20]] + SLOW_TEXTS[20:]
     assert column(host, len(SLOW_TEXTS)) == expected
     # The form is there for the next run.
@@ -51,7 +51,7 @@ def test_a_reloaded_page_follows_the_run_to_its_end(slow_run, echo_service):
     panel.wait_for_count(20, timeout=5)
     assert panel.text("run-title") == "Translating…"
     panel.wait_for_phase("done")
-    assert panel.text("summary").split("\n")[:2] == ["Translated", "60"]
+    assert panel.text("summary").split("\n")[:2] == ["Texts translated", "60"]
     assert column(host, len(SLOW_TEXTS)) == [translated(text) for text in SLOW_TEXTS]
     assert len(translate_entries(echo_service)) == 3
     host.quit()

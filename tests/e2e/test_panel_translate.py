@@ -16,7 +16,7 @@ def test_a_new_user_signs_in_and_translates_the_sheet(start_window, echo_service
     panel.start()
     panel.wait_for_phase("done")
     assert panel.text("run-title") == "Translation finished"
-    assert panel.text("summary").split("\n")[:2] == ["Translated", "30"]
+    assert panel.text("summary").split("\n")[:2] == ["Texts translated", "30"]
     assert column(host, 30) == [translated(text) for text in texts]
     assert [text for body in translate_requests(echo_service) for text in body["texts"]] == texts
     press(host, "btnAccount")

@@ -89,9 +89,11 @@ function drawError(run) {
 
 /** Rows of the summary: label and number; those that are 0 are left out but the first. */
 function summaryRows(run) {
-  const rows = [['done.translated', run.done - run.skipped]];
+  // What was translated is not in the sheet where cells refused it.
+  const rows = [[run.unwritten ? 'done.received' : 'done.translated', run.done - run.skipped]];
   if (run.phase !== 'done' && run.units > run.done) rows.push(['done.left', run.units - run.done]);
   if (run.skipped > 0) rows.push(['done.blank', run.skipped]);
+  // A cell may hold several texts, so the difference is a number of cells only while there are more of them.
   if (run.cells > run.units) rows.push(['done.noText', run.cells - run.units]);
   return rows.map(([key, count]) => [t(key), formatNumber(count)]);
 }
