@@ -1,5 +1,5 @@
 /**
- * The bridge between a page and the add-in that shows it; this file is its reference.
+ * The bridge between a page and the add-in that shows it: what the pages use of docs/protocol.md.
  *
  * Page to add-in: one JSON text a message, `{"action": …}` with the fields of ACTIONS. Keys are case-sensitive, an
  * absent field counts as empty, false or 0, an unknown action is ignored.
@@ -43,24 +43,15 @@ export const ACTIONS = {
   // runs; a start that repeats the clientTraceId of the one before within 2500 ms is ignored
   start: START,
   startSelection: START,
-  restart: START, // forgets what the run before has written
   cancel: [],
   pause: [],
   resume: [],
   requestSelectionPreview: [], // answered by the event onSelectionPreview
-  // after a run
-  setExcelDisplayMode: ['mode', 'scope'], // "dual", "target", "original"; "selection", "sheet", "session"
-  setTargetStyle: STYLE,
-  restoreAll: [],
-  applyAll: [],
   // answers to messages of the add-in
   translateBatchResult: ['requestId', 'ok', 'translations', 'code', 'message'],
   terminologyResolveResult: ['requestId', 'result', 'code', 'message'],
   // requests, see `request`
-  docKeyGet: ['requestId'], // {docKey}
-  exportLocalSnapshot: ['requestId'], // {glossaries, instructions}
   clientInfoGet: ['requestId'], // {productId, platform, version, commit, buildDate, os, installId, hostApp, …}
-  uiLangGet: ['requestId'], // {uiLang}
 };
 
 /** Objects that the add-in posts, by their "action". */
@@ -90,11 +81,6 @@ export const EVENTS = [
   'onExcelTranslateResumed', // {reason: "manual" | "sheet_changed"}
   'onExcelTranslateResumeBlocked', // {sheetName, sourceSheetName}: the wrong sheet is shown, the run stays paused
   'onSelectionPreview', // {fragments, chars, rangeAddress, …, quickText} or {error}
-  'onImageSelectionPreview',
-  'onQuickTranslateResult', // {requestId, ok, translation | error}
-  'onBatchDone', // {action: "applyAll" | "restoreAll"}
-  'onExcelDisplayModeDone', // {ok, mode, applied, failed, message}
-  'onTargetStyleDone', // {ok, applied, failed, skipped, message}
   'quorvantisOnWorkspaceOpen',
   'quorvantisOnWorkspaceClosed',
   'quorvantisSetMode', // (mode), a text
@@ -144,7 +130,7 @@ export function onEvents(handlers) {
 
 /**
  * Asks the add-in; the answer is matched by its id, so several may be open.
- * @param {'docKeyGet' | 'exportLocalSnapshot' | 'clientInfoGet' | 'uiLangGet'} action
+ * @param {'clientInfoGet'} action
  * @returns {Promise<any>} the answer's data; rejected when it is a refusal, or none came in time
  */
 export function request(action) {

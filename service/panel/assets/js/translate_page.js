@@ -2,7 +2,6 @@
 import { announce } from './announcer.js';
 import { isHosted, onEvents, post } from './bridge.js';
 import { loadChoices, readChoices, saveChoices } from './choices.js';
-import { cellsChanged, openDisplaySwitch } from './display_switch.js';
 import { byId } from './dom.js';
 import { onLanguage, t } from './i18n.js';
 import { drawLanguageFields, openLanguageFields } from './language_fields.js';
@@ -132,14 +131,12 @@ async function checkAccount() {
 }
 
 openButtons();
-openDisplaySwitch();
 openRunEvents(draw);
 openScopeFields(choices, changed);
-openStyleFields(choices, changed, cellsChanged);
+openStyleFields(choices, changed);
 onEvents({
   quorvantisExportState: exportState,
   quorvantisImportState: importState,
-  onBatchDone: () => {},
 });
 onLanguage(redraw);
 onSession(() => {
