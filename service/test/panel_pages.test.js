@@ -202,16 +202,16 @@ test('toasts and terminology requests of the add-in are met on every page', asyn
   await view.run("QuorvantisTerminology.showToast('Careful', 'warn')");
   assert.equal(await view.text('toast'), 'Careful');
   assert.equal(await view.id('toast').getAttribute('class'), 'toast warn');
-  await view.posted();
-  await view.say({
-    action: 'terminologyResolveRequest',
-    requestId: 'term-1',
-    glossaryIds: [],
-    instructionId: '',
-    corpusTexts: [],
-  });
+  const question = { action: 'terminologyResolveRequest', requestId: 'term-1', glossaryIds: [], corpusTexts: [] };
+  const workspace = await panel.open('grammar', { query: 'surface=workspace' });
+  for (const page of [view, workspace]) {
+    await page.posted();
+    await page.say(question);
+  }
   assert.equal((await view.posted())[0].requestId, 'term-1');
+  assert.deepEqual(await workspace.posted(), [], 'the pane answers for both');
   await view.close();
+  await workspace.close();
 });
 
 /** Elements that reach beyond the page, or whose label does not fit into them. */

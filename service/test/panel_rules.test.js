@@ -2,6 +2,7 @@ import assert from 'node:assert/strict';
 import { readdirSync, readFileSync } from 'node:fs';
 import { test } from 'node:test';
 
+import { ACTIONS, MESSAGES } from '../panel/assets/js/bridge.js';
 import { readChoices } from '../panel/assets/js/choices.js';
 import { ERRORS, errorRow, unwrittenText } from '../panel/assets/js/errors.js';
 import { canSwap, likelyTarget, sourcesOf, targetsOf } from '../panel/assets/js/language_fields.js';
@@ -200,6 +201,21 @@ test('languages offered are those that the service has pairs for', () => {
   assert.ok(canSwap(pairs, 'en', 'es'));
   assert.ok(!canSwap(pairs, 'fr', 'ca'));
   assert.ok(!canSwap('any', 'auto', 'en'));
+});
+
+test('the bridge says and hears only what the protocol has', () => {
+  const protocol = readFileSync(new URL('../../docs/protocol.md', import.meta.url), 'utf8');
+  const section = (from, to) => protocol.slice(protocol.indexOf(from), protocol.indexOf(to));
+  const posted = section('## From a page', '## To a page: messages');
+  const heard = section('## To a page: messages', '## To a page: scripts');
+  const start = posted.slice(posted.indexOf('A start message carries'));
+  for (const [action, fields] of Object.entries(ACTIONS)) {
+    const row = posted.split('\n').find((line) => line.startsWith(`| \`${action}\` |`));
+    assert.ok(row, action);
+    const words = action.startsWith('start') ? start : row;
+    for (const field of fields) assert.ok(words.includes(`\`${field}\``), `${action} ${field}`);
+  }
+  for (const message of MESSAGES) assert.ok(heard.includes(`\n| \`${message}\` |`), message);
 });
 
 test('a batch goes to the service without its empty members', () => {

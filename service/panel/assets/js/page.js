@@ -22,20 +22,27 @@ export async function openPage() {
   openBridge((text, kind) => said.has(text) || showToast(text, kind));
   onMessages({
     uiLangChanged: ({ uiLang }) => void switchLanguage(uiLang),
-    // Terminology belongs to pages that are still to come; an answer now spares the run its wait.
-    terminologyResolveRequest: ({ requestId }) =>
-      post('terminologyResolveResult', { requestId, result: '', code: 'not_available', message: 'Not available' }),
   });
   onEvents({
     quorvantisOnWorkspaceOpen: () => setWorkspaceOpen(true),
     quorvantisOnWorkspaceClosed: () => setWorkspaceOpen(false),
   });
-  if (!inWorkspace) openBatchTransport();
+  if (!inWorkspace) openAnswers();
   onLanguage(drawHeader);
   await setLanguage(askedLanguage ?? navigator.language);
   openSession();
   document.documentElement.removeAttribute('data-loading');
   post('trace', { phase: 'page.open', detail: pageName, jsTokenLen: token().length });
+}
+
+/** What the pane's page answers for both: the workspace shares its run. */
+function openAnswers() {
+  openBatchTransport();
+  onMessages({
+    // Terminology belongs to pages that are still to come; an answer now spares the run its wait.
+    terminologyResolveRequest: ({ requestId }) =>
+      post('terminologyResolveResult', { requestId, result: '', code: 'not_available', message: 'Not available' }),
+  });
 }
 
 async function switchLanguage(code) {
