@@ -291,6 +291,23 @@ test('an aborted run is not answered, and its requests end', async () => {
   await view.close(REFUSED);
 });
 
+test('a page that is left answers nothing for the requests that it breaks off', async () => {
+  const view = await panel.open('translate');
+  await view.page.route('**/v1/translate', () => {});
+  const reached = view.page.waitForRequest('**/v1/translate');
+  await view.say(BATCH);
+  await reached;
+  await view.posted();
+  await view.run("dispatchEvent(new PageTransitionEvent('pagehide'))");
+  await view.page.unrouteAll();
+  const ended = view.page.waitForEvent('requestfailed');
+  await view.run('window.stop()');
+  await ended;
+  await view.page.evaluate(() => fetch('/v1/languages'));
+  assert.deepEqual(await view.posted(), []);
+  await view.close(REFUSED);
+});
+
 test('a reload in the middle of a run goes on counting', async () => {
   const view = await openForm();
   await view.run(runScript(5, 3));

@@ -7,19 +7,19 @@ import { onMessages, post } from './bridge.js';
 import { token } from './session.js';
 import { failure, readAnswer, requestBody } from './translate_request.js';
 
+/** The add-in waits no longer. */
+const LIMIT_MS = 120000;
+
 /** @type {Map<string, {runId: number, abort: AbortController}>} by request id */
 const open = new Map();
 
-/** The pane's page answers for both: the workspace shares its run. */
 export function openBatchTransport() {
   onMessages({
     translateBatchRequest: (request) => void answer(request),
     translateAbortForRun: ({ runId }) => abortRun(runId),
   });
-  // What this page cannot finish the next one is asked again for.
-  addEventListener('pagehide', () => {
-    for (const requestId of open.keys()) reply(requestId, failure('network_error', 'The page was left'));
-  });
+  // Leaving the page breaks its requests off. That is no answer: the add-in asks the next page for them again.
+  addEventListener('pagehide', () => open.clear());
 }
 
 async function answer(request) {
@@ -48,7 +48,7 @@ async function send(request, signal) {
     const response = await fetch('/v1/translate', {
       method: 'POST',
       headers,
-      signal,
+      signal: AbortSignal.any([signal, AbortSignal.timeout(LIMIT_MS)]),
       body: JSON.stringify(requestBody(request)),
     });
     return readAnswer(response.status, await response.text());

@@ -2,7 +2,8 @@
 
 /**
  * @param {object} request the add-in's message, in which every member is present
- * @returns {object} the body as the add-in itself would send it: empty members are left out
+ * @returns {object} the body, like that of the add-in's own requests but for what those tell of the client: empty members
+ *   are left out
  */
 export function requestBody(request) {
   const { texts, sourceLang, targetLang, usageKind, clientProduct, glossary, instruction, trace, batchSeq } = request;
