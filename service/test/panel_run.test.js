@@ -293,16 +293,16 @@ test('an aborted run is not answered, and its requests end', async () => {
 
 test('a page that is left answers nothing for the requests that it breaks off', async () => {
   const view = await panel.open('translate');
-  await view.page.route('**/v1/translate', () => {});
-  const reached = view.page.waitForRequest('**/v1/translate');
+  let stalled;
+  const reached = new Promise((resolve) => {
+    stalled = resolve;
+  });
+  await view.page.route('**/v1/translate', (route) => stalled(route));
   await view.say(BATCH);
-  await reached;
+  const route = await reached;
   await view.posted();
   await view.run("dispatchEvent(new PageTransitionEvent('pagehide'))");
-  await view.page.unrouteAll();
-  const ended = view.page.waitForEvent('requestfailed');
-  await view.run('window.stop()');
-  await ended;
+  await route.abort();
   await view.page.evaluate(() => fetch('/v1/languages'));
   assert.deepEqual(await view.posted(), []);
   await view.close(REFUSED);
@@ -318,6 +318,44 @@ test('a reload in the middle of a run goes on counting', async () => {
   await view.run('onComplete({runId:5,total:10,elapsed:1000,allSheets:false})');
   assert.match(await view.text('summary'), /Texts translated\s+3\s+Skipped: nothing to translate\s+1/);
   await view.close();
+});
+
+test('a run that ends while another page is open is shown once, on the translation page', async () => {
+  const view = await openForm();
+  const go = (name) => view.goTo(name, 'host=excel&pane=xl1&uiLang=en');
+  await view.run(runScript(5, 3));
+  await go('support');
+  await view.run('onRunStarted({runId:5});onReady({total:10,translatable:4,runId:5})');
+  await view.run('onError({code:"workbook_busy",message:"m",runId:5})');
+  await go('account');
+  await go('translate');
+  assert.equal(await view.text('error-text'), english['error.workbookBusy']);
+  assert.match(await view.text('summary'), /Texts translated\s+2/);
+  await go('account');
+  await go('translate');
+  assert.equal(await view.text('run'), '');
+
+  await view.page.waitForFunction(() => !document.getElementById('start').disabled);
+  await view.id('start').click();
+  await go('account');
+  await view.run('onError({code:"no_selection",message:"m"})');
+  await go('translate');
+  assert.equal(await view.text('error-text'), english['error.noSelection']);
+  await view.close();
+});
+
+test("other pages say the add-in's notice of unwritten cells in their own words", async () => {
+  const message = '目标单元格已锁定，无法写入译文。请解锁单元格或撤销工作表保护后重试。';
+  const script = `onSheetWriteBlocked({message:"${message}"});QuorvantisTerminology.showToast("${message}","warn")`;
+  for (const [name, words] of [
+    ['support', english['unwritten.locked']],
+    ['translate', ''],
+  ]) {
+    const view = await panel.open(name);
+    await view.run(`onRunStarted({runId:1});${script}`);
+    assert.equal(await view.text('toast'), words, name);
+    await view.close();
+  }
 });
 
 test('the workspace takes over choices and run, and the pane takes them back', async () => {

@@ -3,7 +3,9 @@ import { addressOf, askedLanguage, inWorkspace, pageName, rememberLanguage } fro
 import { openBatchTransport } from './batch_transport.js';
 import { isHosted, onEvents, onMessages, openBridge, post } from './bridge.js';
 import { byId, make } from './dom.js';
+import { unwrittenText } from './errors.js';
 import { language, onLanguage, setLanguage, t } from './i18n.js';
+import { currentRun, openRunEvents, showsRun } from './run_events.js';
 import { openSession, token } from './session.js';
 
 /** The pages of the navigation, and those that count as one of them. */
@@ -19,7 +21,8 @@ let toastTimer = 0;
  */
 export async function openPage() {
   buildHeader();
-  openBridge((text, kind) => said.has(text) || showToast(text, kind));
+  openBridge(showNotice);
+  openRunEvents();
   onMessages({
     uiLangChanged: ({ uiLang }) => void switchLanguage(uiLang),
   });
@@ -50,12 +53,11 @@ async function switchLanguage(code) {
   rememberLanguage(language());
 }
 
-/** What the page has said in its own words, in the add-in's. */
-const said = new Set();
-
-/** The page says this in its own words: a short notice of it would only repeat it. @param {string} text */
-export function sayNoMore(text) {
-  said.add(text);
+/** A notice of the add-in. The one about unwritten cells is known, and a page that shows the run says it already. */
+function showNotice(text, kind) {
+  const known = text !== '' && text === currentRun().unwritten;
+  if (!known) showToast(text, kind);
+  else if (!showsRun()) showToast(t(unwrittenText(text)), kind);
 }
 
 /**

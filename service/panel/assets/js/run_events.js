@@ -1,8 +1,7 @@
 /** Keeps the run: turns what the add-in says into steps of its state, and keeps that over reloads and windows. */
-import { paneKey } from './address.js';
+import { inWorkspace, paneKey } from './address.js';
 import { onEvents, onMessages } from './bridge.js';
-import { sayNoMore } from './page.js';
-import { advance, isBusy, noRun, readRun } from './run_state.js';
+import { advance, hasEnded, isBusy, noRun, readRun } from './run_state.js';
 import { dropToken, token } from './session.js';
 import { load, save } from './storage.js';
 
@@ -20,6 +19,9 @@ let run = noRun();
 /** The sheet that the user looks at; empty until the add-in has told of one. */
 let activeSheet = '';
 let changed = () => {};
+let shown = false;
+/** The run of the page before, until the add-in has said what became of it. @type {typeof run | null} */
+let kept = null;
 
 export const currentRun = () => run;
 
@@ -54,9 +56,16 @@ function setRun(next) {
   changed();
 }
 
-/** @param {() => void} onChanged called after every step that changed the run */
-export function openRunEvents(onChanged) {
+/** This page shows the run. @param {() => void} onChanged called after every step that changed it */
+export function showRun(onChanged) {
   changed = onChanged;
+  shown = true;
+}
+
+export const showsRun = () => shown;
+
+/** Follows the run on every page, so that none of its ends is missed; call it after `showRun`. */
+export function openRunEvents() {
   onEvents({
     onRunStarted: (message) => {
       resumeKept(message);
@@ -65,9 +74,16 @@ export function openRunEvents(onChanged) {
     onScanProgress: (message) => step('scanned', message),
     onReady: (message) => step('ready', message),
     onProgress: (message) => step('progressed', message),
-    onComplete: (message) => step('completed', message),
-    onCancelled: () => step('cancelled'),
+    onComplete: (message) => {
+      resumeKept(message);
+      step('completed', message);
+    },
+    onCancelled: () => {
+      resumeKept({});
+      step('cancelled');
+    },
     onError: (message) => {
+      resumeKept(message);
       const before = run;
       step('failed', message);
       if (run !== before) learnFrom(run);
@@ -82,16 +98,21 @@ export function openRunEvents(onChanged) {
     onSheetWriteBlocked: (message) => step('writeBlocked', message),
   });
   // The same notice comes as a message and as a call.
-  onMessages({
-    sheetWriteBlocked: (message) => {
-      sayNoMore(message.message);
-      step('writeBlocked', message);
-    },
-  });
+  onMessages({ sheetWriteBlocked: (message) => step('writeBlocked', message) });
   twin.onmessage = ({ data }) => {
     if (data.pausedRun === run.runId) step('pausePosted');
   };
-  addEventListener('pagehide', () => save(sessionStorage, NAME, isBusy(run) ? run : null));
+  kept = readRun(load(sessionStorage, NAME));
+  save(sessionStorage, NAME, null);
+  if (kept && hasEnded(kept)) setRun(kept);
+  addEventListener('pagehide', keepRun);
+}
+
+/** For the next page: a run that goes on, and an end that nobody has seen yet. */
+function keepRun() {
+  const last = run.phase === 'idle' ? kept : run;
+  const wanted = last && (isBusy(last) || (hasEnded(last) && !shown));
+  save(sessionStorage, NAME, wanted ? last : null);
 }
 
 /** What the next run needs to know of a failure; a failed run that was only taken over teaches nothing. */
@@ -102,9 +123,9 @@ function learnFrom({ error, startedBy }) {
   if (error?.code === 'unauthorized' && token() && markOf(token()) === startedBy) dropToken();
 }
 
-/** After a reload the add-in tells of the run that goes on; the counts until then were kept. */
+/** After a load the add-in tells of the run that goes on; the counts until then were kept. */
 function resumeKept({ runId }) {
-  const kept = readRun(load(sessionStorage, NAME));
-  save(sessionStorage, NAME, null);
-  if (run.phase === 'idle' && kept?.runId === runId) setRun(kept);
+  if (run.phase !== 'idle' || !kept) return;
+  if (runId === undefined || runId === kept.runId || kept.phase === 'starting') setRun(kept);
+  kept = null;
 }

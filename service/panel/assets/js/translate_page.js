@@ -6,7 +6,7 @@ import { byId } from './dom.js';
 import { onLanguage, t } from './i18n.js';
 import { drawLanguageFields, openLanguageFields } from './language_fields.js';
 import { openPage } from './page.js';
-import { currentRun, goesThroughPage, openRunEvents, pausePosted, runPosted, step, takeRun } from './run_events.js';
+import { currentRun, goesThroughPage, pausePosted, runPosted, showRun, step, takeRun } from './run_events.js';
 import { hasEnded, isBusy } from './run_state.js';
 import { drawElapsed, drawRun } from './run_view.js';
 import { drawScopeFields, openScopeFields, scopeMode } from './scope_fields.js';
@@ -131,7 +131,7 @@ async function checkAccount() {
 }
 
 openButtons();
-openRunEvents(draw);
+showRun(draw);
 openScopeFields(choices, changed);
 openStyleFields(choices, changed);
 onEvents({
