@@ -16,7 +16,7 @@ function runAfter(...steps) {
   return steps.reduce((run, [step, message], index) => advance(run, step, message, 1000 * (index + 1)), noRun());
 }
 const STARTED = [
-  ['startPosted', { allSheets: false, startedBy: 'ada', sheet: '' }],
+  ['startPosted', { allSheets: false, dual: true, trace: 't', startedBy: 'ada', sheet: '' }],
   ['runStarted', { runId: 3, startedBy: 'eve' }],
 ];
 const READY = [...STARTED, ['ready', { runId: 3, total: 10, translatable: 4 }]];
@@ -63,6 +63,18 @@ test('a refused start ends at once, with or without a run id', () => {
   );
 });
 
+test('a refused start says nothing of the run before it', () => {
+  const done = runAfter(...READY, progress(3), ['completed', { runId: 3, total: 10, elapsed: 1, allSheets: false }]);
+  const refused = advance(done, 'failed', { code: 'workbook_busy', message: 'm' }, 9000);
+  assert.deepEqual([refused.phase, refused.runId, refused.done, refused.units], ['failed', 3, 0, 0]);
+});
+
+test('the start of a run is described once, by whoever started it', () => {
+  const heard = runAfter(['runStarted', { runId: 3, startedBy: '' }], ['described', { dual: true, trace: 'a' }]);
+  assert.deepEqual([heard.dual, heard.trace], [true, 'a']);
+  assert.equal(advance(heard, 'described', { dual: false, trace: 'b' }), heard);
+});
+
 test('pausing holds until resumed, also while finished texts still arrive', () => {
   const paused = runAfter(...READY, ['pausePosted'], progress(0));
   assert.deepEqual([paused.phase, paused.done], ['paused', 1]);
@@ -74,6 +86,8 @@ test('pausing holds until resumed, also while finished texts still arrive', () =
 test('opening another sheet pauses a run over one sheet only', () => {
   const one = runAfter(...READY, ['sheetOpened', { sheetName: 'B' }]);
   assert.deepEqual([one.phase, one.movedTo], ['paused', 'B']);
+  const back = advance(one, 'sheetOpened', { sheetName: 'A' });
+  assert.equal(back.movedTo, 'B', 'A may be the sheet that is being translated');
   const known = runAfter(['startPosted', { allSheets: false, sheet: 'A' }], ...READY.slice(1), [
     'sheetOpened',
     { sheetName: 'A' },

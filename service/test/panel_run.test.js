@@ -377,25 +377,60 @@ test('the workspace takes over choices and run, and the pane takes them back', a
   await workspace.close();
 });
 
-test('a pause in one window shows in the other one of the same pane and run only', async () => {
+/** Says something to the page by its twin's channel, and waits until it was heard. */
+function tellTwin(view, pane, message) {
+  return view.page.evaluate(
+    ([key, data]) =>
+      new Promise((heard) => {
+        const [mouth, ear] = [0, 1].map(() => new BroadcastChannel(`quorvantis excel ${key}`));
+        // Heard by the test itself, so all before it have been heard as well.
+        ear.onmessage = () => heard();
+        mouth.postMessage(data);
+      }),
+    [pane, message],
+  );
+}
+
+test('a pause in one window shows in the other one of the same start only', async () => {
   const view = await openForm({ pane: 'xl2' });
+  await view.id('start').click();
+  const { clientTraceId } = await view.postedNow('start');
   await view.run(runScript(1, 1));
-  // The last one is heard by the test itself, so all before it have been heard as well.
-  const tell = (pane, message) =>
-    view.page.evaluate(
-      ([key, data]) =>
-        new Promise((heard) => {
-          const [mouth, ear] = [0, 1].map(() => new BroadcastChannel(`quorvantis excel ${key}`));
-          ear.onmessage = () => heard();
-          mouth.postMessage(data);
-        }),
-      [pane, message],
-    );
-  await tell('xl1', { pausedRun: 1 });
-  await tell('xl2', { pausedRun: 2 });
+  await tellTwin(view, 'xl1', { paused: clientTraceId });
+  await tellTwin(view, 'xl2', { paused: '' });
+  await tellTwin(view, 'xl2', { started: { runId: 1, dual: true, trace: 'of another program' } });
+  await tellTwin(view, 'xl2', { paused: 'of another program' });
   assert.equal(await view.text('run-title'), 'Translating…');
-  await tell('xl2', { pausedRun: 1 });
+  await tellTwin(view, 'xl2', { paused: clientTraceId });
   assert.equal(await view.text('run-title'), 'Paused');
+  await view.close();
+});
+
+test('a run that the twin has started is known by what the twin says of it', async () => {
+  for (const twinFirst of [true, false]) {
+    const view = await openForm();
+    const describe = () => tellTwin(view, 'xl1', { started: { runId: 1, dual: true, trace: 'theirs' } });
+    if (twinFirst) await describe();
+    await view.run(runScript(1, 1));
+    if (!twinFirst) await describe();
+    await tellTwin(view, 'xl1', { paused: 'theirs' });
+    assert.equal(await view.text('run-title'), 'Paused');
+    await view.close();
+  }
+});
+
+test('trying again after a partly written run says what the sheet holds already', async () => {
+  const view = await openForm();
+  const fail = async (runId, done) => {
+    await view.id('start').click();
+    await view.run(`${runScript(runId, done)};onError({code:"internal_error",message:"m",runId:${runId}})`);
+    assert.ok(await view.id('error-again').isVisible());
+    return view.text('error-partly');
+  };
+  assert.equal(await fail(1, 0), '');
+  assert.equal(await fail(2, 3), english['error.partlyWritten']);
+  await view.page.getByLabel('In its place').check();
+  assert.equal(await fail(3, 3), '');
   await view.close();
 });
 

@@ -7,11 +7,16 @@ import { load, save } from './storage.js';
 
 const NAME = 'run';
 const VIA_PAGE = 'viaPage';
+/** How far a start and the twin's word of it may be apart. */
+const TWIN_LIMIT_MS = 5000;
 /** Enough of a token to tell two apart, too little to be one. */
 const MARK_LENGTH = 4;
 const markOf = (text) => text.slice(-MARK_LENGTH);
 
-/** The page of the workspace window, or of the pane: it shows the same run, and nothing tells it of a pause. */
+/**
+ * The page of the workspace window, or of the pane: it shows the same run, and nothing tells it of a pause. Panes of other
+ * programs may have the same name and the same run numbers, and are heard as well: only a start's own id tells them apart.
+ */
 const twin = new BroadcastChannel(`quorvantis ${paneKey}`);
 
 /** @type {import('./run_state.js').Run} */
@@ -20,6 +25,8 @@ let run = noRun();
 let activeSheet = '';
 let changed = () => {};
 let shown = false;
+/** The last start that the twin has told of. @type {{runId: number, dual: boolean, trace: string, at: number} | null} */
+let heard = null;
 /** The run of the page before, until the add-in has said what became of it. @type {typeof run | null} */
 let kept = null;
 
@@ -33,12 +40,13 @@ export function step(step, message) {
 /** The user has paused the run here. */
 export function pausePosted() {
   step('pausePosted');
-  twin.postMessage({ pausedRun: run.runId });
+  if (run.trace) twin.postMessage({ paused: run.trace });
 }
 
-/** @param {{allSheets: boolean}} start that the page has just posted */
-export function runPosted({ allSheets }) {
-  step('startPosted', { allSheets, startedBy: markOf(token()), sheet: activeSheet });
+/** @param {{allSheets: boolean, dual: boolean, trace: string}} start that the page has just posted */
+export function runPosted(start) {
+  // The workspace is not told of every sheet that is opened.
+  step('startPosted', { ...start, startedBy: markOf(token()), sheet: inWorkspace ? '' : activeSheet });
 }
 
 /** @returns {boolean} whether the page shall perform the requests of the next run */
@@ -70,6 +78,8 @@ export function openRunEvents() {
     onRunStarted: (message) => {
       resumeKept(message);
       step('runStarted', { ...message, startedBy: markOf(token()) });
+      if (run.trace) twin.postMessage({ started: { runId: run.runId, dual: run.dual, trace: run.trace } });
+      else describe();
     },
     onScanProgress: (message) => step('scanned', message),
     onReady: (message) => step('ready', message),
@@ -100,7 +110,10 @@ export function openRunEvents() {
   // The same notice comes as a message and as a call.
   onMessages({ sheetWriteBlocked: (message) => step('writeBlocked', message) });
   twin.onmessage = ({ data }) => {
-    if (data.pausedRun === run.runId) step('pausePosted');
+    if (data.paused && data.paused === run.trace) step('pausePosted');
+    if (!data.started) return;
+    heard = { ...data.started, at: Date.now() };
+    describe();
   };
   kept = readRun(load(sessionStorage, NAME));
   save(sessionStorage, NAME, null);
@@ -113,6 +126,11 @@ function keepRun() {
   const last = run.phase === 'idle' ? kept : run;
   const wanted = last && (isBusy(last) || (hasEnded(last) && !shown));
   save(sessionStorage, NAME, wanted ? last : null);
+}
+
+/** The start that the twin has told of may be heard before or after the add-in's own word. */
+function describe() {
+  if (heard?.runId === run.runId && Date.now() - heard.at < TWIN_LIMIT_MS) step('described', heard);
 }
 
 /** What the next run needs to know of a failure; a failed run that was only taken over teaches nothing. */

@@ -8,6 +8,8 @@
  * @property {'idle'|'starting'|'scanning'|'translating'|'paused'|'done'|'failed'|'cancelled'} phase
  * @property {number} runId of this run, or of the one before until the add-in has told it
  * @property {boolean} allSheets
+ * @property {boolean} dual it writes below the source text
+ * @property {string} trace the start's own id, which no other program's run has; empty while unknown
  * @property {string} startedBy mark of the token that it was started with, empty while unknown
  * @property {{current: number, total: number} | null} scan rows of the range being read
  * @property {number} cells that were read
@@ -29,6 +31,8 @@ export function noRun() {
     phase: 'idle',
     runId: 0,
     allSheets: false,
+    dual: false,
+    trace: '',
     startedBy: '',
     scan: null,
     cells: 0,
@@ -65,11 +69,13 @@ const isStale = (run, { runId }) =>
 
 const STEPS = {
   /** The user has pressed Start; the add-in has not answered yet. */
-  startPosted: (run, { allSheets, startedBy, sheet }, now) => ({
+  startPosted: (run, { allSheets, dual, trace, startedBy, sheet }, now) => ({
     ...noRun(),
     phase: 'starting',
     runId: run.runId,
     allSheets,
+    dual,
+    trace,
     startedBy,
     sheet,
     startedAt: now,
@@ -80,6 +86,9 @@ const STEPS = {
     const known = run.phase === 'starting' ? run : { ...noRun(), startedBy, startedAt: now };
     return { ...known, phase: 'scanning', runId };
   },
+
+  /** The page that has started the run tells of it; the first word counts. */
+  described: (run, { dual, trace }) => (run.trace ? run : { ...run, dual, trace }),
 
   scanned: (run, { runId, current, total }) => ({
     ...run,
@@ -121,10 +130,12 @@ const STEPS = {
 
   cancelled: (run, message, now) => ended(run, 'cancelled', now),
 
-  failed: (run, { code, message }, now) =>
-    code === 'cancelled'
-      ? ended(run, 'cancelled', now)
-      : { ...ended(run, 'failed', now), error: { code: code ?? '', message: message ?? '' } },
+  failed: (run, { code, message }, now) => {
+    // A refused start that another page has posted: the run before it has ended long since.
+    const own = isBusy(run) ? run : { ...noRun(), runId: run.runId, startedAt: now };
+    if (code === 'cancelled') return ended(own, 'cancelled', now);
+    return { ...ended(own, 'failed', now), error: { code: code ?? '', message: message ?? '' } };
+  },
 
   pausePosted: (run) => ({ ...run, phase: 'paused' }),
 
@@ -142,6 +153,8 @@ const STEPS = {
   sheetOpened: (run, { sheetName }) => {
     if (!isBusy(run) || run.allSheets) return run;
     if (sheetName === run.sheet) return { ...run, movedTo: '' };
+    // Which sheet is the run's own is not known: the first one that was opened is certainly another.
+    if (run.sheet === '' && run.movedTo !== '') return run;
     return { ...run, phase: 'paused', movedTo: sheetName };
   },
 
@@ -162,6 +175,7 @@ const NEEDS_BUSY = [
   'resumeRefused',
   'sheetChanged',
   'progressed',
+  'described',
 ];
 
 /**

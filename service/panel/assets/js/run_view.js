@@ -84,7 +84,10 @@ function drawError(run) {
   byId('error-detail').hidden = detail === '';
   byId('error-sign-in').hidden = row.remedy !== 'signIn';
   byId('error-account').hidden = row.remedy !== 'account';
-  byId('error-again').hidden = row.remedy !== 'tryAgain';
+  const again = row.remedy === 'tryAgain';
+  byId('error-again').hidden = !again;
+  // Another run would take the cells with their translations for its source.
+  byId('error-partly').hidden = !again || !run.dual || run.done - run.skipped === 0;
 }
 
 /** Rows of the summary: label and number; those that are 0 are left out but the first. */

@@ -29,7 +29,8 @@ function start() {
     clientTraceId: newTraceId(),
     viaPage: goesThroughPage(),
   });
-  runPosted({ allSheets: fields.excelTranslateAllSheets });
+  const { excelTranslateAllSheets: allSheets, excelBilingualBelow: dual, clientTraceId: trace } = fields;
+  runPosted({ allSheets, dual, trace });
   post(action, fields);
 }
 

@@ -143,4 +143,5 @@ export default {
   'error.service': 'Der Dienst hat ein Problem. Versuchen Sie es in ein paar Minuten erneut.',
   'error.languagePair': 'Der Dienst kann zwischen diesen beiden Sprachen nicht übersetzen. Wählen Sie andere.',
   'error.unknown': 'Die Übersetzung wurde gestoppt. Versuchen Sie es erneut.',
+  'error.partlyWritten': 'Das Blatt enthält bereits Übersetzungen: Wählen Sie nur die restlichen Zellen aus, bevor Sie es erneut versuchen.',
 };

@@ -143,4 +143,5 @@ export default {
   'error.service': 'The service has a problem. Try again in a few minutes.',
   'error.languagePair': 'The service cannot translate between these two languages. Choose others.',
   'error.unknown': 'The translation was stopped. Try again.',
+  'error.partlyWritten': 'The sheet already holds translations: select only the cells that are left before you try again.',
 };

@@ -143,4 +143,5 @@ export default {
   'error.service': 'El servicio tiene un problema. Inténtelo de nuevo en unos minutos.',
   'error.languagePair': 'El servicio no puede traducir entre estos dos idiomas. Elija otros.',
   'error.unknown': 'La traducción se detuvo. Inténtelo de nuevo.',
+  'error.partlyWritten': 'La hoja ya contiene traducciones: seleccione solo las celdas restantes antes de reintentar.',
 };

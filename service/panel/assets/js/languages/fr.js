@@ -143,4 +143,5 @@ export default {
   'error.service': 'Le service rencontre un problème. Réessayez dans quelques minutes.',
   'error.languagePair': 'Le service ne traduit pas entre ces deux langues. Choisissez-en d’autres.',
   'error.unknown': 'La traduction a été arrêtée. Réessayez.',
+  'error.partlyWritten': 'La feuille contient déjà des traductions : sélectionnez seulement les cellules restantes avant de réessayer.',
 };

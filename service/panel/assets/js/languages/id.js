@@ -143,4 +143,5 @@ export default {
   'error.service': 'Layanan sedang bermasalah. Coba lagi dalam beberapa menit.',
   'error.languagePair': 'Layanan tidak dapat menerjemahkan antara kedua bahasa ini. Pilih yang lain.',
   'error.unknown': 'Terjemahan dihentikan. Coba lagi.',
+  'error.partlyWritten': 'Lembar sudah berisi terjemahan: pilih hanya sel yang tersisa sebelum mencoba lagi.',
 };

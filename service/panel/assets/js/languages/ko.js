@@ -143,4 +143,5 @@ export default {
   'error.service': '서비스에 문제가 있습니다. 몇 분 후에 다시 시도하세요.',
   'error.languagePair': '이 두 언어 간의 번역은 지원되지 않습니다. 다른 언어를 선택하세요.',
   'error.unknown': '번역이 중지되었습니다. 다시 시도하세요.',
+  'error.partlyWritten': '시트에 이미 번역문이 있습니다. 다시 시도하기 전에 남은 셀만 선택하세요.',
 };

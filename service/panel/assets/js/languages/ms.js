@@ -143,4 +143,5 @@ export default {
   'error.service': 'Perkhidmatan menghadapi masalah. Cuba lagi dalam beberapa minit.',
   'error.languagePair': 'Perkhidmatan tidak dapat menterjemah antara dua bahasa ini. Pilih yang lain.',
   'error.unknown': 'Terjemahan dihentikan. Cuba lagi.',
+  'error.partlyWritten': 'Helaian sudah mengandungi terjemahan: pilih hanya sel yang tinggal sebelum mencuba lagi.',
 };

@@ -143,4 +143,5 @@ export default {
   'error.service': 'Dịch vụ đang gặp sự cố. Hãy thử lại sau vài phút.',
   'error.languagePair': 'Dịch vụ không dịch được giữa hai ngôn ngữ này. Hãy chọn ngôn ngữ khác.',
   'error.unknown': 'Việc dịch đã ngừng. Hãy thử lại.',
+  'error.partlyWritten': 'Trang tính đã có bản dịch: hãy chỉ chọn các ô còn lại trước khi thử lại.',
 };

@@ -143,4 +143,5 @@ export default {
   'error.service': '服务出现问题。请几分钟后重试。',
   'error.languagePair': '服务不支持这两种语言之间的翻译。请选择其他语言。',
   'error.unknown': '翻译已停止。请重试。',
+  'error.partlyWritten': '工作表中已有部分译文：重试前请先只选择剩余的单元格。',
 };

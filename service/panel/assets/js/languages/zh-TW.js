@@ -143,4 +143,5 @@ export default {
   'error.service': '服務發生問題。請幾分鐘後再試一次。',
   'error.languagePair': '服務不支援這兩種語言之間的翻譯。請選擇其他語言。',
   'error.unknown': '翻譯已停止。請再試一次。',
+  'error.partlyWritten': '工作表中已有部分譯文：重試前請先只選取剩餘的儲存格。',
 };
