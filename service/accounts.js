@@ -14,7 +14,7 @@ const KEPT_TOKENS = 1000;
 
 /**
  * @typedef {object} Account
- * @property {string} name
+ * @property {string} name empty for a token that was not given out by signing in
  * @property {string} email empty when the user signed in with a name
  * @property {string} plan
  * @property {number} creditsUsed characters translated so far
@@ -41,7 +41,7 @@ export class Accounts {
    */
   find(token) {
     if (!token.startsWith(TOKEN_PREFIX) || this.isSignedOut(token)) return null;
-    return this.#byToken.get(token) ?? this.#add(token, token, '');
+    return this.#byToken.get(token) ?? this.#add(token, '', '');
   }
 
   /** @param {string} token */

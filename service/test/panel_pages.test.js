@@ -89,6 +89,31 @@ test('signing out holds although the pane still has its copy of the token', asyn
   await view.close(REFUSED);
 });
 
+test('a late answer does not bring back the account of who has signed out', async () => {
+  const view = await panel.open('support', { token: await panel.signIn() });
+  let slow;
+  const reached = new Promise((resolve) => {
+    slow = resolve;
+  });
+  await view.page.route('**/v1/account', (route) => slow(route));
+  await view.page.goto(`${panel.origin}/panel/excel/account.html?host=excel&pane=xl1&uiLang=en`);
+  const route = await reached;
+  await view.id('sign-out').waitFor({ state: 'attached' });
+  await view.run("document.getElementById('sign-out').click()");
+  await view.id('signed-out').waitFor();
+  await route.fulfill({ json: { name: 'Ada', email: '', plan: 'x', creditsUsed: 0, creditsLimit: 1 } });
+  await view.page.evaluate(() => fetch('/v1/languages'));
+  assert.equal(await view.id('account-name').textContent(), '');
+  await view.close(REFUSED);
+});
+
+test('an account without a name, and the plan, are put in words', async () => {
+  const view = await panel.open('account', { token: 'dev-nobody', lang: 'de' });
+  await view.id('account').waitFor();
+  assert.deepEqual([await view.text('account-name'), await view.text('account-plan')], ['Ohne Namen', 'Entwicklung']);
+  await view.close();
+});
+
 test('a token that the service has forgotten is dropped before it is needed', async () => {
   const view = await panel.open('translate', { token: 'stranger' });
   await view.id('sign-in').waitFor();
@@ -111,6 +136,40 @@ test('the language changes while the page is open, and stays for the next page a
   await view.page.getByRole('link', { name: 'Konto' }).click();
   await view.page.waitForSelector('html[lang="de"]:not([data-loading])');
   assert.equal(await view.page.title(), 'Konto · Quorvantis');
+  await view.close();
+});
+
+test('a language that cannot be loaded leaves a page that works', async () => {
+  const view = await panel.open('translate', { lang: 'en' });
+  await view.page.route(/languages\/(de|fr|ja)\.js/, (route) => route.abort());
+  await view.goTo('translate', 'host=excel&pane=xl1&uiLang=de');
+  assert.equal(await view.text('start'), 'Translate');
+  await view.postedNow('requestAccessToken');
+  await view.say({ action: 'uiLangChanged', uiLang: 'es' });
+  await view.page.waitForSelector('html[lang="es"]');
+  const failed = view.page.waitForEvent('requestfailed');
+  await view.say({ action: 'uiLangChanged', uiLang: 'ja' });
+  await failed;
+  assert.equal(await view.text('start'), 'Traducir');
+  await view.close(REFUSED);
+});
+
+test('of two languages asked for at a time the last one stays, whichever is loaded first', async () => {
+  const view = await panel.open('translate');
+  let slow;
+  const reached = new Promise((resolve) => {
+    slow = resolve;
+  });
+  await view.page.route('**/languages/de.js', (route) => slow(route));
+  await view.say({ action: 'uiLangChanged', uiLang: 'de' });
+  const route = await reached;
+  await view.say({ action: 'uiLangChanged', uiLang: 'fr' });
+  await view.page.waitForSelector('html[lang="fr"]');
+  const answered = view.page.waitForResponse('**/languages/de.js');
+  await route.continue();
+  await (await answered).finished();
+  await view.run("import('/panel/excel/assets/js/languages/de.js').then(() => {})");
+  assert.equal(await view.page.locator('html').getAttribute('lang'), 'fr');
   await view.close();
 });
 

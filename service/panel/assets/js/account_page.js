@@ -5,6 +5,9 @@ import { openPage } from './page.js';
 import { fetchAccount } from './service_api.js';
 import { dropToken, onSession, signOut, token } from './session.js';
 
+/** Plans that have words of their own; others are shown as the service names them. */
+const PLANS = { development: 'account.planDevelopment' };
+
 /** @type {object | null} as the service gave it */
 let account = null;
 /** Key of what stands in the account's place. */
@@ -17,10 +20,10 @@ function draw() {
   byId('account-failed').hidden = !signedIn || problem === '';
   byId('sign-out').hidden = !signedIn;
   if (account === null) return;
-  byId('account-name').textContent = account.name;
+  byId('account-name').textContent = account.name || t('account.unnamed');
   byId('account-email').textContent = account.email;
   byId('account-email-row').hidden = account.email === '';
-  byId('account-plan').textContent = account.plan;
+  byId('account-plan').textContent = Object.hasOwn(PLANS, account.plan) ? t(PLANS[account.plan]) : account.plan;
   const { creditsUsed: used, creditsLimit: limit } = account;
   byId('account-usage').textContent = t('account.used', { used, limit });
   byId('account-meter').max = limit;
@@ -32,12 +35,15 @@ async function loadAccount() {
   problem = '';
   const asked = token();
   if (asked) {
-    try {
-      account = await fetchAccount(asked);
-    } catch (error) {
-      if (error.status === 401 && token() === asked) dropToken();
-      else problem = 'account.failed';
-    }
+    const { answer, error } = await fetchAccount(asked).then(
+      (answer) => ({ answer }),
+      (error) => ({ error }),
+    );
+    // Somebody else has signed in meanwhile, or nobody is: this is not their account.
+    if (token() !== asked) return;
+    if (error?.status === 401) return dropToken();
+    account = answer ?? null;
+    problem = error ? 'account.failed' : '';
   }
   draw();
 }

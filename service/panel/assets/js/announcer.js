@@ -1,6 +1,6 @@
 /** Tells screen readers how a run goes: each phase, and progress in steps of ten percent rather than each text. */
 import { byId } from './dom.js';
-import { formatPercent, t } from './i18n.js';
+import { formatPercent, language, t } from './i18n.js';
 import { partDone } from './run_state.js';
 
 const STEPS = 10;
@@ -9,7 +9,7 @@ let said = '';
 /** @param {import('./run_state.js').Run} run */
 export function announce(run) {
   const step = Math.floor(partDone(run) * STEPS);
-  const now = `${run.phase} ${run.phase === 'translating' ? step : ''}`;
+  const now = `${language()} ${run.phase} ${run.phase === 'translating' ? step : ''}`;
   if (now === said) return;
   said = now;
   byId('announcer').textContent = words(run, step);

@@ -1,5 +1,7 @@
 /** The page's words, numbers and direction in the user's language; switches while the page is open. */
 
+import english from './languages/en.js';
+
 /** The languages of the add-in's own language dialog. */
 export const LANGUAGES = ['zh-CN', 'zh-TW', 'en', 'ja', 'ru', 'ms', 'th', 'de', 'fr', 'es', 'id', 'vi', 'ko', 'ar'];
 const FALLBACK = 'en';
@@ -8,7 +10,8 @@ const RIGHT_TO_LEFT = ['ar'];
 const TRADITIONAL = /^zh-(hant|tw|hk|mo)\b/i;
 
 let current = FALLBACK;
-let texts = {};
+let texts = english;
+let askedLast = 0;
 const listeners = [];
 
 /**
@@ -88,16 +91,18 @@ export function onLanguage(listener) {
 }
 
 /**
- * Loads a language and puts it into the page.
+ * Loads a language and puts it into the page. One that cannot be loaded leaves the page in the language it has, which is
+ * English at first; of several asked for at a time the last one counts.
  * @param {string | null | undefined} code
  */
 export async function setLanguage(code) {
   const chosen = closestLanguage(code);
-  const module = await import(`./languages/${chosen}.js`);
-  current = chosen;
-  texts = module.default;
-  document.documentElement.lang = chosen;
-  document.documentElement.dir = RIGHT_TO_LEFT.includes(chosen) ? 'rtl' : 'ltr';
+  const asked = ++askedLast;
+  const module = await import(`./languages/${chosen}.js`).catch(() => null);
+  if (asked !== askedLast) return;
+  if (module) [current, texts] = [chosen, module.default];
+  document.documentElement.lang = current;
+  document.documentElement.dir = RIGHT_TO_LEFT.includes(current) ? 'rtl' : 'ltr';
   translate(document);
   for (const listener of listeners) listener();
 }

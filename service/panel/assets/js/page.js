@@ -32,9 +32,12 @@ export async function openPage() {
   });
   if (!inWorkspace) openAnswers();
   onLanguage(drawHeader);
-  await setLanguage(askedLanguage ?? navigator.language);
-  openSession();
-  document.documentElement.removeAttribute('data-loading');
+  try {
+    await setLanguage(askedLanguage ?? navigator.language);
+  } finally {
+    openSession();
+    document.documentElement.removeAttribute('data-loading');
+  }
   post('trace', { phase: 'page.open', detail: pageName, jsTokenLen: token().length });
 }
 

@@ -44,8 +44,10 @@ export default {
   'login.unavailable': 'لا توفر هذه الخدمة طريقة تسجيل الدخول هذه.',
 
   'account.name': 'الاسم',
+  'account.unnamed': 'بلا اسم',
   'account.email': 'البريد الإلكتروني',
   'account.plan': 'الباقة',
+  'account.planDevelopment': 'التطوير',
   'account.usage': 'الأحرف المستخدمة',
   'account.used': '{used} من {limit}',
   'account.failed': 'تعذر تحميل الحساب. تحقق من الاتصال ثم أعد المحاولة.',

@@ -44,8 +44,10 @@ export default {
   'login.unavailable': 'Dieser Dienst bietet diese Art der Anmeldung nicht an.',
 
   'account.name': 'Name',
+  'account.unnamed': 'Ohne Namen',
   'account.email': 'E-Mail',
   'account.plan': 'Tarif',
+  'account.planDevelopment': 'Entwicklung',
   'account.usage': 'Verbrauchte Zeichen',
   'account.used': '{used} von {limit}',
   'account.failed': 'Das Konto konnte nicht geladen werden. Prüfen Sie die Verbindung und versuchen Sie es erneut.',

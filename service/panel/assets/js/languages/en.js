@@ -44,8 +44,10 @@ export default {
   'login.unavailable': 'This service does not offer this way of signing in.',
 
   'account.name': 'Name',
+  'account.unnamed': 'No name',
   'account.email': 'E-mail',
   'account.plan': 'Plan',
+  'account.planDevelopment': 'Development',
   'account.usage': 'Characters used',
   'account.used': '{used} of {limit}',
   'account.failed': 'The account could not be loaded. Check the connection and try again.',

@@ -44,8 +44,10 @@ export default {
   'login.unavailable': 'Este servicio no ofrece esta forma de iniciar sesión.',
 
   'account.name': 'Nombre',
+  'account.unnamed': 'Sin nombre',
   'account.email': 'Correo',
   'account.plan': 'Tarifa',
+  'account.planDevelopment': 'Desarrollo',
   'account.usage': 'Caracteres usados',
   'account.used': '{used} de {limit}',
   'account.failed': 'No se pudo cargar la cuenta. Compruebe la conexión e inténtelo de nuevo.',

@@ -44,8 +44,10 @@ export default {
   'login.unavailable': 'Ce service ne propose pas cette façon de se connecter.',
 
   'account.name': 'Nom',
+  'account.unnamed': 'Sans nom',
   'account.email': 'E-mail',
   'account.plan': 'Formule',
+  'account.planDevelopment': 'Développement',
   'account.usage': 'Caractères utilisés',
   'account.used': '{used} sur {limit}',
   'account.failed': 'Le compte n’a pas pu être chargé. Vérifiez le réseau et réessayez.',

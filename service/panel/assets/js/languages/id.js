@@ -44,8 +44,10 @@ export default {
   'login.unavailable': 'Layanan ini tidak menyediakan cara masuk ini.',
 
   'account.name': 'Nama',
+  'account.unnamed': 'Tanpa nama',
   'account.email': 'Alamat email',
   'account.plan': 'Paket',
+  'account.planDevelopment': 'Pengembangan',
   'account.usage': 'Karakter terpakai',
   'account.used': '{used} dari {limit}',
   'account.failed': 'Akun tidak dapat dimuat. Periksa koneksi lalu coba lagi.',

@@ -44,8 +44,10 @@ export default {
   'login.unavailable': 'このサービスでは、この方法でサインインできません。',
 
   'account.name': '名前',
+  'account.unnamed': '名前なし',
   'account.email': 'メールアドレス',
   'account.plan': 'プラン',
+  'account.planDevelopment': '開発',
   'account.usage': '使用した文字数',
   'account.used': '{used} / {limit}',
   'account.failed': 'アカウントを読み込めませんでした。接続を確認して、もう一度お試しください。',

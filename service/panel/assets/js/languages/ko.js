@@ -44,8 +44,10 @@ export default {
   'login.unavailable': '이 서비스는 이 로그인 방법을 제공하지 않습니다.',
 
   'account.name': '이름',
+  'account.unnamed': '이름 없음',
   'account.email': '이메일',
   'account.plan': '요금제',
+  'account.planDevelopment': '개발',
   'account.usage': '사용한 글자 수',
   'account.used': '{used} / {limit}',
   'account.failed': '계정을 불러오지 못했습니다. 연결을 확인하고 다시 시도하세요.',

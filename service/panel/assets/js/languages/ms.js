@@ -44,8 +44,10 @@ export default {
   'login.unavailable': 'Perkhidmatan ini tidak menawarkan cara log masuk ini.',
 
   'account.name': 'Nama',
+  'account.unnamed': 'Tanpa nama',
   'account.email': 'E-mel',
   'account.plan': 'Pelan',
+  'account.planDevelopment': 'Pembangunan',
   'account.usage': 'Aksara digunakan',
   'account.used': '{used} daripada {limit}',
   'account.failed': 'Akaun tidak dapat dimuatkan. Semak sambungan dan cuba lagi.',

@@ -44,8 +44,10 @@ export default {
   'login.unavailable': 'Эта служба не поддерживает такой способ входа.',
 
   'account.name': 'Имя',
+  'account.unnamed': 'Без имени',
   'account.email': 'Эл. почта',
   'account.plan': 'Тариф',
+  'account.planDevelopment': 'Разработка',
   'account.usage': 'Использовано знаков',
   'account.used': '{used} из {limit}',
   'account.failed': 'Не удалось загрузить аккаунт. Проверьте соединение и повторите попытку.',

@@ -44,8 +44,10 @@ export default {
   'login.unavailable': 'บริการนี้ไม่มีวิธีเข้าสู่ระบบแบบนี้',
 
   'account.name': 'ชื่อ',
+  'account.unnamed': 'ไม่มีชื่อ',
   'account.email': 'อีเมล',
   'account.plan': 'แผน',
+  'account.planDevelopment': 'การพัฒนา',
   'account.usage': 'จำนวนอักขระที่ใช้',
   'account.used': '{used} จาก {limit}',
   'account.failed': 'โหลดบัญชีไม่สำเร็จ โปรดตรวจสอบการเชื่อมต่อแล้วลองอีกครั้ง',

@@ -44,8 +44,10 @@ export default {
   'login.unavailable': 'Dịch vụ này không có cách đăng nhập này.',
 
   'account.name': 'Tên',
+  'account.unnamed': 'Không có tên',
   'account.email': 'Địa chỉ email',
   'account.plan': 'Gói',
+  'account.planDevelopment': 'Phát triển',
   'account.usage': 'Số ký tự đã dùng',
   'account.used': '{used} trên {limit}',
   'account.failed': 'Không tải được tài khoản. Hãy kiểm tra kết nối rồi thử lại.',

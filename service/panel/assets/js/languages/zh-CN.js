@@ -44,8 +44,10 @@ export default {
   'login.unavailable': '此服务不提供这种登录方式。',
 
   'account.name': '姓名',
+  'account.unnamed': '未命名',
   'account.email': '电子邮箱',
   'account.plan': '套餐',
+  'account.planDevelopment': '开发',
   'account.usage': '已用字符',
   'account.used': '{used} / {limit}',
   'account.failed': '无法加载账户信息。请检查网络连接后重试。',

@@ -44,8 +44,10 @@ export default {
   'login.unavailable': '此服務不提供這種登入方式。',
 
   'account.name': '姓名',
+  'account.unnamed': '未命名',
   'account.email': '電子郵件',
   'account.plan': '方案',
+  'account.planDevelopment': '開發',
   'account.usage': '已用字元',
   'account.used': '{used} / {limit}',
   'account.failed': '無法載入帳戶資料。請檢查網路連線後再試一次。',
