@@ -2,6 +2,7 @@ import { randomBytes } from 'node:crypto';
 
 import { BROKE_TOKEN, TOKEN_PREFIX, bearerToken } from './auth.js';
 import { ServiceError } from './errors.js';
+import { refuseForeign } from './own_machine.js';
 import { parseJson } from './validation.js';
 
 const PLAN = 'development';
@@ -95,19 +96,28 @@ function readText(body, name) {
  * Signing in without a password, for the service on the own machine only, and what the account page asks.
  * @param {import('fastify').FastifyInstance} app
  * @param {Accounts} accounts
+ * @param {{devSignIn: boolean}} options devSignIn: only the own machine reaches the service
  */
-export function registerAccounts(app, accounts) {
-  app.post('/v1/auth/dev-token', async (request) => {
-    const body = parseJson(request.body);
-    const who = { name: readText(body, 'name'), email: readText(body, 'email') };
-    if (!who.name && !who.email) throw new ServiceError(400, 'bad_request', '"name" or "email" is missing');
-    return accounts.signIn(who);
-  });
+export function registerAccounts(app, accounts, { devSignIn }) {
+  if (devSignIn) registerDevSignIn(app, accounts);
   app.post('/v1/auth/sign-out', async (request, reply) => {
     accounts.signOut(signedInToken(request, accounts));
     return reply.code(204).send();
   });
-  app.get('/v1/account', async (request) => accounts.find(signedInToken(request, accounts)));
+  app.get('/v1/account', async (request, reply) => {
+    reply.header('Cache-Control', 'no-store');
+    return accounts.find(signedInToken(request, accounts));
+  });
+}
+
+function registerDevSignIn(app, accounts) {
+  app.post('/v1/auth/dev-token', { onRequest: refuseForeign }, async (request, reply) => {
+    const body = parseJson(request.body);
+    const who = { name: readText(body, 'name'), email: readText(body, 'email') };
+    if (!who.name && !who.email) throw new ServiceError(400, 'bad_request', '"name" or "email" is missing');
+    reply.header('Cache-Control', 'no-store');
+    return accounts.signIn(who);
+  });
 }
 
 function signedInToken(request, accounts) {

@@ -20,10 +20,11 @@ const BODY_LIMIT_BYTES = 8 * 1024 * 1024;
  * @param {object} options
  * @param {import('./translate/engines.js').Engine} options.engine closed together with the app
  * @param {boolean} [options.faults] offers the /control endpoints
+ * @param {boolean} [options.devSignIn] offers signing in without a password: for a service that listens on loopback only
  * @param {import('node:https').ServerOptions | null} [options.https] serves https with these certificates
  * @returns {import('fastify').FastifyInstance}
  */
-export function buildApp({ engine, faults = false, https = null }) {
+export function buildApp({ engine, faults = false, devSignIn = true, https = null }) {
   const app = Fastify({ bodyLimit: BODY_LIMIT_BYTES, forceCloseConnections: true, https });
   const queue = new FaultQueue();
   const accounts = new Accounts();
@@ -39,7 +40,7 @@ export function buildApp({ engine, faults = false, https = null }) {
 
   app.get('/v1/languages', async () => ({ pairs: engine.languages() }));
   app.post('/v1/translate', (request, reply) => answerTranslate(request, reply, { engine, queue, accounts }));
-  registerAccounts(app, accounts);
+  registerAccounts(app, accounts, { devSignIn });
   registerPanel(app);
   registerAnalytics(app, { readable: faults });
   if (recorder) registerControl(app, { queue, recorder });

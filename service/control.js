@@ -1,4 +1,5 @@
 import { ServiceError } from './errors.js';
+import { refuseForeign } from './own_machine.js';
 import { parseJson } from './validation.js';
 
 /**
@@ -7,17 +8,18 @@ import { parseJson } from './validation.js';
  * @param {{queue: import('./faults.js').FaultQueue, recorder: import('./recorder.js').RequestRecorder}} parts
  */
 export function registerControl(app, { queue, recorder }) {
-  app.post('/control/faults', async (request, reply) => {
+  const own = { onRequest: refuseForeign };
+  app.post('/control/faults', own, async (request, reply) => {
     const problem = queue.add(parseJson(request.body)?.queue);
     if (problem) throw new ServiceError(400, 'bad_request', problem);
     return reply.code(204).send();
   });
-  app.delete('/control/faults', async (request, reply) => {
+  app.delete('/control/faults', own, async (request, reply) => {
     queue.clear();
     return reply.code(204).send();
   });
-  app.get('/control/requests', async () => recorder.entries());
-  app.delete('/control/requests', async (request, reply) => {
+  app.get('/control/requests', own, async () => recorder.entries());
+  app.delete('/control/requests', own, async (request, reply) => {
     recorder.clear();
     return reply.code(204).send();
   });

@@ -5,12 +5,13 @@ import { parseArgs } from 'node:util';
 
 import { buildApp } from './app.js';
 import { logLine } from './log.js';
+import { isLoopback } from './own_machine.js';
 import { createEngine, ENGINE_NAMES } from './translate/engines.js';
 
 const USAGE = `usage: node server.js [--port N] [--host ADDRESS] [--engine ${ENGINE_NAMES.join('|')}] [--tls FOLDER]
        [--faults] [--leash]
   --port    0 takes a free one (default 8080)
-  --host    address to listen on (default 127.0.0.1)
+  --host    address to listen on (default 127.0.0.1); developers sign in on a loopback address only
   --tls     serves https with localhost.pem and localhost.key of this folder
   --engine  default: openai when QV_LLM_BASE_URL is set, else apertium
   --faults  adds /control/…: faults on demand and a record of the requests
@@ -51,7 +52,12 @@ async function main() {
   }
 
   const engine = await createEngine(options.engine);
-  const app = buildApp({ engine, faults: options.faults, https: readCertificates(options.tls) });
+  const app = buildApp({
+    engine,
+    faults: options.faults,
+    devSignIn: isLoopback(options.host),
+    https: readCertificates(options.tls),
+  });
 
   let stopping = false;
   const stop = async () => {

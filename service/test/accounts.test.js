@@ -11,8 +11,14 @@ beforeEach(() => {
 afterEach(() => app.close());
 
 const bearer = (token) => ({ authorization: `Bearer ${token}` });
+const JSON_TYPE = { 'content-type': 'application/json' };
 const ask = (method, url, { token, body } = {}) =>
-  app.inject({ method, url, headers: token ? bearer(token) : {}, payload: body && JSON.stringify(body) });
+  app.inject({
+    method,
+    url,
+    headers: { ...(token && bearer(token)), ...(body !== undefined && JSON_TYPE) },
+    payload: body && JSON.stringify(body),
+  });
 const signIn = (body) => ask('POST', '/v1/auth/dev-token', { body });
 const account = (token) => ask('GET', '/v1/account', { token });
 
@@ -30,6 +36,41 @@ test('a sign-in without a usable name is refused', async () => {
   const refused = [{}, { name: '  ' }, { name: 7 }, { name: 'a\nb' }, { email: 'x'.repeat(201) }, null];
   for (const body of refused) assert.equal((await signIn(body)).statusCode, 400, JSON.stringify(body));
   assert.equal((await signIn({ name: 'x'.repeat(200) })).statusCode, 200);
+});
+
+test('only this machine signs in, and only where the service is its own', async () => {
+  const from = (headers) =>
+    app.inject({ method: 'POST', url: '/v1/auth/dev-token', headers, payload: '{"name":"Ada"}' });
+  const cases = [
+    [{ ...JSON_TYPE, host: '127.0.0.1:8080' }, 200],
+    [{ ...JSON_TYPE, host: '[::1]:8080' }, 200],
+    [{ ...JSON_TYPE, host: 'localhost:8080', origin: 'https://localhost:8080' }, 200],
+    [{ ...JSON_TYPE, host: 'localhost:8080', origin: 'http://localhost:8081' }, 403],
+    [{ ...JSON_TYPE, origin: 'https://example.org' }, 403],
+    [{ ...JSON_TYPE, origin: 'null' }, 403],
+    [{ ...JSON_TYPE, host: 'example.org' }, 403],
+    [{ ...JSON_TYPE, host: 'localhost.example.org' }, 403],
+    [{ 'content-type': 'text/plain' }, 415],
+    [{}, 415],
+  ];
+  for (const [headers, status] of cases) {
+    assert.equal((await from(headers)).statusCode, status, JSON.stringify(headers));
+  }
+  const open = buildApp({ engine: new EchoEngine(), faults: true, devSignIn: false });
+  const signIn = { method: 'POST', url: '/v1/auth/dev-token', headers: JSON_TYPE, payload: '{"name":"Ada"}' };
+  assert.equal((await open.inject(signIn)).statusCode, 404);
+  for (const url of ['/control/faults', '/control/requests']) {
+    const foreign = { method: 'DELETE', url, headers: { origin: 'https://example.org' } };
+    assert.equal((await open.inject(foreign)).statusCode, 403, url);
+    assert.equal((await open.inject({ method: 'DELETE', url })).statusCode, 204, url);
+  }
+  await open.close();
+});
+
+test('answers about an account are kept by nobody', async () => {
+  const answer = await signIn({ name: 'Ada' });
+  assert.equal(answer.headers['cache-control'], 'no-store');
+  assert.equal((await account(answer.json().token)).headers['cache-control'], 'no-store');
 });
 
 test('an account is shown to its token only', async () => {

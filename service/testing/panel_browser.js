@@ -48,7 +48,11 @@ export class PanelBrowser {
 
   /** @returns {Promise<string>} a token as signing in gives it */
   async signIn(name = 'Ada') {
-    const answer = await fetch(`${this.origin}/v1/auth/dev-token`, { method: 'POST', body: JSON.stringify({ name }) });
+    const answer = await fetch(`${this.origin}/v1/auth/dev-token`, {
+      method: 'POST',
+      headers: { 'Content-Type': 'application/json' },
+      body: JSON.stringify({ name }),
+    });
     return (await answer.json()).token;
   }
 
