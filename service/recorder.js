@@ -1,6 +1,7 @@
 import { performance } from 'node:perf_hooks';
 
 const KEPT_REQUESTS = 5000;
+const SHOWN_OF_TOKEN = 4;
 /** The record's own requests, and the files of the panel's pages. */
 const NOT_KEPT = /^\/(control|panel)\//;
 
@@ -20,7 +21,7 @@ export class RequestRecorder {
       const entry = {
         method: request.method,
         path: request.url,
-        headers: request.headers,
+        headers: masked(request.headers),
         body: null,
         startMs: nowMs(),
         endMs: null,
@@ -48,6 +49,13 @@ export class RequestRecorder {
   clear() {
     this.#entries = [];
   }
+}
+
+/** Tests tell tokens apart by their ends; nobody needs more of them. */
+function masked(headers) {
+  if (!headers.authorization) return headers;
+  const [, scheme = '', secret] = /^(Bearer )?(.*)$/is.exec(headers.authorization);
+  return { ...headers, authorization: `${scheme}…${secret.slice(-SHOWN_OF_TOKEN)}` };
 }
 
 /** The JSON value of a body, or its text where it is no JSON. */

@@ -3,6 +3,9 @@ import { ServiceError } from './errors.js';
 /** Far above what one batch of the add-in holds (20 texts, 18000 characters, or one text of 20000). */
 const MAX_TEXTS = 500;
 const MAX_CHARACTERS = 500000;
+/** The longest language tag that RFC 5646 asks everybody to take. */
+const MAX_LANGUAGE_LENGTH = 35;
+const MAX_INSTRUCTION_LENGTH = 20000;
 
 function bad(message) {
   return new ServiceError(400, 'bad_request', message);
@@ -21,9 +24,11 @@ export function parseJson(body) {
   }
 }
 
-function optionalText(body, name) {
+function optionalText(body, name, maxLength) {
   const value = body[name] ?? '';
-  if (typeof value !== 'string') throw bad(`"${name}" must be a string`);
+  if (typeof value !== 'string' || value.length > maxLength) {
+    throw bad(`"${name}" must be a string of ${maxLength} characters at most`);
+  }
   return value;
 }
 
@@ -63,8 +68,8 @@ export function readTranslateRequest(body) {
   if (texts.length > MAX_TEXTS || characters > MAX_CHARACTERS) {
     throw new ServiceError(413, 'content_too_long', 'Request too large');
   }
-  const sourceLang = optionalText(body, 'sourceLang') || 'auto';
-  const targetLang = optionalText(body, 'targetLang');
+  const sourceLang = optionalText(body, 'sourceLang', MAX_LANGUAGE_LENGTH) || 'auto';
+  const targetLang = optionalText(body, 'targetLang', MAX_LANGUAGE_LENGTH);
   if (targetLang === '') throw bad('"targetLang" is missing');
   return {
     texts,
@@ -72,6 +77,6 @@ export function readTranslateRequest(body) {
     sourceLang,
     targetLang,
     glossary: readGlossary(body.glossary),
-    instruction: optionalText(body, 'instruction'),
+    instruction: optionalText(body, 'instruction', MAX_INSTRUCTION_LENGTH),
   };
 }

@@ -51,5 +51,6 @@ def test_an_expired_sign_in_leads_to_signing_in_and_back(start_window, echo_serv
     panel.wait_for_phase("done")
     assert column(host, 3) == [translated(text) for text in texts]
     token = panel.value("JSON.parse(localStorage['quorvantis.session']).token")
-    assert {entry["headers"]["authorization"] for entry in translate_entries(echo_service)} == {f"Bearer {token}"}
+    # The record shows the end of a token only.
+    assert {entry["headers"]["authorization"] for entry in translate_entries(echo_service)} == {f"Bearer …{token[-4:]}"}
     host.quit()

@@ -209,7 +209,7 @@ def test_records_requests_with_their_times(service):
     translate(service, "The house", usageKind="translate_full", trace={"runId": "7"})
     ask(service, "POST", "/v1/translate", b"{broken")
     first, second = service.requests()
-    assert first["body"]["trace"] == {"runId": "7"} and first["headers"]["authorization"] == "Bearer dev-test"
+    assert first["body"]["trace"] == {"runId": "7"} and first["headers"]["authorization"] == "Bearer …test"
     assert (first["method"], first["path"], first["status"]) == ("POST", "/v1/translate", 200)
     assert before <= first["startMs"] <= first["endMs"] <= second["startMs"] <= time.time() * 1000
     assert second["body"] == "{broken" and second["status"] == 400
