@@ -460,6 +460,33 @@ test('languages that cannot be loaded are asked for again', async () => {
   await view.close(REFUSED);
 });
 
+test('a dismissed run leaves the focus on something that can be used', async () => {
+  for (const [token, focused] of [
+    ['dev-ada', 'start'],
+    [null, 'source'],
+  ]) {
+    const view = await panel.open('translate', { token });
+    await view.page.waitForFunction(() => document.getElementById('target').value !== '');
+    await view.run(`${runScript(1, 1)};onCancelled()`);
+    await view.id('dismiss').click();
+    assert.equal(await view.run('document.activeElement.id'), focused);
+    await view.close();
+  }
+});
+
+test('in high contrast icons, the chosen segment and progress are still drawn', async () => {
+  const view = await openForm();
+  await view.page.emulateMedia({ forcedColors: 'active' });
+  const drawn = await view.run(`(() => {
+    const seen = (element, pseudo) => getComputedStyle(element, pseudo).backgroundColor;
+    const canvas = seen(document.body);
+    const chosen = document.querySelector('.segments label:has(:checked)');
+    return [seen(document.getElementById('swap'), '::before'), seen(chosen)].map((color) => color !== canvas);
+  })()`);
+  assert.deepEqual(drawn, [true, true]);
+  await view.close();
+});
+
 test('a browser without the add-in cannot start, and is told why', async () => {
   const view = await panel.open('translate', { hosted: false });
   await view.id('reason').getByText('Open this page from your spreadsheet program.').waitFor();

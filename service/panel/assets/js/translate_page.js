@@ -63,7 +63,7 @@ function draw() {
 function keepFocus(run) {
   const group = (phase) => (hasEnded({ phase }) ? 'ended' : isBusy({ phase }) ? 'busy' : 'idle');
   if (group(run.phase) === group(drawnPhase)) return;
-  if (run.phase === 'idle') byId('start').focus();
+  if (run.phase === 'idle') byId(byId('start').disabled ? 'source' : 'start').focus();
   else byId('run-title').focus({ preventScroll: true });
   if (run.phase !== 'idle') byId('run').scrollIntoView({ block: 'nearest' });
 }
