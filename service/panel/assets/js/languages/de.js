@@ -122,7 +122,7 @@ export default {
   'unwritten.protected': 'Das Blatt ist geschützt oder die Mappe schreibgeschützt. Heben Sie den Schutz auf und versuchen Sie es erneut.',
   'unwritten.some': 'Prüfen Sie, ob sich diese Zellen bearbeiten lassen.',
 
-  'error.sheetEmpty': 'Das Blatt ist leer. Es gibt nichts zu übersetzen.',
+  'error.sheetEmpty': 'Das Blatt ist leer. Öffnen Sie ein Blatt, das Text enthält.',
   'error.noSheet': 'Es ist kein Blatt geöffnet. Öffnen Sie ein Arbeitsblatt und versuchen Sie es erneut.',
   'error.notConnected': 'Die Verbindung zum Tabellenprogramm fehlt. Schließen Sie diesen Bereich und öffnen Sie ihn wieder.',
   'error.workbookUnavailable': 'Die Mappe dieses Fensters wurde nicht gefunden. Schließen Sie diesen Bereich, öffnen Sie ihn wieder und versuchen Sie es erneut.',
@@ -133,7 +133,7 @@ export default {
   'error.selectionTooLarge': 'Die Auswahl ist zu groß. Wählen Sie weniger Zellen aus.',
   'error.contentTooLong': 'Ein Text ist zu lang für eine Anfrage. Verteilen Sie ihn auf mehrere Zellen.',
   'error.noSelection': 'Es sind keine Zellen ausgewählt. Wählen Sie die Zellen aus, die übersetzt werden sollen, und versuchen Sie es erneut.',
-  'error.selectionEmpty': 'Die Auswahl enthält keinen Text zum Übersetzen.',
+  'error.selectionEmpty': 'Die Auswahl enthält keinen Text zum Übersetzen. Wählen Sie Zellen mit Text aus.',
   'error.hostFailed': 'Das Tabellenprogramm hat die Anfrage abgelehnt. Beenden Sie Eingaben, schließen Sie offene Dialoge und versuchen Sie es erneut.',
   'error.changedMeanwhile': 'Das Dokument hat sich beim Lesen geändert. Versuchen Sie es erneut.',
   'error.badAnswer': 'Der Dienst hat unvollständig geantwortet. Versuchen Sie es erneut.',

@@ -122,7 +122,7 @@ export default {
   'unwritten.protected': 'The sheet is protected or the workbook is read-only. Remove the protection, then try again.',
   'unwritten.some': 'Check whether these cells can be edited.',
 
-  'error.sheetEmpty': 'The sheet is empty. There is nothing to translate.',
+  'error.sheetEmpty': 'The sheet is empty. Open a sheet that holds text.',
   'error.noSheet': 'No sheet is open. Open a worksheet, then try again.',
   'error.notConnected': 'The connection to the spreadsheet program is missing. Close this pane and open it again.',
   'error.workbookUnavailable': 'The workbook of this window was not found. Close this pane, open it again, then try again.',
@@ -133,7 +133,7 @@ export default {
   'error.selectionTooLarge': 'The selection is too large. Select fewer cells.',
   'error.contentTooLong': 'A text is too long for one request. Split it over several cells.',
   'error.noSelection': 'No cells are selected. Select the cells to translate, then try again.',
-  'error.selectionEmpty': 'The selection holds no text to translate.',
+  'error.selectionEmpty': 'The selection holds no text to translate. Select cells that hold text.',
   'error.hostFailed': 'The spreadsheet program refused the request. Finish editing and close open dialogs, then try again.',
   'error.changedMeanwhile': 'The document changed while it was being read. Try again.',
   'error.badAnswer': 'The service gave an incomplete answer. Try again.',

@@ -122,7 +122,7 @@ export default {
   'unwritten.protected': 'La hoja está protegida o el libro es de solo lectura. Quite la protección e inténtelo de nuevo.',
   'unwritten.some': 'Compruebe si esas celdas se pueden editar.',
 
-  'error.sheetEmpty': 'La hoja está vacía. No hay nada que traducir.',
+  'error.sheetEmpty': 'La hoja está vacía. Abra una hoja que contenga texto.',
   'error.noSheet': 'No hay ninguna hoja abierta. Abra una hoja e inténtelo de nuevo.',
   'error.notConnected': 'Falta la conexión con la hoja de cálculo. Cierre este panel y vuelva a abrirlo.',
   'error.workbookUnavailable': 'No se encontró el libro de esta ventana. Cierre este panel, ábralo otra vez e inténtelo de nuevo.',
@@ -133,7 +133,7 @@ export default {
   'error.selectionTooLarge': 'La selección es demasiado grande. Seleccione menos celdas.',
   'error.contentTooLong': 'Un texto es demasiado largo para una sola petición. Repártalo en varias celdas.',
   'error.noSelection': 'No hay celdas seleccionadas. Seleccione las celdas que quiere traducir e inténtelo de nuevo.',
-  'error.selectionEmpty': 'La selección no contiene texto para traducir.',
+  'error.selectionEmpty': 'La selección no contiene texto que traducir. Seleccione celdas con texto.',
   'error.hostFailed': 'La hoja de cálculo rechazó la petición. Termine de editar, cierre los cuadros de diálogo e inténtelo de nuevo.',
   'error.changedMeanwhile': 'El documento cambió mientras se leía. Inténtelo de nuevo.',
   'error.badAnswer': 'El servicio dio una respuesta incompleta. Inténtelo de nuevo.',

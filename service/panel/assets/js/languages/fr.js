@@ -122,7 +122,7 @@ export default {
   'unwritten.protected': 'La feuille est protégée ou le classeur est en lecture seule. Ôtez la protection, puis réessayez.',
   'unwritten.some': 'Vérifiez que ces cellules sont modifiables.',
 
-  'error.sheetEmpty': 'La feuille est vide. Il n’y a rien à traduire.',
+  'error.sheetEmpty': 'La feuille est vide. Ouvrez une feuille qui contient du texte.',
   'error.noSheet': 'Aucune feuille n’est ouverte. Ouvrez une feuille de calcul, puis réessayez.',
   'error.notConnected': 'La liaison avec le tableur manque. Fermez ce volet et rouvrez-le.',
   'error.workbookUnavailable': 'Le classeur de cette fenêtre est introuvable. Fermez ce volet, rouvrez-le, puis réessayez.',
@@ -133,7 +133,7 @@ export default {
   'error.selectionTooLarge': 'La sélection est trop grande. Sélectionnez moins de cellules.',
   'error.contentTooLong': 'Un texte est trop long pour une seule requête. Répartissez-le sur plusieurs cellules.',
   'error.noSelection': 'Aucune cellule n’est sélectionnée. Sélectionnez les cellules à traduire, puis réessayez.',
-  'error.selectionEmpty': 'La sélection ne contient aucun texte à traduire.',
+  'error.selectionEmpty': 'La sélection ne contient aucun texte à traduire. Sélectionnez des cellules qui contiennent du texte.',
   'error.hostFailed': 'Le tableur a refusé la demande. Terminez la saisie et fermez les boîtes de dialogue, puis réessayez.',
   'error.changedMeanwhile': 'Le document a changé pendant la lecture. Réessayez.',
   'error.badAnswer': 'Le service a donné une réponse incomplète. Réessayez.',

@@ -122,7 +122,7 @@ export default {
   'unwritten.protected': 'Lembar diproteksi atau buku kerja hanya-baca. Hapus proteksi, lalu coba lagi.',
   'unwritten.some': 'Periksa apakah sel-sel ini dapat diedit.',
 
-  'error.sheetEmpty': 'Lembar kosong. Tidak ada yang diterjemahkan.',
+  'error.sheetEmpty': 'Lembar ini kosong. Buka lembar yang berisi teks.',
   'error.noSheet': 'Tidak ada lembar yang terbuka. Buka lembar kerja, lalu coba lagi.',
   'error.notConnected': 'Tidak ada koneksi ke program lembar kerja. Tutup panel ini lalu buka kembali.',
   'error.workbookUnavailable': 'Buku kerja jendela ini tidak ditemukan. Tutup panel ini, buka kembali, lalu coba lagi.',
@@ -133,7 +133,7 @@ export default {
   'error.selectionTooLarge': 'Pilihan terlalu besar. Pilih lebih sedikit sel.',
   'error.contentTooLong': 'Sebuah teks terlalu panjang untuk satu permintaan. Bagi ke beberapa sel.',
   'error.noSelection': 'Tidak ada sel yang dipilih. Pilih sel untuk diterjemahkan, lalu coba lagi.',
-  'error.selectionEmpty': 'Pilihan tidak berisi teks untuk diterjemahkan.',
+  'error.selectionEmpty': 'Pilihan tidak berisi teks untuk diterjemahkan. Pilih sel yang berisi teks.',
   'error.hostFailed': 'Program lembar kerja menolak permintaan. Selesaikan pengeditan dan tutup dialog yang terbuka, lalu coba lagi.',
   'error.changedMeanwhile': 'Dokumen berubah saat dibaca. Coba lagi.',
   'error.badAnswer': 'Layanan memberi jawaban yang tidak lengkap. Coba lagi.',

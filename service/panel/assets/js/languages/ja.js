@@ -122,7 +122,7 @@ export default {
   'unwritten.protected': 'シートが保護されているか、ブックが読み取り専用です。保護を解除して、もう一度お試しください。',
   'unwritten.some': 'これらのセルを編集できるか確認してください。',
 
-  'error.sheetEmpty': 'シートが空です。翻訳する内容がありません。',
+  'error.sheetEmpty': 'シートが空です。テキストのあるシートを開いてください。',
   'error.noSheet': 'シートが開かれていません。ワークシートを開いて、もう一度お試しください。',
   'error.notConnected': '表計算プログラムとの接続がありません。このウィンドウ枠を閉じて、開き直してください。',
   'error.workbookUnavailable': 'このウィンドウのブックが見つかりません。このウィンドウ枠を開き直して、もう一度お試しください。',
@@ -133,7 +133,7 @@ export default {
   'error.selectionTooLarge': '選択範囲が大きすぎます。選択するセルを減らしてください。',
   'error.contentTooLong': '1 回の要求には長すぎるテキストがあります。複数のセルに分けてください。',
   'error.noSelection': 'セルが選択されていません。翻訳するセルを選択して、もう一度お試しください。',
-  'error.selectionEmpty': '選択範囲に翻訳するテキストがありません。',
+  'error.selectionEmpty': '選択範囲に翻訳するテキストがありません。テキストのあるセルを選択してください。',
   'error.hostFailed': '表計算プログラムが要求を拒否しました。編集を終え、開いているダイアログを閉じて、もう一度お試しください。',
   'error.changedMeanwhile': '読み取り中に文書が変更されました。もう一度お試しください。',
   'error.badAnswer': 'サービスの応答が不完全でした。もう一度お試しください。',

@@ -122,7 +122,7 @@ export default {
   'unwritten.protected': '시트가 보호되어 있거나 통합 문서가 읽기 전용입니다. 보호를 해제하고 다시 시도하세요.',
   'unwritten.some': '이 셀들을 편집할 수 있는지 확인하세요.',
 
-  'error.sheetEmpty': '시트가 비어 있습니다. 번역할 내용이 없습니다.',
+  'error.sheetEmpty': '시트가 비어 있습니다. 텍스트가 있는 시트를 여세요.',
   'error.noSheet': '열려 있는 시트가 없습니다. 워크시트를 열고 다시 시도하세요.',
   'error.notConnected': '스프레드시트 프로그램에 연결되어 있지 않습니다. 이 창을 닫았다가 다시 여세요.',
   'error.workbookUnavailable': '이 창의 통합 문서를 찾을 수 없습니다. 작업창을 닫았다가 다시 열고 시도하세요.',
@@ -133,7 +133,7 @@ export default {
   'error.selectionTooLarge': '선택 영역이 너무 큽니다. 셀을 더 적게 선택하세요.',
   'error.contentTooLong': '한 번에 요청하기에 너무 긴 텍스트가 있습니다. 여러 셀로 나누세요.',
   'error.noSelection': '선택한 셀이 없습니다. 번역할 셀을 선택하고 다시 시도하세요.',
-  'error.selectionEmpty': '선택 영역에 번역할 텍스트가 없습니다.',
+  'error.selectionEmpty': '선택 영역에 번역할 텍스트가 없습니다. 텍스트가 있는 셀을 선택하세요.',
   'error.hostFailed': '스프레드시트 프로그램이 요청을 거부했습니다. 편집을 마치고 열린 대화 상자를 닫은 후 다시 시도하세요.',
   'error.changedMeanwhile': '읽는 동안 문서가 변경되었습니다. 다시 시도하세요.',
   'error.badAnswer': '서비스의 응답이 불완전합니다. 다시 시도하세요.',

@@ -122,7 +122,7 @@ export default {
   'unwritten.protected': 'Helaian dilindungi atau buku kerja baca sahaja. Keluarkan perlindungan, kemudian cuba lagi.',
   'unwritten.some': 'Semak sama ada sel ini boleh diedit.',
 
-  'error.sheetEmpty': 'Helaian ini kosong. Tiada apa-apa untuk diterjemah.',
+  'error.sheetEmpty': 'Helaian ini kosong. Buka helaian yang mengandungi teks.',
   'error.noSheet': 'Tiada helaian dibuka. Buka lembaran kerja, kemudian cuba lagi.',
   'error.notConnected': 'Tiada sambungan ke program hamparan. Tutup anak tetingkap ini dan buka semula.',
   'error.workbookUnavailable': 'Buku kerja tetingkap ini tidak ditemui. Tutup anak tetingkap ini, buka semula, kemudian cuba lagi.',
@@ -133,7 +133,7 @@ export default {
   'error.selectionTooLarge': 'Pilihan terlalu besar. Pilih lebih sedikit sel.',
   'error.contentTooLong': 'Satu teks terlalu panjang untuk satu permintaan. Bahagikannya kepada beberapa sel.',
   'error.noSelection': 'Tiada sel dipilih. Pilih sel untuk diterjemah, kemudian cuba lagi.',
-  'error.selectionEmpty': 'Pilihan tidak mengandungi teks untuk diterjemah.',
+  'error.selectionEmpty': 'Pilihan tidak mengandungi teks untuk diterjemah. Pilih sel yang mengandungi teks.',
   'error.hostFailed': 'Program hamparan menolak permintaan. Tamatkan pengeditan dan tutup dialog yang terbuka, kemudian cuba lagi.',
   'error.changedMeanwhile': 'Dokumen berubah semasa dibaca. Cuba lagi.',
   'error.badAnswer': 'Perkhidmatan memberi jawapan yang tidak lengkap. Cuba lagi.',

@@ -122,7 +122,7 @@ export default {
   'unwritten.protected': 'Trang tính được bảo vệ hoặc sổ làm việc chỉ đọc. Hãy bỏ bảo vệ rồi thử lại.',
   'unwritten.some': 'Hãy kiểm tra xem các ô này có sửa được không.',
 
-  'error.sheetEmpty': 'Trang tính trống. Không có gì để dịch.',
+  'error.sheetEmpty': 'Trang tính trống. Hãy mở trang tính có văn bản.',
   'error.noSheet': 'Không có trang tính nào đang mở. Hãy mở một trang tính rồi thử lại.',
   'error.notConnected': 'Mất kết nối với chương trình bảng tính. Hãy đóng ngăn này rồi mở lại.',
   'error.workbookUnavailable': 'Không tìm thấy sổ làm việc của cửa sổ này. Hãy đóng ngăn này, mở lại rồi thử lại.',
@@ -133,7 +133,7 @@ export default {
   'error.selectionTooLarge': 'Vùng chọn quá lớn. Hãy chọn ít ô hơn.',
   'error.contentTooLong': 'Có văn bản quá dài cho một yêu cầu. Hãy chia ra nhiều ô.',
   'error.noSelection': 'Chưa chọn ô nào. Hãy chọn các ô cần dịch rồi thử lại.',
-  'error.selectionEmpty': 'Vùng chọn không có văn bản để dịch.',
+  'error.selectionEmpty': 'Vùng chọn không có văn bản để dịch. Hãy chọn các ô có văn bản.',
   'error.hostFailed': 'Chương trình bảng tính từ chối yêu cầu. Hãy kết thúc việc sửa, đóng các hộp thoại rồi thử lại.',
   'error.changedMeanwhile': 'Tài liệu đã thay đổi trong khi đọc. Hãy thử lại.',
   'error.badAnswer': 'Dịch vụ trả lời không đầy đủ. Hãy thử lại.',

@@ -122,7 +122,7 @@ export default {
   'unwritten.protected': '工作表受保护或工作簿为只读。请撤销保护，然后重试。',
   'unwritten.some': '请检查这些单元格是否可编辑。',
 
-  'error.sheetEmpty': '工作表是空的，没有可翻译的内容。',
+  'error.sheetEmpty': '工作表为空。请打开含有文本的工作表。',
   'error.noSheet': '没有打开的工作表。请打开一张工作表，然后重试。',
   'error.notConnected': '未连接到表格程序。请关闭此窗格后重新打开。',
   'error.workbookUnavailable': '找不到此窗口的工作簿。请关闭此窗格，重新打开后再试。',
@@ -133,7 +133,7 @@ export default {
   'error.selectionTooLarge': '选区太大。请少选一些单元格。',
   'error.contentTooLong': '有一段文本过长，超出单次请求上限。请拆分到多个单元格。',
   'error.noSelection': '未选择单元格。请选择要翻译的单元格，然后重试。',
-  'error.selectionEmpty': '选区内没有可翻译的文本。',
+  'error.selectionEmpty': '所选内容中没有可翻译的文本。请选择含有文本的单元格。',
   'error.hostFailed': '表格程序拒绝了请求。请结束编辑并关闭打开的对话框，然后重试。',
   'error.changedMeanwhile': '读取期间文档发生了变化。请重试。',
   'error.badAnswer': '服务返回的结果不完整。请重试。',

@@ -122,7 +122,7 @@ export default {
   'unwritten.protected': '工作表受保護或活頁簿為唯讀。請取消保護，然後再試一次。',
   'unwritten.some': '請檢查這些儲存格是否可編輯。',
 
-  'error.sheetEmpty': '工作表是空的，沒有可翻譯的內容。',
+  'error.sheetEmpty': '工作表是空的。請開啟含有文字的工作表。',
   'error.noSheet': '沒有開啟的工作表。請開啟一張工作表，然後再試一次。',
   'error.notConnected': '未連線到試算表程式。請關閉此窗格後重新開啟。',
   'error.workbookUnavailable': '找不到此視窗的活頁簿。請關閉此窗格，重新開啟後再試一次。',
@@ -133,7 +133,7 @@ export default {
   'error.selectionTooLarge': '選取範圍太大。請少選一些儲存格。',
   'error.contentTooLong': '有一段文字過長，超出單次要求上限。請拆分到多個儲存格。',
   'error.noSelection': '未選取儲存格。請選取要翻譯的儲存格，然後再試一次。',
-  'error.selectionEmpty': '選取範圍內沒有可翻譯的文字。',
+  'error.selectionEmpty': '選取範圍中沒有可翻譯的文字。請選取含有文字的儲存格。',
   'error.hostFailed': '試算表程式拒絕了要求。請結束編輯並關閉開啟的對話方塊，然後再試一次。',
   'error.changedMeanwhile': '讀取期間文件發生了變化。請再試一次。',
   'error.badAnswer': '服務傳回的結果不完整。請再試一次。',
