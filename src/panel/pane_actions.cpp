@@ -8,14 +8,12 @@
 #include "panel/fonts.h"
 #include "panel/page_scripts.h"
 #include "panel/pane_timers.h"
+#include "translation/local_store.h"
 #include "workbook/automation.h"
 #include "workbook/doc_key.h"
 
 namespace qv {
 namespace {
-
-/// The local store of glossaries and instructions while it holds nothing.
-constexpr wchar_t kEmptySnapshot[] = L"{\"glossaries\":[],\"instructions\":[]}";
 
 std::wstring TokenOf(const PanelMessage& message) {
   std::wstring token = JsonGetString(message.text, L"accessToken");
@@ -77,12 +75,16 @@ void PaneActions::TranslateBatchResult(const PanelMessage& message) {
   run_.OnBatchResult(message.text);
 }
 
+void PaneActions::TerminologyResolveResult(const PanelMessage& message) {
+  run_.OnTerminologyResult(message.text);
+}
+
 void PaneActions::DocKeyGet(const PanelMessage& message) {
   Reply(message, DocKeyData(DocumentKey()));
 }
 
 void PaneActions::ExportLocalSnapshot(const PanelMessage& message) {
-  Reply(message, kEmptySnapshot);
+  Reply(message, LocalSnapshotData(ReadLocalStore()));
 }
 
 void PaneActions::ClientInfoGet(const PanelMessage& message) {

@@ -41,6 +41,7 @@ class PaneActions final : public PanelActions {
   void GetFontList(const PanelMessage& message) override;
   void Trace(const PanelMessage& message) override;
   void TranslateBatchResult(const PanelMessage& message) override;
+  void TerminologyResolveResult(const PanelMessage& message) override;
   void DocKeyGet(const PanelMessage& message) override;
   void ExportLocalSnapshot(const PanelMessage& message) override;
   void ClientInfoGet(const PanelMessage& message) override;

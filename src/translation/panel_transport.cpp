@@ -1,10 +1,9 @@
 #include "translation/panel_transport.h"
 
-#include <utility>
-
 #include "foundation/json_text.h"
 #include "foundation/logging.h"
 #include "foundation/text.h"
+#include "translation/page_question.h"
 #include "translation/run_messages.h"
 #include "translation/trace_details.h"
 
@@ -22,24 +21,12 @@ TranslateResult PanelTransport::Send(const TranslateRequest& request) {
 }
 
 TranslateResult PanelTransport::Exchange(const TranslateRequest& request, const std::wstring& requestId) {
-  const std::wstring message = TranslateBatchRequestMessage(requestId, request);
-  const std::shared_ptr<PendingRequest> waiting = pending_->Register(requestId, request.runId, message);
-  if (waiting == nullptr) return TranslateResult::Failure(L"internal_error", L"CreateEvent failed");
-  // The page is reached from the UI thread only; a closed queue means that there is no page any more.
-  const bool posted = pane_->Tasks().PostFunction([output = output_, pending = pending_, requestId, message] {
-    // The run may have been cancelled while this waited, and the page been told so.
-    if (pending->Has(requestId)) output->PostPanelJson(message);
-  });
-  // A cancel that came before the registration has not found this request.
-  if (!posted || flags_.IsCancelled()) {
-    pending_->Remove(requestId);
-    return TranslateResult::Cancelled();
-  }
-  TraceTranslateEvent("cpp.bridge.request.posted", BridgePostedDetail(request, requestId));
-  if (WaitForSingleObject(waiting->answered.Get(), timeoutMs_) == WAIT_OBJECT_0) return waiting->result;
-  pending_->Remove(requestId);
-  // The answer may have come in the last moment before the removal.
-  if (WaitForSingleObject(waiting->answered.Get(), 0) == WAIT_OBJECT_0) return waiting->result;
+  const PageQuestion question{requestId, request.runId, TranslateBatchRequestMessage(requestId, request),
+                              timeoutMs_};
+  const auto posted = [&] {
+    TraceTranslateEvent("cpp.bridge.request.posted", BridgePostedDetail(request, requestId));
+  };
+  if (const auto answer = AskPage(question, pending_, *pane_, *output_, flags_, posted)) return *answer;
   TraceTranslateEvent("cpp.bridge.timeout", BridgeTimeoutDetail(requestId, request.runId));
   return TranslateResult::Failure(L"request_timeout", L"Translation request timed out");
 }

@@ -32,11 +32,6 @@ std::wstring_view UsageKindOf(const StartRequest& start) {
   return start.selection ? L"translate_selection" : L"translate_full";
 }
 
-/// The glossaries and the instruction that the page has chosen. None are kept for runs so far.
-Terminology ResolveTerminology(const std::vector<std::wstring>&) {
-  return {};
-}
-
 }  // namespace
 
 RunController::RunController(std::shared_ptr<PaneContext> context, PanelOutput& output, TargetContext& target,
@@ -46,6 +41,7 @@ RunController::RunController(std::shared_ptr<PaneContext> context, PanelOutput& 
       target_(target),
       tokens_(tokens),
       session_(session),
+      terminology_(std::make_shared<TerminologyBridge>(context_, output)),
       mailbox_(std::make_shared<RunMailbox>(static_cast<RunListener&>(*this))) {}
 
 RunController::~RunController() {
@@ -181,11 +177,22 @@ RunJob RunController::JobOf(const Run& run) const {
   job.head.clientProduct = kClientProduct;
   job.head.clientTraceId = run.start.clientTraceId;
   job.head.runId = run.id;
-  job.terminology = &ResolveTerminology;
+  job.terminology = TerminologyOf(run);
   job.access = {HostSession::Get().Endpoint(), tokens_.Transport(), BuildClientContext(GatherClientFacts())};
   if (run.start.viaPanel) job.pending = pending_;
   job.output = &output_;
   return job;
+}
+
+TerminologySource RunController::TerminologyOf(const Run& run) const {
+  return [bridge = terminology_, flags = run.flags, choice = run.start.terminology, runId = run.id,
+          hasToken = !tokens_.Transport().empty()](const std::vector<std::wstring>& texts) {
+    const TerminologyHelp help{[&](const TerminologyChoice& wanted, const std::vector<std::wstring>& corpus) {
+                                 return bridge->Resolve(wanted, corpus, runId, *flags);
+                               },
+                               &PaneLog};
+    return ApplyTerminologyForRun(choice, hasToken, texts, help);
+  };
 }
 
 void RunController::OnBatchTranslated(std::uint64_t runId, TranslatedBatch batch) {
@@ -271,6 +278,7 @@ std::shared_ptr<RunController::Run> RunController::StopRun() {
   std::shared_ptr<Run> run = std::exchange(run_, nullptr);
   run->flags->Cancel();
   pending_->CancelRun(run->id);
+  terminology_->CancelRun(run->id);
   run->writer->Stop();
   WorkbookBusyTable::ReleaseWorkbook(run->workbookKey, context_.get());
   target_.DropImplicitPin();
@@ -317,6 +325,10 @@ void RunController::OnBatchResult(const std::wstring& message) {
   AcceptBatchResult(*pending_, message);
 }
 
+void RunController::OnTerminologyResult(const std::wstring& message) {
+  terminology_->Accept(message);
+}
+
 void RunController::OnSheetActivated(bool translationViewShown) {
   if (shutDown_) return;
   const std::wstring activeSheet = target_.GetActiveSheetName();
@@ -336,6 +348,8 @@ void RunController::PushState() {
 }
 
 void RunController::AskPageAgain() {
+  for (const std::wstring& message : terminology_->WaitingMessages())
+    output_.PostPanelJson(message);
   for (const std::wstring& message : pending_->WaitingMessages())
     output_.PostPanelJson(message);
 }

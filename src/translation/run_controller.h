@@ -15,6 +15,7 @@
 #include "translation/run_worker.h"
 #include "translation/run_writer.h"
 #include "translation/start_request.h"
+#include "translation/terminology_bridge.h"
 #include "translation/translation_session.h"
 #include "translation/ui_timer.h"
 #include "workbook/collector.h"
@@ -44,6 +45,8 @@ class RunController : private RunListener, private WriteListener {
 
   /// The page's answer to a batch request, matched by its id; an unknown one is ignored.
   void OnBatchResult(const std::wstring& message);
+  /// The same for its answer to a run's question about terminology.
+  void OnTerminologyResult(const std::wstring& message);
 
   /// The user activated another sheet. The page is told only while it shows a translation view.
   void OnSheetActivated(bool translationViewShown);
@@ -98,6 +101,8 @@ class RunController : private RunListener, private WriteListener {
   [[nodiscard]] bool Collect(Run& run);
   void Announce(Run& run);
   [[nodiscard]] RunJob JobOf(const Run& run) const;
+  /// What the worker calls for the run's terminology.
+  [[nodiscard]] TerminologySource TerminologyOf(const Run& run) const;
 
   void Refuse(std::wstring_view code, std::wstring_view message);
   void Fail(std::wstring_view code, std::wstring_view message);
@@ -115,6 +120,7 @@ class RunController : private RunListener, private WriteListener {
   AccessTokens& tokens_;
   TranslationSession& session_;
   std::shared_ptr<PendingRequests> pending_ = std::make_shared<PendingRequests>();
+  std::shared_ptr<TerminologyBridge> terminology_;
   std::shared_ptr<RunMailbox> mailbox_;
 
   /// The last run id that was given out.

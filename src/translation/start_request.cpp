@@ -50,6 +50,7 @@ StartRequest ParseStartRequest(std::wstring_view action, std::wstring_view messa
   start.bilingual = JsonGetBool(message, L"excelBilingualBelow");
   start.viaPanel = JsonGetBool(message, L"nativeTranslateViaJs");
   start.hasViaPanelField = JsonHasKey(message, L"nativeTranslateViaJs");
+  start.terminology = ParseTerminologyChoice(message);
   start.font = ParseTargetFont(message);
   return start;
 }

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "translation/terminology.h"
+
 namespace qv {
 
 /// The muted slate blue of translations, as the host's blue-green-red number.
@@ -36,6 +38,7 @@ struct StartRequest {
   /// The page performs the requests to the service.
   bool viaPanel = false;
   bool hasViaPanelField = false;
+  TerminologyChoice terminology;
   TargetFont font;
 
   /// "selection" or "full".

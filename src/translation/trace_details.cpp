@@ -71,4 +71,16 @@ std::wstring BridgeUnblockedDetail(std::wstring_view requestId, std::uint64_t ru
   return Concat(L"requestId=", requestId, L" runId=", runId, L" ok=", result.ok, L" code=", result.code);
 }
 
+std::wstring TermPostedDetail(std::wstring_view requestId, std::size_t glossaryIds, std::size_t corpusTexts) {
+  return Concat(L"requestId=", requestId, L" glossaryIds=", glossaryIds, L" corpusTexts=", corpusTexts);
+}
+
+std::wstring TermResultDetail(std::wstring_view requestId, std::size_t resultLength) {
+  return Concat(L"requestId=", requestId, L" resultLen=", resultLength);
+}
+
+std::wstring TermFailedDetail(std::wstring_view requestId, bool ok, std::wstring_view code) {
+  return Concat(L"requestId=", requestId, L" ok=", ok, L" code=", code);
+}
+
 }  // namespace qv

@@ -44,4 +44,14 @@ namespace qv {
 [[nodiscard]] std::wstring BridgeUnblockedDetail(std::wstring_view requestId, std::uint64_t runId,
                                                  const TranslateResult& result);
 
+/// "cpp.term.bridge.request.posted".
+[[nodiscard]] std::wstring TermPostedDetail(std::wstring_view requestId, std::size_t glossaryIds,
+                                            std::size_t corpusTexts);
+
+/// "cpp.term.bridge.result.received". `resultLength` in UTF-16 units.
+[[nodiscard]] std::wstring TermResultDetail(std::wstring_view requestId, std::size_t resultLength);
+
+/// "cpp.term.bridge.failed".
+[[nodiscard]] std::wstring TermFailedDetail(std::wstring_view requestId, bool ok, std::wstring_view code);
+
 }  // namespace qv
