@@ -1,5 +1,6 @@
 #include <set>
 
+#include "../foundation/scratch_folder.h"
 #include "addin_test.h"
 #include "foundation/dispatch.h"
 #include "foundation/text.h"
@@ -123,6 +124,21 @@ TEST_F(Messages, AskAboutTheClient) {
   EXPECT_EQ(Ask(view, L"exportLocalSnapshot"),
             std::string(kReplyStart) + R"({"glossaries":[],"instructions":[]}}))" + ";");
   EXPECT_TRUE(Ask(view, L"uiLangGet").starts_with(std::string(kReplyStart) + R"({"uiLang":")"));
+}
+
+TEST_F(Messages, ExportWhatTheUserKeepsOnThisComputer) {
+  const std::uint32_t view = OpenPane();
+  // Makes the folders.
+  static_cast<void>(Ask(view, L"exportLocalSnapshot"));
+  const KeptFile kept(std::wstring(_wgetenv(L"APPDATA")) +
+                      L"\\Quorvantis\\glossaries\\global\\message-test.json");
+  WriteBytes(kept.Path(),
+             R"({"meta":{"name":"N","updatedAt":5},"entries":[{"source":"</script>","target":"é"}]})");
+  const std::string answer = Ask(view, L"exportLocalSnapshot");
+  EXPECT_NE(answer.find(R"({"id":"message-test","name":"N","updatedAt":5,"entries":[)"
+                        R"({"source":"</script>","target":"é","note":"","enabled":true}]})"),
+            std::string::npos)
+      << answer;
 }
 
 /// The id is the user's own, however long an installer made it.

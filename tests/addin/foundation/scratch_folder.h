@@ -55,6 +55,8 @@ class KeptFile {
     }
   }
 
+  [[nodiscard]] const std::wstring& Path() const { return path_; }
+
  private:
   std::wstring path_;
   bool existed_;
