@@ -25,10 +25,7 @@ class PartReader {
   std::wstring_view TakeValue() {
     SkipSpace();
     const std::size_t begin = at_;
-    const bool taken = at_ < text_.size() && (text_[at_] == L'"'                         ? SkipString()
-                                              : text_[at_] == L'{' || text_[at_] == L'[' ? SkipNested()
-                                                                                         : SkipScalar());
-    return taken ? text_.substr(begin, at_ - begin) : std::wstring_view();
+    return SkipValue() ? text_.substr(begin, at_ - begin) : std::wstring_view();
   }
 
   bool IsAtEnd() {
@@ -38,6 +35,12 @@ class PartReader {
 
  private:
   void SkipSpace() { at_ = std::min(text_.find_first_not_of(L" \t\r\n", at_), text_.size()); }
+
+  bool SkipValue() {
+    const std::wstring_view next = text_.substr(at_);
+    if (next.starts_with(L'"')) return SkipString();
+    return next.starts_with(L'{') || next.starts_with(L'[') ? SkipNested() : SkipScalar();
+  }
 
   bool SkipString() {
     for (++at_; at_ < text_.size(); ++at_) {
