@@ -12,9 +12,16 @@
 #include "foundation/pane_context.h"
 #include "foundation/panel_output.h"
 #include "workbook/cell_unit.h"
+#include "workbook/range_reader.h"
 #include "workbook/target_context.h"
 
 namespace qv {
+
+/// One rectangular piece of what is collected.
+struct CollectedArea {
+  ComPtr<IDispatch> range;
+  RangeGeometry geometry;
+};
 
 /// What a collection gives besides success.
 struct CollectResult {
@@ -24,6 +31,8 @@ struct CollectResult {
   std::wstring sheetName;
   /// Cells of the scanned range (rows × columns).
   std::int64_t cells = 0;
+  /// The rectangles of a collected selection, which may overlap.
+  std::vector<CollectedArea> areas;
   /// Short text for the panel when the collection failed; empty when it was given up.
   std::wstring error;
 };

@@ -1,0 +1,96 @@
+#include "translation/selection_preview_reader.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "foundation/guard.h"
+#include "foundation/variant.h"
+#include "translation/selection_preview.h"
+#include "workbook/automation.h"
+#include "workbook/collector.h"
+#include "workbook/range_reader.h"
+#include "workbook/value_block.h"
+
+namespace qv {
+namespace {
+
+bool IsBusyAt(IDispatch* object, const wchar_t* property) {
+  Variant ignored;
+  HostAnswer answer;
+  answer.hr = GetProperty(object, property, ignored, &answer.exceptionCode);
+  return answer.IsBusy();
+}
+
+CellBlock BlockOf(const RangeGeometry& geometry) {
+  return {geometry.firstRow, geometry.firstCol, geometry.rows, geometry.cols};
+}
+
+void AppendTextOf(const VARIANT& value, std::wstring& text) {
+  if (value.vt == VT_BSTR) AppendQuickText(text, {value.bstrVal, SysStringLen(value.bstrVal)});
+}
+
+/// The texts of one rectangle, formulas' results included: here they are only read.
+void AppendTextsOf(const CollectedArea& area, std::wstring& text) {
+  Variant values;
+  if (FAILED(GetProperty(area.range.Get(), L"Value2", values))) return;
+  const std::optional<ValueBlock> block = ValueBlock::Of(values);
+  if (!block) return AppendTextOf(values.Get(), text);
+  Variant held;
+  for (std::int32_t row = 1; row <= area.geometry.rows; ++row) {
+    for (std::int32_t col = 1; col <= area.geometry.cols; ++col) {
+      const VARIANT* const value = block->Read(row, col, held);
+      if (value != nullptr) AppendTextOf(*value, text);
+    }
+  }
+}
+
+SelectionPreview PreviewOf(const CollectResult& collected, const TranslationSession& session) {
+  SelectionPreview preview;
+  preview.fragments = collected.units.size();
+  for (const CellUnit& unit : collected.units)
+    preview.chars += unit.WorkText().size();
+  std::vector<CellBlock> blocks;
+  for (const CollectedArea& area : collected.areas)
+    blocks.push_back(BlockOf(area.geometry));
+  preview.written = CountWritten(session.units, collected.sheetName, blocks);
+  if (collected.cells <= kMaxQuickTextCells) {
+    std::wstring& text = preview.quickText.emplace();
+    for (const CollectedArea& area : collected.areas)
+      AppendTextsOf(area, text);
+  }
+  return preview;
+}
+
+/// The script for the page, or nothing while the host is busy.
+std::optional<std::wstring> ReadPreview(const TargetContext& target, const TranslationSession& session,
+                                        PaneContext& pane, PanelOutput& output) {
+  HostAnswer answer;
+  const ComPtr<IDispatch> selection = target.GetTargetSelectionDrv(&answer);
+  if (answer.IsBusy()) return std::nullopt;
+  CollectResult collected;
+  if (selection == nullptr || !Collector(target, output, pane).CollectSelectionCells(0, collected)) {
+    // The collection does not tell why it failed; a host that is busy still says so.
+    if (IsBusyAt(selection.Get(), L"Address")) return std::nullopt;
+    return SelectionPreviewErrorScript(kSelectionUnreadableError);
+  }
+  SelectionPreview preview = PreviewOf(collected, session);
+  preview.rangeAddress = GetStringProperty(selection.Get(), L"Address");
+  return SelectionPreviewScript(preview);
+}
+
+}  // namespace
+
+void SelectionPreviewReader::Push() {
+  std::optional<std::wstring> script;
+  try {
+    script = ReadPreview(target_, session_, pane_, output_);
+  } catch (...) {
+    static_cast<void>(HandleCurrentException(L"SelectionPreview"));
+    script = SelectionPreviewErrorScript(kSelectionFailedError);
+  }
+  // The host may have closed the pane while it was asked.
+  if (script && !pane_.IsClosing()) output_.RunPanelScript(*script);
+}
+
+}  // namespace qv
