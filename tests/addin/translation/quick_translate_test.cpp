@@ -42,7 +42,7 @@ class QuickTranslateTest : public RunTest {
 TEST_F(QuickTranslateTest, TranslatesOneTextWithoutACell) {
   FillRows(1);
   Ask(L"q1", L"Good \"day\"");
-  EXPECT_EQ(AnswerTo(L"q1"), L"ok:true,translation:\"ZH-CN:Good \\\"day\\\"\"});})();");
+  EXPECT_EQ(AnswerTo(L"q1"), L"ok:true,translation:\"ZH:Good \\\"day\\\"\"});})();");
   const std::vector<nlohmann::json> bodies = service.TranslateBodies();
   ASSERT_EQ(bodies.size(), 1U);
   EXPECT_EQ(bodies[0].at("texts"), nlohmann::json({"Good \"day\""}));
@@ -75,7 +75,7 @@ TEST_F(QuickTranslateTest, FailuresAnswerWithTheMessageThatARunWouldShow) {
       {{{"status", 500}}, L"HTTP request failed"},
       {{{"status", 429}, {"body", {{"code", "rate_limited"}, {"message", "slow down"}}}}, L"slow down"},
       {{{"raw", "{\"translations\":[]}"}}, L"Empty translation response"},
-      {{{"countMismatch", true}}, L"Empty translation response"},
+      {{{"countMismatch", true}}, L"Translation count mismatch"},
       {{{"dropMidBody", true}}, L"HTTP request failed"},
   };
   int number = 0;
@@ -108,7 +108,7 @@ TEST_F(QuickTranslateTest, ARunGoesOnBesideIt) {
   pane->Start();
   ASSERT_TRUE(pane->controller->IsRunning());
   Ask(L"q", L"Beside");
-  EXPECT_EQ(AnswerTo(L"q"), L"ok:true,translation:\"ZH-CN:Beside\"});})();");
+  EXPECT_EQ(AnswerTo(L"q"), L"ok:true,translation:\"ZH:Beside\"});})();");
   EXPECT_TRUE(pane->controller->IsRunning());
   EXPECT_TRUE(PumpUntilPageHas(L"onComplete({runId:1"));
   EXPECT_EQ(Text("A1"), L"ES:Text number 1");
@@ -139,7 +139,7 @@ TEST_F(QuickWriteTest, PutsTheTextIntoTheTopLeftCellOfTheSelection) {
   engine->Select(L"More", "C4:D9,A1");
   Write(L"replace", L"=neu");
   EXPECT_EQ(Text("C4", L"More"), L"=neu");
-  EXPECT_FALSE(engine->Sheet(L"More").At(1, 1).HasContent());
+  EXPECT_EQ(engine->Sheet(L"More").Find(1, 1), nullptr);
   Write(L"insert", L"más");
   EXPECT_EQ(Text("C4", L"More"), L"=neu\nmás");
   EXPECT_TRUE(engine->Cell(L"More", "C4").at("wrap").get<bool>());
@@ -207,7 +207,7 @@ TEST_F(QuickWriteTest, ACellThatDoesNotTakeTheTextIsToldEachTime) {
   engine->Faults().Fail({.member = "Range.Value2", .on = devhost::memory::kOnGet});
   Write(L"insert", L"neu");
   engine->Fault({{"clear", true}});
-  expectTold(kOther, "unreadable");
+  expectTold(kLocked, "unreadable");
 
   engine->SelectChart(L"Data", 0);
   Write(L"replace", L"neu");
