@@ -112,6 +112,15 @@ bool CWebView2Pane::WantsSelectionPreview() const {
   return !earlyShutdownDone_ && !run_.IsRunning() && (page == kRootPage || page == kQuickTranslatePage);
 }
 
+void CWebView2Pane::AwaitSelectionAtRest() {
+  const HWND window = window_.Handle();
+  // Set again, the timer starts anew. The event itself asks the host nothing: a macro may change thousands of
+  // cells, each with its event.
+  if (window != nullptr && WantsSelectionPreview()) {
+    SetTimer(window, kPreviewTimer, kPreviewTimerMs, nullptr);
+  }
+}
+
 void CWebView2Pane::OnPreviewTick() {
   if (WantsSelectionPreview()) selectionPreview_.Push();
 }
@@ -189,11 +198,7 @@ void CWebView2Pane::SetPanelMode(std::wstring_view mode) {
 }
 
 void CWebView2Pane::OnHostEvent(const HostEvent& event) {
-  // Asked for again, the timer starts anew; the host itself is only asked when it has run down.
-  if (event.kind != HostEventKind::kWindowActivated && context_->Window() != nullptr &&
-      WantsSelectionPreview()) {
-    SetTimer(context_->Window(), kPreviewTimer, kPreviewTimerMs, nullptr);
-  }
+  if (event.kind != HostEventKind::kWindowActivated) AwaitSelectionAtRest();
   if (event.kind != HostEventKind::kSheetActivated) return;
   // The host may close the pane while it is asked.
   const ComPtr<OleControl> keptAlive(this);

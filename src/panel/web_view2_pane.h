@@ -100,6 +100,8 @@ class CWebView2Pane final : public OleControl,
   void OnWidthTick();
   /// The page shows what is selected, and no run is busy with it.
   [[nodiscard]] bool WantsSelectionPreview() const;
+  /// The selection, or what it holds, has changed.
+  void AwaitSelectionAtRest();
   void OnPreviewTick();
   /// Everything but the window goes; it may be on its way out itself.
   void Shutdown();
