@@ -31,18 +31,31 @@ void AppendTextOf(const VARIANT& value, std::wstring& text) {
 }
 
 /// The texts of one rectangle, formulas' results included: here they are only read.
-void AppendTextsOf(const CollectedArea& area, std::wstring& text) {
+void AppendTextsOf(IDispatch* range, const RangeGeometry& geometry, std::wstring& text) {
   Variant values;
-  if (FAILED(GetProperty(area.range.Get(), L"Value2", values))) return;
+  if (FAILED(GetProperty(range, L"Value2", values))) return;
   const std::optional<ValueBlock> block = ValueBlock::Of(values);
   if (!block) return AppendTextOf(values.Get(), text);
   Variant held;
-  for (std::int32_t row = 1; row <= area.geometry.rows; ++row) {
-    for (std::int32_t col = 1; col <= area.geometry.cols; ++col) {
+  for (std::int32_t row = 1; row <= geometry.rows; ++row) {
+    for (std::int32_t col = 1; col <= geometry.cols; ++col) {
       const VARIANT* const value = block->Read(row, col, held);
       if (value != nullptr) AppendTextOf(*value, text);
     }
   }
+}
+
+std::wstring QuickTextOf(const ComPtr<IDispatch>& selection, const std::vector<RangeGeometry>& areas) {
+  std::wstring text;
+  const ComPtr<IDispatch> collection = GetDispProperty(selection.Get(), L"Areas");
+  for (std::size_t i = 0; i < areas.size(); ++i) {
+    // One area is the selection itself, and so it is where the host has no areas.
+    const ComPtr<IDispatch> range =
+        areas.size() == 1 ? selection
+                          : GetCollectionItem(collection.Get(), Variant(static_cast<long>(i) + 1));
+    AppendTextsOf(range.Get(), areas[i], text);
+  }
+  return text;
 }
 
 SelectionPreview PreviewOf(const CollectResult& collected, const TranslationSession& session) {
@@ -51,14 +64,9 @@ SelectionPreview PreviewOf(const CollectResult& collected, const TranslationSess
   for (const CellUnit& unit : collected.units)
     preview.chars += unit.WorkText().size();
   std::vector<CellBlock> blocks;
-  for (const CollectedArea& area : collected.areas)
-    blocks.push_back(BlockOf(area.geometry));
+  for (const RangeGeometry& area : collected.areas)
+    blocks.push_back(BlockOf(area));
   preview.written = CountWritten(session.units, collected.sheetName, blocks);
-  if (collected.cells <= kMaxQuickTextCells) {
-    std::wstring& text = preview.quickText.emplace();
-    for (const CollectedArea& area : collected.areas)
-      AppendTextsOf(area, text);
-  }
   return preview;
 }
 
@@ -75,6 +83,7 @@ std::optional<std::wstring> ReadPreview(const TargetContext& target, const Trans
     return SelectionPreviewErrorScript(kSelectionUnreadableError);
   }
   SelectionPreview preview = PreviewOf(collected, session);
+  if (collected.cells <= kMaxQuickTextCells) preview.quickText = QuickTextOf(selection, collected.areas);
   preview.rangeAddress = GetStringProperty(selection.Get(), L"Address");
   return SelectionPreviewScript(preview);
 }

@@ -56,6 +56,12 @@ constexpr FallbackRules kSelectionRules = {
     .unreadable = kSelectionUnreadable,
 };
 
+/// One rectangular piece of what is collected.
+struct Area {
+  ComPtr<IDispatch> range;
+  RangeGeometry geometry;
+};
+
 /// What all areas of one collection share.
 struct Job {
   IDispatch* sheet;
@@ -75,7 +81,7 @@ ScanOutcome ScanByTypedRange(const RangeReader& typed, const RangeGeometry& geom
   return ScanCells(scan, units, error);
 }
 
-ScanOutcome ScanLateBoundCells(const CollectedArea& area, Job& job, UnitList& units, std::wstring& error) {
+ScanOutcome ScanLateBoundCells(const Area& area, Job& job, UnitList& units, std::wstring& error) {
   const RangeGeometry& geometry = area.geometry;
   PaneLog(L"Excel CollectCellsFromUsedRangeDispatch\r\n");
   PaneLog(Concat(L"Excel range collect rows=", geometry.rows, L" cols=", geometry.cols, L" r0=",
@@ -87,7 +93,7 @@ ScanOutcome ScanLateBoundCells(const CollectedArea& area, Job& job, UnitList& un
 }
 
 /// Each way starts with an empty list, so that a way that failed midway leaves nothing behind.
-ScanOutcome ScanArea(const CollectedArea& area, Job& job, const UnitList& empty, UnitList& units,
+ScanOutcome ScanArea(const Area& area, Job& job, const UnitList& empty, UnitList& units,
                      std::wstring& error) {
   units = empty;
   const AreaScan bulk{RangeReader::LateBound(area.range), area.geometry, job.sheet, job.progress};
@@ -120,11 +126,11 @@ bool GiveUp(CollectResult& result) {
   return false;
 }
 
-bool ScanAreas(std::span<const CollectedArea> areas, Job& job, CollectResult& result) {
+bool ScanAreas(std::span<const Area> areas, Job& job, CollectResult& result) {
   const UnitList empty(result.sheetName, &IsPlatformLetter);
   UnitList all = empty;
   std::int64_t rowsBefore = 0;
-  for (const CollectedArea& area : areas) {
+  for (const Area& area : areas) {
     if (!job.progress.IsWanted()) return GiveUp(result);
     job.progress.SetRowsBefore(rowsBefore);
     UnitList units = empty;
@@ -147,7 +153,7 @@ bool ScanAreas(std::span<const CollectedArea> areas, Job& job, CollectResult& re
 
 /// Fills `areas` with the rectangles of a selection, checked against the limit before anything is read. The
 /// error text or null.
-const wchar_t* ReadSelectionAreas(const ComPtr<IDispatch>& selection, std::vector<CollectedArea>& areas) {
+const wchar_t* ReadSelectionAreas(const ComPtr<IDispatch>& selection, std::vector<Area>& areas) {
   const ComPtr<IDispatch> collection = GetDispProperty(selection.Get(), L"Areas");
   const std::int32_t count = GetIntProperty(collection.Get(), L"Count");
   if (count > kMaxSelectionCells) return kSelectionTooLarge;
@@ -183,7 +189,7 @@ bool Collector::CollectUsedRangeCells(std::wstring_view sheetName, std::uint64_t
   result = {};
   if (target_.Application() == nullptr) return Fail(result, kNotConnected);
   const ComPtr<IDispatch> sheet = ResolveSheet(target_, sheetName);
-  CollectedArea area{GetDispProperty(sheet.Get(), L"UsedRange"), {}};
+  Area area{GetDispProperty(sheet.Get(), L"UsedRange"), {}};
   const std::optional<RangeGeometry> geometry = ReadGeometry(RangeReader::LateBound(area.range));
   if (!geometry) return Fail(result, kUsedRangeUnreadable);
   area.geometry = *geometry;
@@ -201,21 +207,20 @@ bool Collector::CollectSelectionCells(std::uint64_t runId, CollectResult& result
   if (target_.Application() == nullptr) return Fail(result, kNotConnected);
   const ComPtr<IDispatch> selection = target_.GetTargetSelectionDrv();
   if (!IsCellRange(selection.Get())) return Fail(result, kNotCells);
-  std::vector<CollectedArea> areas;
+  std::vector<Area> areas;
   if (const wchar_t* error = ReadSelectionAreas(selection, areas)) return Fail(result, error);
 
   const ComPtr<IDispatch> sheet = SheetOf(selection.Get(), target_);
   result.sheetName = GetStringProperty(sheet.Get(), L"Name");
   if (result.sheetName.empty()) return Fail(result, kSelectionUnreadable);
   std::int64_t rows = 0;
-  for (const CollectedArea& area : areas) {
+  for (const Area& area : areas) {
     result.cells += area.geometry.Cells();
     rows += area.geometry.rows;
+    result.areas.push_back(area.geometry);
   }
   Job job{sheet.Get(), kSelectionRules, ScanProgress(output_, pane_, runId, rows, stillWanted_)};
-  if (!ScanAreas(areas, job, result)) return false;
-  result.areas = std::move(areas);
-  return true;
+  return ScanAreas(areas, job, result);
 }
 
 }  // namespace qv

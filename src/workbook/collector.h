@@ -17,12 +17,6 @@
 
 namespace qv {
 
-/// One rectangular piece of what is collected.
-struct CollectedArea {
-  ComPtr<IDispatch> range;
-  RangeGeometry geometry;
-};
-
 /// What a collection gives besides success.
 struct CollectResult {
   std::vector<CellUnit> units;
@@ -31,8 +25,8 @@ struct CollectResult {
   std::wstring sheetName;
   /// Cells of the scanned range (rows × columns).
   std::int64_t cells = 0;
-  /// The rectangles of a collected selection, which may overlap.
-  std::vector<CollectedArea> areas;
+  /// The rectangles of a collected selection in the order of its "Areas"; they may overlap.
+  std::vector<RangeGeometry> areas;
   /// Short text for the panel when the collection failed; empty when it was given up.
   std::wstring error;
 };

@@ -127,7 +127,7 @@ TEST_F(SelectionInThePane, TakesAQuickTranslation) {
   EXPECT_EQ(Log().find("secret"), std::string::npos);
 }
 
-/// A browser that never hears of its answer must not keep the pane, nor the worker the host.
+/// Neither a worker nor the timer may keep the pane, or talk to it afterwards.
 TEST_F(SelectionInThePane, MayCloseBeforeItsAnswersCome) {
   const int before = PreviewsAtRest();
   for (int i = 0; i < 3; ++i)
