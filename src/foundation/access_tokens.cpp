@@ -52,6 +52,11 @@ bool AccessTokens::Store(std::wstring_view token) {
   return true;
 }
 
+std::wstring TokenOfMessage(std::wstring_view message) {
+  std::wstring token = JsonGetString(message, L"accessToken");
+  return token.empty() ? JsonGetString(message, L"token") : token;
+}
+
 std::wstring WithoutTokens(std::wstring_view message) {
   return WithoutValueOf(WithoutValueOf(message, L"accessToken"), L"token");
 }

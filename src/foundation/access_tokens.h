@@ -35,6 +35,9 @@ class AccessTokens {
   std::function<void(const std::wstring&)> listener_;
 };
 
+/// The token that a message of the page carries: "accessToken", else "token"; empty for none.
+[[nodiscard]] std::wstring TokenOfMessage(std::wstring_view message);
+
 /// A message text with the values of "accessToken" and "token" blanked, fit for a log.
 [[nodiscard]] std::wstring WithoutTokens(std::wstring_view message);
 

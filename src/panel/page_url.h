@@ -9,6 +9,8 @@ namespace qv {
 
 /// The panel's root page, which an empty request leads to.
 inline constexpr std::wstring_view kRootPage = L"translate";
+inline constexpr std::wstring_view kImageTranslatePage = L"imagetranslate";
+inline constexpr std::wstring_view kQuickTranslatePage = L"quicktranslate";
 
 /// What one address of the panel is made of.
 struct PanelUrlParts {

@@ -9,16 +9,13 @@
 #include "panel/page_scripts.h"
 #include "panel/pane_timers.h"
 #include "translation/local_store.h"
+#include "translation/quick_write.h"
 #include "workbook/automation.h"
 #include "workbook/doc_key.h"
 
 namespace qv {
 namespace {
 
-std::wstring TokenOf(const PanelMessage& message) {
-  std::wstring token = JsonGetString(message.text, L"accessToken");
-  return token.empty() ? JsonGetString(message.text, L"token") : token;
-}
 
 wchar_t LowerUnit(wchar_t unit) {
   // A pointer whose upper bits are zero stands for a single character.
@@ -54,7 +51,8 @@ void PaneActions::ClearAccessToken(const PanelMessage&) {
 }
 
 void PaneActions::SetAccessToken(const PanelMessage& message) {
-  if (!tokens_.Store(TokenOf(message))) PaneLog(L"OnJsMessage setAccessToken ignored empty token\r\n");
+  if (!tokens_.Store(TokenOfMessage(message.text)))
+    PaneLog(L"OnJsMessage setAccessToken ignored empty token\r\n");
 }
 
 void PaneActions::RequestAccessToken(const PanelMessage&) {
@@ -96,7 +94,8 @@ void PaneActions::UiLangGet(const PanelMessage& message) {
 }
 
 void PaneActions::Start(const PanelMessage& message) {
-  if (const std::wstring token = TokenOf(message); !token.empty()) static_cast<void>(tokens_.Store(token));
+  const std::wstring token = TokenOfMessage(message.text);
+  if (!token.empty()) static_cast<void>(tokens_.Store(token));
   // A preview that is still to come would disturb the run.
   KillTimer(context_.Window(), kPreviewTimer);
   run_.Start(message.action, message.text);
@@ -112,6 +111,18 @@ void PaneActions::Pause(const PanelMessage&) {
 
 void PaneActions::Resume(const PanelMessage&) {
   run_.Resume();
+}
+
+void PaneActions::RequestSelectionPreview(const PanelMessage&) {
+  if (navigator_.CurrentPage() != kImageTranslatePage) selectionPreview_.Push();
+}
+
+void PaneActions::QuickTranslate(const PanelMessage& message) {
+  quickTranslator_.Translate(message.text);
+}
+
+void PaneActions::QuickTranslateWrite(const PanelMessage& message) {
+  WriteQuickTranslation(target_, bridge_, message.text);
 }
 
 void PaneActions::Reply(const PanelMessage& message, std::wstring_view data) {

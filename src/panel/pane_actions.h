@@ -8,8 +8,11 @@
 #include "panel/image_preview_window.h"
 #include "panel/panel_actions.h"
 #include "panel/panel_bridge.h"
+#include "panel/panel_navigator.h"
 #include "panel/workspace_window.h"
+#include "translation/quick_translate_worker.h"
 #include "translation/run_controller.h"
+#include "translation/selection_preview_reader.h"
 #include "workbook/target_context.h"
 
 namespace qv {
@@ -20,15 +23,19 @@ class PaneActions final : public PanelActions {
  public:
   /// All outlive the actions.
   PaneActions(PaneContext& context, PanelBridge& bridge, WorkspaceWindow& workspace,
-              ImagePreviewWindow& preview, AccessTokens& tokens, const TargetContext& target,
-              RunController& run)
+              ImagePreviewWindow& preview, const PanelNavigator& navigator, AccessTokens& tokens,
+              const TargetContext& target, RunController& run, QuickTranslator& quickTranslator,
+              SelectionPreviewReader& selectionPreview)
       : context_(context),
         bridge_(bridge),
         workspace_(workspace),
         preview_(preview),
+        navigator_(navigator),
         tokens_(tokens),
         target_(target),
-        run_(run) {}
+        run_(run),
+        quickTranslator_(quickTranslator),
+        selectionPreview_(selectionPreview) {}
 
   void OpenWorkspace(const PanelMessage& message) override;
   void CloseWorkspace(const PanelMessage& message) override;
@@ -50,6 +57,9 @@ class PaneActions final : public PanelActions {
   void Cancel(const PanelMessage& message) override;
   void Pause(const PanelMessage& message) override;
   void Resume(const PanelMessage& message) override;
+  void RequestSelectionPreview(const PanelMessage& message) override;
+  void QuickTranslate(const PanelMessage& message) override;
+  void QuickTranslateWrite(const PanelMessage& message) override;
 
  private:
   void Reply(const PanelMessage& message, std::wstring_view data);
@@ -59,9 +69,12 @@ class PaneActions final : public PanelActions {
   PanelBridge& bridge_;
   WorkspaceWindow& workspace_;
   ImagePreviewWindow& preview_;
+  const PanelNavigator& navigator_;
   AccessTokens& tokens_;
   const TargetContext& target_;
   RunController& run_;
+  QuickTranslator& quickTranslator_;
+  SelectionPreviewReader& selectionPreview_;
 };
 
 }  // namespace qv

@@ -11,5 +11,6 @@ inline constexpr UINT_PTR kPaneWidthTimer = 1;
 inline constexpr UINT kPaneWidthTimerMs = 300;
 /// Holds the preview back until the selection has come to rest.
 inline constexpr UINT_PTR kPreviewTimer = 3;
+inline constexpr UINT kPreviewTimerMs = 250;
 
 }  // namespace qv

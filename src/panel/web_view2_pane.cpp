@@ -27,7 +27,10 @@ CWebView2Pane::CWebView2Pane()
       navigator_(*context_, view_),
       bridge_(context_, view_, workspace_.View(), tokens_, actions_),
       run_(context_, bridge_, target_, tokens_, session_),
-      actions_(*context_, bridge_, workspace_, preview_, tokens_, target_, run_),
+      quickTranslator_(context_, bridge_),
+      selectionPreview_(target_, session_, *context_, bridge_),
+      actions_(*context_, bridge_, workspace_, preview_, navigator_, tokens_, target_, run_, quickTranslator_,
+               selectionPreview_),
       window_(*this) {
   PaneRegistry::Add(*this);
 }
@@ -85,6 +88,12 @@ void CWebView2Pane::OnWindowCreated(HWND window, HWND parent) {
 }
 
 void CWebView2Pane::OnWindowTimer(UINT_PTR timer) {
+  if (timer == kPreviewTimer) {
+    KillTimer(window_.Handle(), kPreviewTimer);
+    // Refused only when the pane goes away or the host does not read its messages; the next event brings the
+    // next preview.
+    static_cast<void>(context_->Tasks().PostFunction([this] { OnPreviewTick(); }));
+  }
   // One at a time: while the host shows a box for long, ticks must not pile up.
   if (timer != kPaneWidthTimer || widthTickPosted_) return;
   widthTickPosted_ = context_->Tasks().PostFunction([this] { OnWidthTick(); });
@@ -96,6 +105,24 @@ void CWebView2Pane::OnWidthTick() {
   view_.FollowWindow();
   // Not before: a host that runs messages while its pane is resized would tick within the tick.
   widthTickPosted_ = false;
+}
+
+bool CWebView2Pane::WantsSelectionPreview() const {
+  const std::wstring& page = navigator_.CurrentPage();
+  return !earlyShutdownDone_ && !run_.IsRunning() && (page == kRootPage || page == kQuickTranslatePage);
+}
+
+void CWebView2Pane::AwaitSelectionAtRest() {
+  const HWND window = window_.Handle();
+  // Set again, the timer starts anew. The event itself asks the host nothing: a macro may change thousands of
+  // cells, each with its event.
+  if (window != nullptr && WantsSelectionPreview()) {
+    SetTimer(window, kPreviewTimer, kPreviewTimerMs, nullptr);
+  }
+}
+
+void CWebView2Pane::OnPreviewTick() {
+  if (WantsSelectionPreview()) selectionPreview_.Push();
 }
 
 void CWebView2Pane::OnWindowTask(LPARAM task) {
@@ -171,6 +198,7 @@ void CWebView2Pane::SetPanelMode(std::wstring_view mode) {
 }
 
 void CWebView2Pane::OnHostEvent(const HostEvent& event) {
+  if (event.kind != HostEventKind::kWindowActivated) AwaitSelectionAtRest();
   if (event.kind != HostEventKind::kSheetActivated) return;
   // The host may close the pane while it is asked.
   const ComPtr<OleControl> keptAlive(this);

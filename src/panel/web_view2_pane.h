@@ -17,7 +17,9 @@
 #include "panel/panel_navigator.h"
 #include "panel/web_view.h"
 #include "panel/workspace_window.h"
+#include "translation/quick_translate_worker.h"
 #include "translation/run_controller.h"
+#include "translation/selection_preview_reader.h"
 #include "translation/translation_session.h"
 #include "workbook/target_context.h"
 
@@ -96,6 +98,11 @@ class CWebView2Pane final : public OleControl,
   [[nodiscard]] bool CreateControlWindow(const wchar_t* operation, HWND parent, const RECT& position);
   void OnHostEvent(const HostEvent& event);
   void OnWidthTick();
+  /// The page shows what is selected, and no run is busy with it.
+  [[nodiscard]] bool WantsSelectionPreview() const;
+  /// The selection, or what it holds, has changed.
+  void AwaitSelectionAtRest();
+  void OnPreviewTick();
   /// Everything but the window goes; it may be on its way out itself.
   void Shutdown();
   void Log(std::wstring_view message, HRESULT hr) const;
@@ -110,6 +117,8 @@ class CWebView2Pane final : public OleControl,
   PanelNavigator navigator_;
   PanelBridge bridge_;
   RunController run_;
+  QuickTranslator quickTranslator_;
+  SelectionPreviewReader selectionPreview_;
   PaneActions actions_;
   AppEvents hostEvents_;
   PaneWindow window_;

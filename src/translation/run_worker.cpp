@@ -1,22 +1,16 @@
 #include "translation/run_worker.h"
 
-#include <chrono>
 #include <string>
-#include <thread>
 #include <utility>
 
 #include "foundation/guard.h"
 #include "foundation/logging.h"
 #include "foundation/worker_thread.h"
 #include "translation/panel_transport.h"
+#include "translation/patient_post.h"
 
 namespace qv {
 namespace {
-
-/// How long a full message queue is waited for; the host that does not read its messages for so long is not
-/// coming back.
-constexpr auto kPostPatience = std::chrono::seconds(60);
-constexpr auto kPostPause = std::chrono::milliseconds(20);
 
 /// Posts each batch as one task. A pane that is closing refuses them, and then they are not wanted any more.
 class PostingSink final : public RunSink {
@@ -44,11 +38,7 @@ class PostingSink final : public RunSink {
   /// A lost batch would be a hole in the sheet, so a full queue is tried again.
   template <typename Task>
   void Post(const Task& task) {
-    const auto deadline = std::chrono::steady_clock::now() + kPostPatience;
-    while (!job_.pane->Tasks().PostFunction(task)) {
-      if (job_.pane->IsClosing() || std::chrono::steady_clock::now() >= deadline) return job_.flags->Cancel();
-      std::this_thread::sleep_for(kPostPause);
-    }
+    if (!PostPatiently(*job_.pane, task)) job_.flags->Cancel();
   }
 
   const RunJob& job_;

@@ -217,6 +217,7 @@ bool Collector::CollectSelectionCells(std::uint64_t runId, CollectResult& result
   for (const Area& area : areas) {
     result.cells += area.geometry.Cells();
     rows += area.geometry.rows;
+    result.areas.push_back(area.geometry);
   }
   Job job{sheet.Get(), kSelectionRules, ScanProgress(output_, pane_, runId, rows, stillWanted_)};
   return ScanAreas(areas, job, result);

@@ -12,6 +12,7 @@
 #include "foundation/pane_context.h"
 #include "foundation/panel_output.h"
 #include "workbook/cell_unit.h"
+#include "workbook/range_reader.h"
 #include "workbook/target_context.h"
 
 namespace qv {
@@ -24,6 +25,8 @@ struct CollectResult {
   std::wstring sheetName;
   /// Cells of the scanned range (rows × columns).
   std::int64_t cells = 0;
+  /// The rectangles of a collected selection in the order of its "Areas"; they may overlap.
+  std::vector<RangeGeometry> areas;
   /// Short text for the panel when the collection failed; empty when it was given up.
   std::wstring error;
 };

@@ -45,10 +45,10 @@ const std::wstring& TargetContext::WorkbookKey() const {
   return fullName_.empty() ? plainName_ : fullName_;
 }
 
-ComPtr<IDispatch> TargetContext::GetTargetWindowDrv() const {
+ComPtr<IDispatch> TargetContext::GetTargetWindowDrv(HostAnswer* answer) const {
   if (pinned_.IsValid()) return pinned_.window;
   PaneLog(L"GetTargetWindowDrv: degraded ActiveWindow (no pinned window)\r\n");
-  return GetDispProperty(application_.Get(), L"ActiveWindow");
+  return GetDispProperty(application_.Get(), L"ActiveWindow", answer);
 }
 
 ComPtr<IDispatch> TargetContext::ActiveSheetOr(const wchar_t* degradedLine, HostAnswer* answer) const {
@@ -61,8 +61,9 @@ ComPtr<IDispatch> TargetContext::GetTargetActiveSheetDrv() const {
   return ActiveSheetOr(L"GetTargetActiveSheetDrv: degraded ActiveSheet (no pinned window)\r\n");
 }
 
-ComPtr<IDispatch> TargetContext::GetTargetSelectionDrv() const {
-  return GetDispProperty(GetTargetWindowDrv().Get(), L"Selection");
+ComPtr<IDispatch> TargetContext::GetTargetSelectionDrv(HostAnswer* answer) const {
+  const ComPtr<IDispatch> window = GetTargetWindowDrv(answer);
+  return window != nullptr ? GetDispProperty(window.Get(), L"Selection", answer) : nullptr;
 }
 
 ComPtr<IDispatch> TargetContext::DegradingActiveSheet(HostAnswer* answer) const {

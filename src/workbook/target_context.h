@@ -35,10 +35,10 @@ class TargetContext {
   /// Full name of the pinned workbook, else its plain name, else empty.
   [[nodiscard]] const std::wstring& WorkbookKey() const;
 
-  [[nodiscard]] ComPtr<IDispatch> GetTargetWindowDrv() const;
   [[nodiscard]] ComPtr<IDispatch> GetTargetActiveSheetDrv() const;
-  [[nodiscard]] ComPtr<IDispatch> GetTargetSelectionDrv() const;
-  /// `answer` as of `GetDispProperty`.
+  /// `answer` as of `GetDispProperty` here and below.
+  [[nodiscard]] ComPtr<IDispatch> GetTargetWindowDrv(HostAnswer* answer = nullptr) const;
+  [[nodiscard]] ComPtr<IDispatch> GetTargetSelectionDrv(HostAnswer* answer = nullptr) const;
   [[nodiscard]] ComPtr<IDispatch> GetActiveSheetDispatch(HostAnswer* answer = nullptr) const;
   /// Name of the sheet that `GetActiveSheetDispatch` gives; empty when there is none.
   [[nodiscard]] std::wstring GetActiveSheetName() const;

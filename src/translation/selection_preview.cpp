@@ -1,0 +1,49 @@
+#include "translation/selection_preview.h"
+
+#include <algorithm>
+
+#include "foundation/json_text.h"
+#include "foundation/text.h"
+
+namespace qv {
+namespace {
+
+std::wstring PreviewCall(std::wstring_view members) {
+  return Concat(L"if(window.onSelectionPreview)onSelectionPreview({", members, L"})");
+}
+
+}  // namespace
+
+WrittenCounts CountWritten(const std::vector<CellUnit>& units, std::wstring_view sheetName,
+                           std::span<const CellBlock> blocks) {
+  WrittenCounts counts;
+  for (const CellUnit& unit : units) {
+    if (!unit.written || unit.SheetName() != sheetName) continue;
+    ++counts.onSheet;
+    const auto holds = [&unit](const CellBlock& block) { return block.Holds(unit.row, unit.col); };
+    if (std::ranges::any_of(blocks, holds)) ++counts.inSelection;
+  }
+  return counts;
+}
+
+void AppendQuickText(std::wstring& quickText, std::wstring_view cellText) {
+  const std::wstring_view text = Trim(cellText);
+  if (text.empty()) return;
+  if (!quickText.empty()) quickText += L'\n';
+  quickText += text;
+}
+
+std::wstring SelectionPreviewScript(const SelectionPreview& preview) {
+  const std::wstring quickPart =
+      preview.quickText ? Concat(L",quickText:", JsonQuote(*preview.quickText)) : std::wstring();
+  return PreviewCall(Concat(L"fragments:", preview.fragments, L",chars:", preview.chars, L",rangeAddress:",
+                            JsonQuote(preview.rangeAddress), L",translatedCellsOnSheet:",
+                            preview.written.onSheet, L",translatedCellsInSelection:",
+                            preview.written.inSelection, quickPart));
+}
+
+std::wstring SelectionPreviewErrorScript(std::wstring_view error) {
+  return PreviewCall(Concat(L"error:", JsonQuote(error)));
+}
+
+}  // namespace qv
