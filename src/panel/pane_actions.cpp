@@ -114,6 +114,30 @@ void PaneActions::Resume(const PanelMessage&) {
   run_.Resume();
 }
 
+void PaneActions::RestoreParagraph(const PanelMessage& message) {
+  if (JsonHasKey(message.text, L"index")) run_.Display().RestoreUnit(JsonGetInt(message.text, L"index"));
+}
+
+void PaneActions::ApplyParagraph(const PanelMessage& message) {
+  if (JsonHasKey(message.text, L"index")) run_.Display().ApplyUnit(JsonGetInt(message.text, L"index"));
+}
+
+void PaneActions::SetExcelDisplayMode(const PanelMessage& message) {
+  run_.Display().SetMode(JsonGetString(message.text, L"mode"), JsonGetString(message.text, L"scope"));
+}
+
+void PaneActions::SetTargetStyle(const PanelMessage& message) {
+  run_.Display().SetTargetStyle(ParseTargetFont(message.text));
+}
+
+void PaneActions::RestoreAll(const PanelMessage&) {
+  run_.Display().RestoreAll();
+}
+
+void PaneActions::ApplyAll(const PanelMessage&) {
+  run_.Display().ApplyAll();
+}
+
 void PaneActions::Reply(const PanelMessage& message, std::wstring_view data) {
   bridge_.RunPanelScript(BuildReplyScript(JsonGetString(message.text, L"requestId"), true, data));
 }
