@@ -20,8 +20,8 @@ TEST_F(RestoreTest, PutsTextFontWrapAndHeightsBackLastUnitFirst) {
   std::vector<std::wstring> order;
   engine->Faults().OnCall("Range.Value2", [&] { order.push_back(Text("A3") + L"|" + Text("A1")); });
   EXPECT_EQ(Switch(L"restore", L"session"), Done(L"original", 3, 0));
-  ASSERT_FALSE(order.empty());
-  EXPECT_EQ(order.back(), L"Text number 3|Text number 1\nES:Text number 1");
+  ASSERT_GE(order.size(), 2U);
+  EXPECT_EQ(order[1], L"Text number 3|Text number 1\nES:Text number 1");
   const nlohmann::json cell = engine->Cell(L"", "A1");
   EXPECT_EQ(cell.at("value"), "Text number 1");
   EXPECT_EQ(cell.at("wrap"), false);
