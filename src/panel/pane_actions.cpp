@@ -16,7 +16,6 @@
 namespace qv {
 namespace {
 
-
 wchar_t LowerUnit(wchar_t unit) {
   // A pointer whose upper bits are zero stands for a single character.
   const auto character = reinterpret_cast<LPWSTR>(static_cast<ULONG_PTR>(unit));
@@ -111,6 +110,30 @@ void PaneActions::Pause(const PanelMessage&) {
 
 void PaneActions::Resume(const PanelMessage&) {
   run_.Resume();
+}
+
+void PaneActions::RestoreParagraph(const PanelMessage& message) {
+  if (JsonHasKey(message.text, L"index")) run_.Display().RestoreUnit(JsonGetInt(message.text, L"index"));
+}
+
+void PaneActions::ApplyParagraph(const PanelMessage& message) {
+  if (JsonHasKey(message.text, L"index")) run_.Display().ApplyUnit(JsonGetInt(message.text, L"index"));
+}
+
+void PaneActions::SetExcelDisplayMode(const PanelMessage& message) {
+  run_.Display().SetMode(JsonGetString(message.text, L"mode"), JsonGetString(message.text, L"scope"));
+}
+
+void PaneActions::SetTargetStyle(const PanelMessage& message) {
+  run_.Display().SetTargetStyle(ParseTargetFont(message.text));
+}
+
+void PaneActions::RestoreAll(const PanelMessage&) {
+  run_.Display().RestoreAll();
+}
+
+void PaneActions::ApplyAll(const PanelMessage&) {
+  run_.Display().ApplyAll();
 }
 
 void PaneActions::RequestSelectionPreview(const PanelMessage&) {

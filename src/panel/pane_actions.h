@@ -57,6 +57,12 @@ class PaneActions final : public PanelActions {
   void Cancel(const PanelMessage& message) override;
   void Pause(const PanelMessage& message) override;
   void Resume(const PanelMessage& message) override;
+  void RestoreParagraph(const PanelMessage& message) override;
+  void ApplyParagraph(const PanelMessage& message) override;
+  void SetExcelDisplayMode(const PanelMessage& message) override;
+  void SetTargetStyle(const PanelMessage& message) override;
+  void RestoreAll(const PanelMessage& message) override;
+  void ApplyAll(const PanelMessage& message) override;
   void RequestSelectionPreview(const PanelMessage& message) override;
   void QuickTranslate(const PanelMessage& message) override;
   void QuickTranslateWrite(const PanelMessage& message) override;

@@ -13,8 +13,10 @@ bool Put(IDispatch* object, std::wstring_view name, const Variant& value) {
   return SUCCEEDED(PutDispProperty(object, name, &value));
 }
 
-void PutFontPart(IDispatch* font, std::wstring_view name, const Variant& value) {
-  if (!Put(font, name, value)) PaneLog(Concat(L"Excel bilingual Font.", name, L" failed\r\n"));
+bool PutFontPart(IDispatch* font, std::wstring_view name, const Variant& value) {
+  if (Put(font, name, value)) return true;
+  PaneLog(Concat(L"Excel bilingual Font.", name, L" failed\r\n"));
+  return false;
 }
 
 std::optional<std::int32_t> CaptureColor(IDispatch* font, std::int32_t row, std::int32_t col) {
@@ -40,6 +42,37 @@ ComPtr<IDispatch> FontOfPiece(IDispatch* cell, std::int32_t start, std::int32_t 
   if (SUCCEEDED(hr)) font = GetDispProperty(characters.Object().Get(), L"Font");
   if (font == nullptr) PaneLog(L"Excel bilingual Characters failed (WPS may omit color)\r\n");
   return font;
+}
+
+/// The host's number for the automatic colour.
+constexpr std::int32_t kColorIndexAutomatic = -4105;
+
+bool Shows(IDispatch* object, const wchar_t* name, const Variant& wanted) {
+  if (wanted.IsText()) return GetStringProperty(object, name) == wanted.Text();
+  if (wanted.Type() == VT_BOOL) return GetFlagProperty(object, name) == wanted.IsTrue();
+  const double number = wanted.Type() == VT_R8 ? wanted->dblVal : IntegerOf(wanted);
+  return GetNumberProperty(object, name) == number;
+}
+
+/// Puts a value that is known and not shown already. The first refusal is kept in `answer`.
+template <typename Value>
+void PutBack(IDispatch* object, const wchar_t* name, const std::optional<Value>& known, HostAnswer& answer) {
+  if (!known || answer.IsBusy() || Shows(object, name, Variant(*known))) return;
+  const Variant value(*known);
+  HostAnswer own;
+  own.hr = PutDispProperty(object, name, &value, &own.exceptionCode);
+  if (!own.Ok() && (answer.Ok() || own.IsBusy())) answer = own;
+}
+
+void PutWrapBack(IDispatch* cell, const std::optional<bool>& wrap, HostAnswer& answer) {
+  if (!wrap) return;
+  PutBack(cell, L"WrapText", wrap, answer);
+  const ComPtr<IDispatch> area = MergeAreaOf(cell);
+  if (area != nullptr) PutBack(area.Get(), L"WrapText", wrap, answer);
+}
+
+bool IsEmpty(const BaselineFont& font) {
+  return !font.name && !font.size && !font.bold && !font.color;
 }
 
 }  // namespace
@@ -70,13 +103,32 @@ void WrapCellText(IDispatch* cell) {
   }
 }
 
-void StyleTranslation(IDispatch* cell, const BilingualValue& value, const TargetFont& font) {
+bool StyleTranslation(IDispatch* cell, const BilingualValue& value, const TargetFont& font) {
   const ComPtr<IDispatch> piece = FontOfPiece(cell, value.start, value.length);
-  if (piece == nullptr) return;
-  PutFontPart(piece.Get(), L"Color", Variant(font.color));
-  if (font.bold) PutFontPart(piece.Get(), L"Bold", Variant(*font.bold));
-  if (font.name) PutFontPart(piece.Get(), L"Name", Variant(*font.name));
-  if (font.size) PutFontPart(piece.Get(), L"Size", Variant(*font.size));
+  if (piece == nullptr) return false;
+  bool styled = PutFontPart(piece.Get(), L"Color", Variant(font.color));
+  if (font.bold) styled &= PutFontPart(piece.Get(), L"Bold", Variant(*font.bold));
+  if (font.name) styled &= PutFontPart(piece.Get(), L"Name", Variant(*font.name));
+  if (font.size) styled &= PutFontPart(piece.Get(), L"Size", Variant(*font.size));
+  return styled;
+}
+
+HostAnswer RestoreBaseline(IDispatch* cell, const BaselineFont& baseline) {
+  HostAnswer answer;
+  const ComPtr<IDispatch> font = GetDispProperty(cell, L"Font", &answer);
+  if (font == nullptr && (answer.IsBusy() || !IsEmpty(baseline))) return answer;
+  answer = {};
+  if (font != nullptr) {
+    const std::optional<std::int32_t> automatic =
+        baseline.color ? std::nullopt : std::optional(kColorIndexAutomatic);
+    PutBack(font.Get(), L"Name", baseline.name, answer);
+    PutBack(font.Get(), L"Size", baseline.size, answer);
+    PutBack(font.Get(), L"Bold", baseline.bold, answer);
+    PutBack(font.Get(), L"Color", baseline.color, answer);
+    PutBack(font.Get(), L"ColorIndex", automatic, answer);
+  }
+  PutWrapBack(cell, baseline.wrap, answer);
+  return answer;
 }
 
 }  // namespace qv

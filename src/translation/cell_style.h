@@ -9,6 +9,7 @@
 #include "foundation/variant.h"
 #include "translation/bilingual_text.h"
 #include "translation/start_request.h"
+#include "workbook/automation.h"
 #include "workbook/cell_unit.h"
 
 namespace qv {
@@ -21,8 +22,12 @@ namespace qv {
 /// Wraps the cell's text, and its merge area's.
 void WrapCellText(IDispatch* cell);
 
-/// Styles the translation inside the cell's text and nothing else.
-void StyleTranslation(IDispatch* cell, const BilingualValue& value, const TargetFont& font);
+/// Styles the translation inside the cell's text and nothing else. False when any part was refused.
+[[nodiscard]] bool StyleTranslation(IDispatch* cell, const BilingualValue& value, const TargetFont& font);
+
+/// Makes the cell look as it did before write-back: what differs is put, so that automatic and theme colours
+/// stay what they are. Good when all is as it was, else how the host refused.
+[[nodiscard]] HostAnswer RestoreBaseline(IDispatch* cell, const BaselineFont& baseline);
 
 /// The merge area of a merged cell, else null.
 [[nodiscard]] ComPtr<IDispatch> MergeAreaOf(IDispatch* cell);

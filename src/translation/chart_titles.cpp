@@ -42,6 +42,19 @@ std::optional<CellUnit> UnitOf(IDispatch* title, std::int32_t index, std::wstrin
   return unit;
 }
 
+/// The title that the unit came from, or null with how the host refused.
+ComPtr<IDispatch> FindTitle(const TargetContext& target, const CellUnit& unit, CellWriteResult& status) {
+  const ComPtr<IDispatch> sheet = ResolveSheet(target, unit.SheetName());
+  const ComPtr<IDispatch> charts = ChartObjectsOf(sheet.Get());
+  ComPtr<IDispatch> title = TitleOf(charts.Get(), unit.chart);
+  if (title != nullptr) return title;
+  // A busy host answers nothing at all; a chart that is gone leaves everything else in place.
+  Variant ignored;
+  status.hr = GetProperty(target.Application(), L"ActiveWorkbook", ignored, &status.exceptionCode);
+  if (!status.IsBusy()) status = {E_FAIL, 0};
+  return nullptr;
+}
+
 }  // namespace
 
 std::vector<CellUnit> CollectChartTitles(IDispatch* sheet, std::wstring_view sheetName) {
@@ -56,17 +69,19 @@ std::vector<CellUnit> CollectChartTitles(IDispatch* sheet, std::wstring_view she
   return units;
 }
 
-CellWriteResult WriteChartTitle(const TargetContext& target, const CellUnit& unit, std::wstring_view text) {
-  const ComPtr<IDispatch> sheet = ResolveSheet(target, unit.SheetName());
-  const ComPtr<IDispatch> charts = ChartObjectsOf(sheet.Get());
-  const ComPtr<IDispatch> title = TitleOf(charts.Get(), unit.chart);
+CellWriteResult ReadChartTitle(const TargetContext& target, const CellUnit& unit, std::wstring& text) {
   CellWriteResult result;
-  if (title == nullptr) {
-    // A busy host answers nothing at all; a chart that is gone leaves everything else in place.
-    Variant ignored;
-    result.hr = GetProperty(target.Application(), L"ActiveWorkbook", ignored, &result.exceptionCode);
-    return result.IsBusy() ? result : CellWriteResult{E_FAIL, 0};
-  }
+  const ComPtr<IDispatch> title = FindTitle(target, unit, result);
+  Variant value;
+  if (title != nullptr) result.hr = GetProperty(title.Get(), L"Text", value, &result.exceptionCode);
+  text = value.Text();
+  return result;
+}
+
+CellWriteResult WriteChartTitle(const TargetContext& target, const CellUnit& unit, std::wstring_view text) {
+  CellWriteResult result;
+  const ComPtr<IDispatch> title = FindTitle(target, unit, result);
+  if (title == nullptr) return result;
   // Charts may have been deleted or added since: the number then names another one.
   const std::wstring shown = GetStringProperty(title.Get(), L"Text");
   if (TrimRight(shown) != unit.sourceText && !unit.written) return {E_FAIL, 0};

@@ -17,6 +17,10 @@ namespace qv {
 /// One unit a chart with a title worth translating, in the order of the sheet's charts.
 [[nodiscard]] std::vector<CellUnit> CollectChartTitles(IDispatch* sheet, std::wstring_view sheetName);
 
+/// What the title that the unit came from shows now.
+[[nodiscard]] CellWriteResult ReadChartTitle(const TargetContext& target, const CellUnit& unit,
+                                             std::wstring& text);
+
 /// Sets the title that the unit came from.
 [[nodiscard]] CellWriteResult WriteChartTitle(const TargetContext& target, const CellUnit& unit,
                                               std::wstring_view text);

@@ -42,7 +42,9 @@ RunController::RunController(std::shared_ptr<PaneContext> context, PanelOutput& 
       tokens_(tokens),
       session_(session),
       terminology_(std::make_shared<TerminologyBridge>(context_, output)),
-      mailbox_(std::make_shared<RunMailbox>(static_cast<RunListener&>(*this))) {}
+      mailbox_(std::make_shared<RunMailbox>(static_cast<RunListener&>(*this))),
+      display_(std::make_shared<DisplayController>(context_, output_, target_, session_,
+                                                   [this] { SettleHost(); })) {}
 
 RunController::~RunController() {
   BeginShutdownEarly();
@@ -59,7 +61,9 @@ void RunController::Start(std::wstring_view action, const std::wstring& message)
   TraceStart(start, message);
   const std::uint64_t serial = ++startSerial_;
   AbandonRun();
+  display_->Hold();
   Begin(start, serial);
+  if (run_ == nullptr && serial == startSerial_) display_->Release();
 }
 
 bool RunController::IsDuplicate(const std::wstring& clientTraceId) {
@@ -88,16 +92,18 @@ void RunController::Begin(const StartRequest& start, std::uint64_t serial) {
   if (target_.Application() == nullptr) {
     return Refuse(L"app_not_connected", L"Excel Application not connected");
   }
-  if (start.restart) session_.Replace({}, {});
   // A window that was closed meanwhile must not make the sheet of the new one look missing.
   const bool workbookBound = target_.RefreshPin();
   const bool hasSheet = target_.GetActiveSheetDispatch() != nullptr;
   if (IsOutdated(serial)) return;
   if (!hasSheet) return Refuse(L"no_active_sheet", L"没有活动工作表");
-  RestoreBeforeCollect(start);
+  std::wstring sheetName = target_.GetActiveSheetName();
+  if (IsOutdated(serial)) return;
+  RestoreBeforeCollect(start, sheetName, serial);
+  if (IsOutdated(serial)) return;
+  if (start.restart) session_.Replace({}, {});
   WriteBack writeBack(target_, output_, session_, start.font);
   writeBack.PrepareLayout(start.bilingual ? Layout::kDual : Layout::kTarget);
-  std::wstring sheetName = target_.GetActiveSheetName();
   if (IsOutdated(serial)) return;
   if (!workbookBound) {
     return Refuse(L"workbook_unavailable", L"无法确定当前窗口的工作簿，请重新打开任务窗格后再试");
@@ -120,9 +126,12 @@ void RunController::Begin(const StartRequest& start, std::uint64_t serial) {
   if (!StartRunWorker(JobOf(*run))) Fail(L"internal_error", L"CreateThread failed");
 }
 
-void RunController::RestoreBeforeCollect(const StartRequest&) {
-  // Cells that an earlier run wrote are collected as they stand: putting them back comes with the restore
-  // feature.
+void RunController::RestoreBeforeCollect(const StartRequest& start, std::wstring_view sheetName,
+                                         std::uint64_t serial) {
+  // Without a name there is no telling which cells are meant, and nothing means all.
+  if (!start.allSheets && sheetName.empty()) return;
+  display_->RestoreBeforeCollect(start.allSheets ? std::wstring_view() : sheetName,
+                                 [this, serial] { return !IsOutdated(serial); });
 }
 
 std::shared_ptr<RunController::Run> RunController::NewRun(const StartRequest& start, WriteBack writeBack,
@@ -159,6 +168,10 @@ bool RunController::Collect(Run& run) {
   run.isCollected = true;
   if (!result.sheetName.empty()) run.sourceSheet = run.currentSheet = result.sheetName;
   session_.Replace(std::move(result.units), std::move(result.warnings));
+  session_.layout = run.start.bilingual ? Layout::kDual : Layout::kTarget;
+  session_.font = run.start.font;
+  session_.workbookKey = run.workbookKey;
+  session_.pinSerial = target_.PinSerial();
   return true;
 }
 
@@ -282,11 +295,16 @@ std::shared_ptr<RunController::Run> RunController::StopRun() {
   run->writer->Stop();
   WorkbookBusyTable::ReleaseWorkbook(run->workbookKey, context_.get());
   target_.DropImplicitPin();
+  display_->Release();
   return run;
 }
 
 void RunController::RestoreHost() {
   RestoreScreenUpdating(target_.Application());
+  SettleHost();
+}
+
+void RunController::SettleHost() {
   repaysLeft_ = kMostRepays;
   RepayHost();
 }
@@ -360,6 +378,7 @@ void RunController::BeginShutdownEarly() {
   // A worker that waits for the page is woken; one that waits for the network is left to end by itself.
   // Either finds nobody to talk to.
   mailbox_->Close();
+  display_->Stop();
   repayTimer_.Stop();
   if (run_ == nullptr) return;
   StopRun();

@@ -9,6 +9,7 @@
 #include "foundation/access_tokens.h"
 #include "foundation/pane_context.h"
 #include "foundation/panel_output.h"
+#include "translation/display_controller.h"
 #include "translation/pending_requests.h"
 #include "translation/run_flags.h"
 #include "translation/run_scripts.h"
@@ -60,6 +61,9 @@ class RunController : private RunListener, private WriteListener {
   /// come. Nothing of the host is touched afterwards; its references are the pane's to release.
   void BeginShutdownEarly();
 
+  /// What the page asks of the cells that a run has written; waits while one goes on.
+  [[nodiscard]] DisplayController& Display() { return *display_; }
+
   [[nodiscard]] bool IsRunning() const { return run_ != nullptr; }
 
  private:
@@ -95,7 +99,7 @@ class RunController : private RunListener, private WriteListener {
   void Begin(const StartRequest& start, std::uint64_t serial);
   /// A newer start, or the shutdown, came while the host was being called.
   [[nodiscard]] bool IsOutdated(std::uint64_t serial) const { return shutDown_ || serial != startSerial_; }
-  void RestoreBeforeCollect(const StartRequest& start);
+  void RestoreBeforeCollect(const StartRequest& start, std::wstring_view sheetName, std::uint64_t serial);
   [[nodiscard]] std::shared_ptr<Run> NewRun(const StartRequest& start, WriteBack writeBack,
                                             std::wstring sheetName);
   [[nodiscard]] bool Collect(Run& run);
@@ -112,6 +116,7 @@ class RunController : private RunListener, private WriteListener {
   std::shared_ptr<Run> StopRun();
   /// What a run leaves to be put back; the last step of its end, for the host may bring a new start in it.
   void RestoreHost();
+  void SettleHost();
   void RepayHost();
 
   std::shared_ptr<PaneContext> context_;
@@ -122,6 +127,7 @@ class RunController : private RunListener, private WriteListener {
   std::shared_ptr<PendingRequests> pending_ = std::make_shared<PendingRequests>();
   std::shared_ptr<TerminologyBridge> terminology_;
   std::shared_ptr<RunMailbox> mailbox_;
+  std::shared_ptr<DisplayController> display_;
 
   /// The last run id that was given out.
   std::uint64_t runCounter_ = 0;

@@ -2,46 +2,22 @@
 
 #include <utility>
 
+#include "foundation/flag_scope.h"
 #include "foundation/guard.h"
 #include "foundation/variant.h"
 #include "workbook/host_state.h"
 
 namespace qv {
-namespace {
-
-/// How long a slice may keep the host's UI thread.
-constexpr ULONGLONG kSliceMs = 60;
-/// Time for what the user does, between two slices.
-constexpr UINT kBreathMs = USER_TIMER_MINIMUM;
-
-class FlagScope {
- public:
-  explicit FlagScope(bool& flag) : flag_(flag) { flag_ = true; }
-  FlagScope(const FlagScope&) = delete;
-  FlagScope& operator=(const FlagScope&) = delete;
-  ~FlagScope() { flag_ = false; }
-
- private:
-  bool& flag_;
-};
-
-/// Posted messages go before input and painting, so a chain of posted slices would starve the user.
-bool UserIsWaiting() {
-  return HIWORD(GetQueueStatus(QS_INPUT | QS_PAINT)) != 0;
-}
-
-}  // namespace
-
 RunWriter::RunWriter(std::shared_ptr<PaneContext> pane, const TargetContext& target,
                      TranslationSession& session, WriteBack writeBack, Layout layout, WriteListener& listener,
                      Patience patience)
-    : pane_(std::move(pane)),
-      target_(target),
+    : target_(target),
       session_(session),
       writeBack_(std::move(writeBack)),
       layout_(layout),
       listener_(listener),
-      patience_(patience) {}
+      patience_(patience),
+      slices_(std::move(pane)) {}
 
 void RunWriter::Add(TranslatedBatch batch) {
   if (stopped_) return;
@@ -56,7 +32,7 @@ void RunWriter::Finish() {
 
 void RunWriter::Stop() {
   stopped_ = true;
-  timer_.Stop();
+  slices_.Stop();
   waiting_.clear();
 }
 
@@ -101,7 +77,7 @@ RunWriter::Slice RunWriter::WriteWaiting() {
       nextUnit_ = 0;
       continue;
     }
-    if (GetTickCount64() - begin >= kSliceMs) {
+    if (GetTickCount64() - begin >= kUiSliceMs) {
       slice = Slice::kTimeIsUp;
       break;
     }
@@ -129,24 +105,22 @@ bool RunWriter::WriteOne(const TranslatedUnit& unit) {
 
 void RunWriter::ContinueSoon() {
   resting_ = true;
-  const bool posted =
-      !UserIsWaiting() && pane_->Tasks().PostFunction([writer = shared_from_this()] { writer->Continue(); });
-  if (!posted && !ContinueAfter(kBreathMs)) Continue();
+  if (!slices_.ContinueSoon(Continuation())) Continue();
 }
 
 void RunWriter::RetryLater() {
-  if (++busyAnswers_ > patience_.maxBusyAnswers || !ContinueAfter(patience_.delayMs)) GiveUpBatch();
+  if (++busyAnswers_ > patience_.maxBusyAnswers || !RestFor(patience_.delayMs)) GiveUpBatch();
 }
 
-bool RunWriter::ContinueAfter(UINT delayMs) {
-  resting_ = timer_.Start(pane_->Window(), delayMs, [weak = weak_from_this()] {
-    const std::shared_ptr<RunWriter> writer = weak.lock();
-    if (writer == nullptr) return;
-    const bool posted = writer->pane_->Tasks().PostFunction([writer] { writer->Continue(); });
-    // A queue that is full for a moment is tried again; a closed one belongs to a pane that goes away.
-    if (!posted && !writer->pane_->IsClosing()) static_cast<void>(writer->ContinueAfter(kBreathMs));
-  });
+bool RunWriter::RestFor(UINT delayMs) {
+  resting_ = slices_.ContinueAfter(delayMs, Continuation());
   return resting_;
+}
+
+std::function<void()> RunWriter::Continuation() {
+  return [weak = weak_from_this()] {
+    if (const std::shared_ptr<RunWriter> writer = weak.lock()) writer->Continue();
+  };
 }
 
 void RunWriter::Continue() {

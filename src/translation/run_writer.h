@@ -2,11 +2,12 @@
 
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <memory>
 
 #include "foundation/pane_context.h"
 #include "translation/run_translation.h"
-#include "translation/ui_timer.h"
+#include "translation/ui_slices.h"
 #include "translation/write_back.h"
 #include "workbook/target_context.h"
 
@@ -57,20 +58,18 @@ class RunWriter : public std::enable_shared_from_this<RunWriter> {
   [[nodiscard]] bool WriteOne(const TranslatedUnit& unit);
   void ContinueSoon();
   void RetryLater();
-  /// `Continue` as a task of the pane after the delay, so that what keeps the pane alive in its tasks does so
-  /// here.
-  [[nodiscard]] bool ContinueAfter(UINT delayMs);
+  [[nodiscard]] bool RestFor(UINT delayMs);
+  [[nodiscard]] std::function<void()> Continuation();
   void Continue();
   void GiveUpBatch();
 
-  std::shared_ptr<PaneContext> pane_;
   const TargetContext& target_;
   TranslationSession& session_;
   WriteBack writeBack_;
   Layout layout_;
   WriteListener& listener_;
   Patience patience_;
-  UiTimer timer_;
+  UiSlices slices_;
   std::deque<TranslatedBatch> waiting_;
   /// Position within the first waiting batch.
   std::size_t nextUnit_ = 0;

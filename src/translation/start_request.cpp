@@ -24,6 +24,8 @@ std::wstring ForLog(std::wstring_view message, std::wstring_view key) {
   return value.empty() ? L"(empty)" : value;
 }
 
+}  // namespace
+
 TargetFont ParseTargetFont(std::wstring_view message) {
   TargetFont font;
   if (std::wstring name = JsonGetString(message, L"targetFont"); !name.empty()) font.name = name;
@@ -35,8 +37,6 @@ TargetFont ParseTargetFont(std::wstring_view message) {
   }
   return font;
 }
-
-}  // namespace
 
 StartRequest ParseStartRequest(std::wstring_view action, std::wstring_view message) {
   StartRequest start;

@@ -48,6 +48,9 @@ struct StartRequest {
 /// Reads a "start", "startSelection" or "restart" message. A font member counts only when its key is present.
 [[nodiscard]] StartRequest ParseStartRequest(std::wstring_view action, std::wstring_view message);
 
+/// The target font members of any message.
+[[nodiscard]] TargetFont ParseTargetFont(std::wstring_view message);
+
 /// The log line of a start message.
 [[nodiscard]] std::wstring StartLogLine(std::wstring_view action, std::wstring_view message);
 

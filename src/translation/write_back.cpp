@@ -34,29 +34,17 @@ WriteOutcome WriteBack::WriteUnit(std::size_t index, Layout layout) {
     notice_.OnWriteFailed(unit, result, layout == Layout::kDual);
     return WriteOutcome::kFailed;
   }
-  session_.units[index].written = true;
+  CellUnit& live = session_.units[index];
+  live.written = true;
+  live.bilingual = layout == Layout::kDual && unit.kind == UnitKind::kCell;
   return WriteOutcome::kWritten;
 }
 
-CellTarget WriteBack::FindTarget(const CellUnit& unit) {
-  CellTarget place;
-  if (sheet_ != nullptr && sheetName_ == unit.SheetName()) {
-    place.sheet = sheet_;
-    place.cell = GetCellDispatch(sheet_.Get(), unit.row, unit.col);
-    if (place.cell != nullptr) return place;
-  }
-  // The whole way also tells how the host refuses.
-  place = FindCell(target_, unit.SheetName(), unit.row, unit.col);
-  sheet_ = place.sheet;
-  sheetName_ = unit.SheetName();
-  return place;
-}
-
 CellWriteResult WriteBack::WriteCell(std::size_t index, const CellUnit& unit, Layout layout) {
-  const CellTarget place = FindTarget(unit);
+  const CellTarget place = finder_.Find(unit.SheetName(), unit.row, unit.col);
   if (place.cell == nullptr) return place.status;
   CaptureBaseline(index, place.cell.Get());
-  return layout == Layout::kDual ? BilingualWrite(unit, place)
+  return layout == Layout::kDual ? BilingualWrite(index, unit, place)
                                  : PutCellText(place, unit.SheetName(), unit.row, unit.col, unit.translation);
 }
 
@@ -74,8 +62,16 @@ void WriteBack::CaptureBaseline(std::size_t index, IDispatch* cell) {
   if (!formula.empty()) live.formulaBeforeWrite = std::move(formula);
 }
 
-CellWriteResult WriteBack::BilingualWrite(const CellUnit& unit, const CellTarget& place) {
+void WriteBack::CaptureWrap(std::size_t index, IDispatch* cell) {
+  const std::uint64_t generation = session_.generation;
+  if (!session_.units[index].baseline || session_.units[index].baseline->wrap) return;
+  const std::optional<bool> wrap = GetFlagProperty(cell, L"WrapText");
+  if (session_.generation == generation) session_.units[index].baseline->wrap = wrap;
+}
+
+CellWriteResult WriteBack::BilingualWrite(std::size_t index, const CellUnit& unit, const CellTarget& place) {
   const BilingualValue value = MakeBilingualValue(unit.sourceText, unit.translation);
+  CaptureWrap(index, place.cell.Get());
   // A row of automatic height grows with its text, so its height is read before.
   rows_.BeginCell(unit, place.cell.Get());
   const CellWriteResult result = PutCellText(place, unit.SheetName(), unit.row, unit.col, value.text);
@@ -84,7 +80,7 @@ CellWriteResult WriteBack::BilingualWrite(const CellUnit& unit, const CellTarget
   PaneLog(Concat(L"BilingualWrite row=", unit.row, L" col=", unit.col, L" originalLen=", value.originalLength,
                  L" trimmedLen=", value.trimmedLength, L" start1Based=", value.start, L" transLen=",
                  value.length, L"\r\n"));
-  StyleTranslation(place.cell.Get(), value, font_);
+  static_cast<void>(StyleTranslation(place.cell.Get(), value, font_));
   rows_.EndCell(place.cell.Get(), value.text);
   return result;
 }
@@ -93,11 +89,6 @@ void WriteBack::GiveUp(std::size_t index, Layout layout) {
   if (index < session_.units.size()) {
     notice_.OnWriteGivenUp(session_.units[index], lastBusy_, layout == Layout::kDual);
   }
-}
-
-void WriteBack::ReleaseReferences() {
-  sheet_ = nullptr;
-  sheetName_.clear();
 }
 
 }  // namespace qv

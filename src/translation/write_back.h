@@ -7,6 +7,8 @@
 
 #include "foundation/panel_output.h"
 #include "foundation/variant.h"
+#include "translation/cell_finder.h"
+#include "translation/layout.h"
 #include "translation/protection_notice.h"
 #include "translation/row_fitter.h"
 #include "translation/start_request.h"
@@ -15,14 +17,6 @@
 #include "workbook/target_context.h"
 
 namespace qv {
-
-/// How translations are put into cells.
-enum class Layout {
-  /// The translation takes the place of the cell's text; the cell keeps its formatting.
-  kTarget,
-  /// The cell keeps its text and gets the translation as a new last line, which alone is styled.
-  kDual,
-};
 
 enum class WriteOutcome {
   kWritten,
@@ -34,7 +28,7 @@ enum class WriteOutcome {
   kBusy,
 };
 
-/// Puts the session's translations into the workbook. One run; host UI thread.
+/// Puts the session's translations into the workbook. One run or one request of the page; host UI thread.
 class WriteBack {
  public:
   /// All outlive the object.
@@ -43,7 +37,8 @@ class WriteBack {
         session_(session),
         font_(std::move(font)),
         notice_(target, output),
-        rows_(target, session) {}
+        rows_(target, session),
+        finder_(target) {}
 
   /// Reads what must not change about the active sheet before the first unit is written in `layout`.
   void PrepareLayout(Layout layout);
@@ -59,22 +54,22 @@ class WriteBack {
   void FinishRow() { rows_.FinishRow(); }
 
   /// Lets go of the host's objects that are kept between units.
-  void ReleaseReferences();
+  void ReleaseReferences() { finder_.ReleaseReferences(); }
 
  private:
-  [[nodiscard]] CellTarget FindTarget(const CellUnit& unit);
   [[nodiscard]] CellWriteResult WriteCell(std::size_t index, const CellUnit& unit, Layout layout);
   void CaptureBaseline(std::size_t index, IDispatch* cell);
-  [[nodiscard]] CellWriteResult BilingualWrite(const CellUnit& unit, const CellTarget& place);
+  /// Before the first bilingual write, the only one that changes it.
+  void CaptureWrap(std::size_t index, IDispatch* cell);
+  [[nodiscard]] CellWriteResult BilingualWrite(std::size_t index, const CellUnit& unit,
+                                               const CellTarget& place);
 
   const TargetContext& target_;
   TranslationSession& session_;
   TargetFont font_;
   ProtectionNotice notice_;
   RowFitter rows_;
-  /// The sheet of the last unit: neighbours share it.
-  std::wstring sheetName_;
-  ComPtr<IDispatch> sheet_;
+  CellFinder finder_;
   CellWriteResult lastBusy_;
 };
 

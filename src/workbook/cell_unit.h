@@ -11,7 +11,7 @@
 
 namespace qv {
 
-/// Font of a cell as it was before the first write; an absent member could not be read or was mixed.
+/// Look of a cell as it was before the first write; an absent member could not be read or was mixed.
 struct BaselineFont {
   std::optional<std::wstring> name;
   /// Points.
@@ -19,6 +19,8 @@ struct BaselineFont {
   std::optional<bool> bold;
   /// The host's blue-green-red number; absent means automatic.
   std::optional<std::int32_t> color;
+  /// Whether the cell wrapped its text; known once it was written bilingually.
+  std::optional<bool> wrap;
 };
 
 enum class UnitKind : std::int32_t { kCell = 0, kChartTitle = 1 };
@@ -34,6 +36,8 @@ struct CellUnit {
   UnitKind kind = UnitKind::kCell;
   /// Set once the unit's cell was written; cleared when it is restored.
   bool written = false;
+  /// The cell was written with source and translation together.
+  bool bilingual = false;
   /// Shared by all units of a sheet; null means no name.
   std::shared_ptr<SheetTexts> sheet;
   /// Text after normalisation; kept by `sheet`.

@@ -10,6 +10,7 @@ namespace qv {
 void TargetContext::Pin(ExcelWindow target) {
   pinned_ = std::move(target);
   implicit_ = false;
+  ++pinSerial_;
   fullName_.clear();
   plainName_.clear();
   ReadWorkbookNames();

@@ -2,6 +2,7 @@
 
 #include <oaidl.h>
 
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -22,6 +23,8 @@ class TargetContext {
   /// Pins a target; an invalid one unpins.
   void Pin(ExcelWindow target);
   [[nodiscard]] const ExcelWindow& Pinned() const { return pinned_; }
+  /// Counts the targets: the same number means that the same one is still pinned, whatever its name.
+  [[nodiscard]] std::uint64_t PinSerial() const { return pinSerial_; }
 
   /// Re-validates the pin (see RefreshIfDocumentSwapped) and its workbook's names. A pane without a pin gets
   /// the window that is active now, until `DropImplicitPin` or the next call. True when a workbook is bound
@@ -65,6 +68,7 @@ class TargetContext {
   ExcelWindow pinned_;
   /// `RefreshPin` chose the pinned window, not the user.
   bool implicit_ = false;
+  std::uint64_t pinSerial_ = 0;
   std::wstring fullName_;
   std::wstring plainName_;
 };

@@ -184,6 +184,20 @@ TEST_F(Messages, OfAStartStoreTheTokenFirst) {
   EXPECT_EQ(Log().find("from-start"), std::string::npos);
 }
 
+TEST_F(Messages, AboutTranslatedCellsReachTheirOwner) {
+  const std::uint32_t view = OpenPane();
+  Post(view, L"{\"action\":\"setExcelDisplayMode\",\"mode\":\"restore\",\"scope\":\"session\"}");
+  EXPECT_EQ(WaitForItem(PageItemKind::kScript, L"onExcelDisplayModeDone"),
+            "if(window.onExcelDisplayModeDone)onExcelDisplayModeDone({ok:false,mode:\"original\",applied:0,"
+            "failed:0,message:\"没有可还原的单元格\"})");
+  Post(view, L"{\"action\":\"setTargetStyle\",\"targetFontBold\":true}");
+  EXPECT_NE(WaitForItem(PageItemKind::kScript, L"onTargetStyleDone({ok:true,applied:0"), "");
+  for (const wchar_t* action : {L"restoreAll", L"applyAll"}) {
+    Post(view, std::wstring(L"{\"action\":\"") + action + L"\"}");
+    EXPECT_NE(WaitForItem(PageItemKind::kScript, std::wstring(L"onBatchDone({action:\"") + action), "");
+  }
+}
+
 /// A start goes through the message queue; what was posted after it must not overtake it.
 TEST_F(Messages, KeepTheirOrder) {
   const std::uint32_t view = OpenPane();
