@@ -10,7 +10,7 @@ const english = await load('en');
 
 /** Words that really are the same in both languages. */
 const SAME = {
-  de: ['account.name', 'support.version', 'support.install'],
+  de: ['account.name', 'support.version', 'support.install', 'display.original'],
   fr: ['nav.label', 'page.instruction', 'account.email'],
   id: ['support.version'],
 };

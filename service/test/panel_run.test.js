@@ -434,6 +434,24 @@ test('trying again after a partly written run says what the sheet holds already'
   await view.close();
 });
 
+test("after a run the sheet's display and style can be changed", async () => {
+  const view = await openForm();
+  await view.run(`${runScript(1, 4)};onComplete({runId:1,total:10,elapsed:1,allSheets:false})`);
+  await view.page.getByRole('button', { name: 'Original' }).click();
+  assert.deepEqual(await view.posted(), [{ action: 'setExcelDisplayMode', mode: 'original', scope: 'session' }]);
+  assert.ok(await view.page.getByRole('button', { name: 'Both' }).isDisabled(), 'one switch at a time');
+  await view.run('onExcelDisplayModeDone({ok:true,mode:"original",applied:3,failed:0,message:""})');
+  assert.equal(await view.text('toast'), 'Cells changed: 3');
+  assert.ok(await view.page.getByRole('button', { name: 'Both' }).isEnabled());
+  await view.run('onExcelDisplayModeDone({ok:false,mode:"original",applied:0,failed:3,message:"没有可还原的单元格"})');
+  assert.match(await view.text('toast'), /could not be changed/);
+  await view.page.getByText('Text style of the translation').click();
+  await view.id('bold').check();
+  await view.id('apply-style').click();
+  assert.deepEqual(await view.posted(), [{ action: 'setTargetStyle', targetFontBold: true }]);
+  await view.close();
+});
+
 test('languages that cannot be loaded are asked for again', async () => {
   const view = await panel.open('translate', { hosted: true, token: 'dev-ada' });
   await view.page.route('**/v1/languages', (route) => route.abort());

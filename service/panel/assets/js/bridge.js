@@ -47,6 +47,9 @@ export const ACTIONS = {
   pause: [],
   resume: [],
   requestSelectionPreview: [], // answered by the event onSelectionPreview
+  // after a run
+  setExcelDisplayMode: ['mode', 'scope'], // "dual", "target", "original"; "selection", "sheet", "session"
+  setTargetStyle: STYLE,
   // answers to messages of the add-in
   translateBatchResult: ['requestId', 'ok', 'translations', 'code', 'message'],
   terminologyResolveResult: ['requestId', 'result', 'code', 'message'],
@@ -81,6 +84,8 @@ export const EVENTS = [
   'onExcelTranslateResumed', // {reason: "manual" | "sheet_changed"}
   'onExcelTranslateResumeBlocked', // {sheetName, sourceSheetName}: the wrong sheet is shown, the run stays paused
   'onSelectionPreview', // {fragments, chars, rangeAddress, …, quickText} or {error}
+  'onExcelDisplayModeDone', // {ok, mode, applied, failed, message}
+  'onTargetStyleDone', // {ok, applied, failed, skipped, message}
   'quorvantisOnWorkspaceOpen',
   'quorvantisOnWorkspaceClosed',
   'quorvantisSetMode', // (mode), a text

@@ -1,16 +1,18 @@
-/** How translations are styled below their source text. */
-import { onMessages } from './bridge.js';
+/** How translations are styled below their source text, and restyling those that are in the sheet already. */
+import { onEvents, onMessages, post } from './bridge.js';
 import { byId, chooseRadio, chosenRadio, fillSelect } from './dom.js';
 import { t } from './i18n.js';
 import { readChoices } from './choices.js';
+import { styleFields } from './start_message.js';
 
 let fonts = [];
 
 /**
  * @param {import('./choices.js').Choices} choices
  * @param {() => void} changed
+ * @param {(answer: object) => void} restyled told what "onTargetStyleDone" said
  */
-export function openStyleFields(choices, changed) {
+export function openStyleFields(choices, changed, restyled) {
   const read = () => {
     const size = Number(byId('font-size').value);
     Object.assign(
@@ -36,6 +38,8 @@ export function openStyleFields(choices, changed) {
       drawStyleFields(choices);
     },
   });
+  onEvents({ onTargetStyleDone: restyled });
+  byId('apply-style').addEventListener('click', () => post('setTargetStyle', styleFields(choices)));
 }
 
 /** @param {import('./choices.js').Choices} choices */

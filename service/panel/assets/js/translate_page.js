@@ -2,6 +2,7 @@
 import { announce } from './announcer.js';
 import { isHosted, onEvents, post } from './bridge.js';
 import { loadChoices, readChoices, saveChoices } from './choices.js';
+import { cellsChanged, openDisplaySwitch } from './display_switch.js';
 import { byId } from './dom.js';
 import { onLanguage, t } from './i18n.js';
 import { drawLanguageFields, openLanguageFields } from './language_fields.js';
@@ -132,9 +133,10 @@ async function checkAccount() {
 }
 
 openButtons();
+openDisplaySwitch();
 showRun(draw);
 openScopeFields(choices, changed);
-openStyleFields(choices, changed);
+openStyleFields(choices, changed, cellsChanged);
 onEvents({
   quorvantisExportState: exportState,
   quorvantisImportState: importState,

@@ -83,6 +83,7 @@ export default {
   'style.size': 'الحجم',
   'style.color': 'اللون',
   'style.bold': 'غامق',
+  'style.apply': 'تطبيق على الخلايا المترجمة',
 
   'reason.signIn': 'سجّل الدخول أولًا.',
   'reason.host': 'افتح هذه الصفحة من برنامج الجداول.',
@@ -116,6 +117,14 @@ export default {
   'done.blank': 'متجاوزة: لا شيء للترجمة',
   'done.noText': 'غير مترجم: لا نص أو طويل جدًا',
   'done.time': 'الوقت',
+
+  'display.label': 'العرض في الورقة',
+  'display.dual': 'كلاهما',
+  'display.target': 'الترجمة',
+  'display.original': 'الأصل',
+  'display.done': 'الخلايا المتغيرة: {count}',
+  'display.failed': 'تعذر تغيير الخلايا. تحقق مما إذا كانت الورقة محمية.',
+  'display.noAnswer': 'لم يستجب برنامج الجداول.',
 
   'unwritten.title': 'تعذرت الكتابة في بعض الخلايا',
   'unwritten.locked': 'خلية الهدف مقفلة. ألغِ قفلها أو أزل حماية الورقة ثم أعد المحاولة.',

@@ -83,6 +83,7 @@ export default {
   'style.size': 'Größe',
   'style.color': 'Farbe',
   'style.bold': 'Fett',
+  'style.apply': 'Auf übersetzte Zellen anwenden',
 
   'reason.signIn': 'Melden Sie sich zuerst an.',
   'reason.host': 'Öffnen Sie diese Seite aus Ihrem Tabellenprogramm.',
@@ -116,6 +117,14 @@ export default {
   'done.blank': 'Übersprungen: nichts zu übersetzen',
   'done.noText': 'Nicht übersetzt: kein Text oder zu lang',
   'done.time': 'Dauer',
+
+  'display.label': 'Im Blatt zeigen',
+  'display.dual': 'Beides',
+  'display.target': 'Übersetzung',
+  'display.original': 'Original',
+  'display.done': 'Geänderte Zellen: {count}',
+  'display.failed': 'Die Zellen konnten nicht geändert werden. Prüfen Sie, ob das Blatt geschützt ist.',
+  'display.noAnswer': 'Das Tabellenprogramm hat nicht geantwortet.',
 
   'unwritten.title': 'Einige Zellen konnten nicht beschrieben werden',
   'unwritten.locked': 'Eine Zielzelle ist gesperrt. Entsperren Sie sie oder heben Sie den Blattschutz auf und versuchen Sie es erneut.',

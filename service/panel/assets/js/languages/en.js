@@ -83,6 +83,7 @@ export default {
   'style.size': 'Size',
   'style.color': 'Color',
   'style.bold': 'Bold',
+  'style.apply': 'Apply to translated cells',
 
   'reason.signIn': 'Sign in first.',
   'reason.host': 'Open this page from your spreadsheet program.',
@@ -116,6 +117,14 @@ export default {
   'done.blank': 'Skipped: nothing to translate',
   'done.noText': 'Not translated: no text, or too long',
   'done.time': 'Time',
+
+  'display.label': 'Show in the sheet',
+  'display.dual': 'Both',
+  'display.target': 'Translation',
+  'display.original': 'Original',
+  'display.done': 'Cells changed: {count}',
+  'display.failed': 'The cells could not be changed. Check whether the sheet is protected.',
+  'display.noAnswer': 'The spreadsheet program did not answer.',
 
   'unwritten.title': 'Some cells could not be written',
   'unwritten.locked': 'A target cell is locked. Unlock it or remove the sheet protection, then try again.',

@@ -83,6 +83,7 @@ export default {
   'style.size': 'Tamaño',
   'style.color': 'Color del texto',
   'style.bold': 'Negrita',
+  'style.apply': 'Aplicar a las celdas traducidas',
 
   'reason.signIn': 'Primero inicie sesión.',
   'reason.host': 'Abra esta página desde su hoja de cálculo.',
@@ -116,6 +117,14 @@ export default {
   'done.blank': 'Omitidos: nada que traducir',
   'done.noText': 'Sin traducir: sin texto o demasiado largo',
   'done.time': 'Tiempo',
+
+  'display.label': 'Mostrar en la hoja',
+  'display.dual': 'Ambos',
+  'display.target': 'Traducción',
+  'display.original': 'Texto original',
+  'display.done': 'Celdas cambiadas: {count}',
+  'display.failed': 'No se pudieron cambiar las celdas. Compruebe si la hoja está protegida.',
+  'display.noAnswer': 'La hoja de cálculo no respondió.',
 
   'unwritten.title': 'Algunas celdas no se pudieron escribir',
   'unwritten.locked': 'Una celda de destino está bloqueada. Desbloquéela o quite la protección de la hoja e inténtelo de nuevo.',

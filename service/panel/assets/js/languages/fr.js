@@ -83,6 +83,7 @@ export default {
   'style.size': 'Taille',
   'style.color': 'Couleur',
   'style.bold': 'Gras',
+  'style.apply': 'Appliquer aux cellules traduites',
 
   'reason.signIn': 'Connectez-vous d’abord.',
   'reason.host': 'Ouvrez cette page depuis votre tableur.',
@@ -116,6 +117,14 @@ export default {
   'done.blank': 'Ignorés : rien à traduire',
   'done.noText': 'Non traduit : pas de texte, ou trop long',
   'done.time': 'Durée',
+
+  'display.label': 'Afficher dans la feuille',
+  'display.dual': 'Les deux',
+  'display.target': 'Traduction',
+  'display.original': 'Texte d’origine',
+  'display.done': 'Cellules modifiées : {count}',
+  'display.failed': 'Les cellules n’ont pas pu être modifiées. Vérifiez si la feuille est protégée.',
+  'display.noAnswer': 'Le tableur n’a pas répondu.',
 
   'unwritten.title': 'Certaines cellules n’ont pas pu être écrites',
   'unwritten.locked': 'Une cellule cible est verrouillée. Déverrouillez-la ou ôtez la protection de la feuille, puis réessayez.',

@@ -83,6 +83,7 @@ export default {
   'style.size': 'Ukuran',
   'style.color': 'Warna',
   'style.bold': 'Tebal',
+  'style.apply': 'Terapkan ke sel terjemahan',
 
   'reason.signIn': 'Masuk terlebih dahulu.',
   'reason.host': 'Buka halaman ini dari program lembar kerja Anda.',
@@ -116,6 +117,14 @@ export default {
   'done.blank': 'Dilewati: tidak ada yang diterjemahkan',
   'done.noText': 'Tidak diterjemahkan: tidak ada teks, atau terlalu panjang',
   'done.time': 'Waktu',
+
+  'display.label': 'Tampilkan di lembar',
+  'display.dual': 'Keduanya',
+  'display.target': 'Terjemahan',
+  'display.original': 'Asli',
+  'display.done': 'Sel diubah: {count}',
+  'display.failed': 'Sel tidak dapat diubah. Periksa apakah lembar diproteksi.',
+  'display.noAnswer': 'Program lembar kerja tidak menjawab.',
 
   'unwritten.title': 'Beberapa sel tidak dapat ditulis',
   'unwritten.locked': 'Sel target terkunci. Buka kuncinya atau hapus proteksi lembar, lalu coba lagi.',

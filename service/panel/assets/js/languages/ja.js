@@ -83,6 +83,7 @@ export default {
   'style.size': 'サイズ',
   'style.color': '色',
   'style.bold': '太字',
+  'style.apply': '翻訳済みのセルに適用',
 
   'reason.signIn': '先にサインインしてください。',
   'reason.host': 'このページは表計算プログラムから開いてください。',
@@ -116,6 +117,14 @@ export default {
   'done.blank': 'スキップ: 翻訳する内容なし',
   'done.noText': '未翻訳: テキストなし、または長すぎる',
   'done.time': '時間',
+
+  'display.label': 'シートの表示',
+  'display.dual': '両方',
+  'display.target': '訳文',
+  'display.original': '原文',
+  'display.done': '変更したセル: {count}',
+  'display.failed': 'セルを変更できませんでした。シートが保護されていないか確認してください。',
+  'display.noAnswer': '表計算プログラムが応答しませんでした。',
 
   'unwritten.title': '書き込めなかったセルがあります',
   'unwritten.locked': '対象のセルがロックされています。ロックまたはシートの保護を解除して、もう一度お試しください。',

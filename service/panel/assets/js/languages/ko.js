@@ -83,6 +83,7 @@ export default {
   'style.size': '크기',
   'style.color': '색',
   'style.bold': '굵게',
+  'style.apply': '번역된 셀에 적용',
 
   'reason.signIn': '먼저 로그인하세요.',
   'reason.host': '스프레드시트 프로그램에서 이 페이지를 여세요.',
@@ -116,6 +117,14 @@ export default {
   'done.blank': '건너뜀: 번역할 내용 없음',
   'done.noText': '번역되지 않음: 텍스트가 없거나 너무 긺',
   'done.time': '시간',
+
+  'display.label': '시트에 표시',
+  'display.dual': '둘 다',
+  'display.target': '번역문',
+  'display.original': '원문',
+  'display.done': '변경된 셀: {count}',
+  'display.failed': '셀을 변경하지 못했습니다. 시트가 보호되어 있는지 확인하세요.',
+  'display.noAnswer': '스프레드시트 프로그램이 응답하지 않았습니다.',
 
   'unwritten.title': '일부 셀에 쓸 수 없습니다',
   'unwritten.locked': '대상 셀이 잠겨 있습니다. 잠금이나 시트 보호를 해제하고 다시 시도하세요.',

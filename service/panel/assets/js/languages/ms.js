@@ -83,6 +83,7 @@ export default {
   'style.size': 'Saiz',
   'style.color': 'Warna',
   'style.bold': 'Tebal',
+  'style.apply': 'Guna pada sel yang diterjemah',
 
   'reason.signIn': 'Log masuk dahulu.',
   'reason.host': 'Buka halaman ini daripada program hamparan anda.',
@@ -116,6 +117,14 @@ export default {
   'done.blank': 'Dilangkau: tiada yang perlu diterjemah',
   'done.noText': 'Tidak diterjemah: tiada teks, atau terlalu panjang',
   'done.time': 'Masa',
+
+  'display.label': 'Tunjukkan dalam helaian',
+  'display.dual': 'Kedua-duanya',
+  'display.target': 'Terjemahan',
+  'display.original': 'Asal',
+  'display.done': 'Sel diubah: {count}',
+  'display.failed': 'Sel tidak dapat diubah. Semak sama ada helaian dilindungi.',
+  'display.noAnswer': 'Program hamparan tidak menjawab.',
 
   'unwritten.title': 'Sesetengah sel tidak dapat ditulis',
   'unwritten.locked': 'Sel sasaran berkunci. Buka kuncinya atau keluarkan perlindungan helaian, kemudian cuba lagi.',

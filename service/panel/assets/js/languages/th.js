@@ -83,6 +83,7 @@ export default {
   'style.size': 'ขนาด',
   'style.color': 'สี',
   'style.bold': 'ตัวหนา',
+  'style.apply': 'ใช้กับเซลล์ที่แปลแล้ว',
 
   'reason.signIn': 'โปรดเข้าสู่ระบบก่อน',
   'reason.host': 'โปรดเปิดหน้านี้จากโปรแกรมตารางคำนวณ',
@@ -116,6 +117,14 @@ export default {
   'done.blank': 'ข้าม: ไม่มีอะไรให้แปล',
   'done.noText': 'ไม่ได้แปล: ไม่มีข้อความ หรือยาวเกินไป',
   'done.time': 'เวลา',
+
+  'display.label': 'แสดงในแผ่นงาน',
+  'display.dual': 'ทั้งสอง',
+  'display.target': 'คำแปล',
+  'display.original': 'ต้นฉบับ',
+  'display.done': 'เซลล์ที่เปลี่ยน: {count}',
+  'display.failed': 'เปลี่ยนเซลล์ไม่สำเร็จ โปรดตรวจสอบว่าแผ่นงานถูกป้องกันหรือไม่',
+  'display.noAnswer': 'โปรแกรมตารางคำนวณไม่ตอบสนอง',
 
   'unwritten.title': 'บางเซลล์เขียนไม่ได้',
   'unwritten.locked': 'เซลล์เป้าหมายถูกล็อก โปรดปลดล็อกหรือยกเลิกการป้องกันแผ่นงานแล้วลองอีกครั้ง',

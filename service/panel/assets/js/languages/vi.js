@@ -83,6 +83,7 @@ export default {
   'style.size': 'Cỡ chữ',
   'style.color': 'Màu',
   'style.bold': 'Đậm',
+  'style.apply': 'Áp dụng cho các ô đã dịch',
 
   'reason.signIn': 'Hãy đăng nhập trước.',
   'reason.host': 'Hãy mở trang này từ chương trình bảng tính.',
@@ -116,6 +117,14 @@ export default {
   'done.blank': 'Bỏ qua: không có gì để dịch',
   'done.noText': 'Chưa dịch: không có văn bản hoặc quá dài',
   'done.time': 'Thời gian',
+
+  'display.label': 'Hiện trong trang tính',
+  'display.dual': 'Cả hai',
+  'display.target': 'Bản dịch',
+  'display.original': 'Bản gốc',
+  'display.done': 'Số ô đã đổi: {count}',
+  'display.failed': 'Không đổi được các ô. Hãy kiểm tra xem trang tính có bị bảo vệ không.',
+  'display.noAnswer': 'Chương trình bảng tính không trả lời.',
 
   'unwritten.title': 'Một số ô không ghi được',
   'unwritten.locked': 'Ô đích bị khóa. Hãy mở khóa hoặc bỏ bảo vệ trang tính rồi thử lại.',

@@ -83,6 +83,7 @@ export default {
   'style.size': '字号',
   'style.color': '颜色',
   'style.bold': '加粗',
+  'style.apply': '应用到已翻译的单元格',
 
   'reason.signIn': '请先登录。',
   'reason.host': '请从表格程序中打开此页面。',
@@ -116,6 +117,14 @@ export default {
   'done.blank': '已跳过：无需翻译',
   'done.noText': '未翻译：无文本或过长',
   'done.time': '用时',
+
+  'display.label': '工作表中显示',
+  'display.dual': '原文和译文',
+  'display.target': '仅译文',
+  'display.original': '仅原文',
+  'display.done': '已更改的单元格：{count}',
+  'display.failed': '无法更改单元格。请检查工作表是否受保护。',
+  'display.noAnswer': '表格程序没有响应。',
 
   'unwritten.title': '部分单元格无法写入',
   'unwritten.locked': '目标单元格已锁定。请解锁单元格或撤销工作表保护，然后重试。',

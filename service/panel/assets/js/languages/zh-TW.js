@@ -83,6 +83,7 @@ export default {
   'style.size': '字級',
   'style.color': '色彩',
   'style.bold': '粗體',
+  'style.apply': '套用至已翻譯的儲存格',
 
   'reason.signIn': '請先登入。',
   'reason.host': '請從試算表程式開啟此頁面。',
@@ -116,6 +117,14 @@ export default {
   'done.blank': '已略過：無需翻譯',
   'done.noText': '未翻譯：沒有文字或過長',
   'done.time': '時間',
+
+  'display.label': '工作表中顯示',
+  'display.dual': '原文和譯文',
+  'display.target': '僅譯文',
+  'display.original': '僅原文',
+  'display.done': '已變更的儲存格：{count}',
+  'display.failed': '無法變更儲存格。請檢查工作表是否受保護。',
+  'display.noAnswer': '試算表程式沒有回應。',
 
   'unwritten.title': '部分儲存格無法寫入',
   'unwritten.locked': '目標儲存格已鎖定。請解除鎖定或取消工作表保護，然後再試一次。',
