@@ -75,9 +75,12 @@ export class Accounts {
   }
 }
 
-/** @param {Map<string, unknown> | Set<string>} kept in the order of insertion */
-function forgetOldest(kept) {
-  if (kept.size > KEPT_TOKENS) kept.delete(kept.keys().next().value);
+/**
+ * @param {Map<string, unknown> | Set<string>} kept in the order of insertion
+ * @param {number} [limit] how many are kept
+ */
+export function forgetOldest(kept, limit = KEPT_TOKENS) {
+  if (kept.size > limit) kept.delete(kept.keys().next().value);
 }
 
 function readText(body, name) {
@@ -120,7 +123,12 @@ function registerDevSignIn(app, accounts) {
   });
 }
 
-function signedInToken(request, accounts) {
+/**
+ * @param {import('fastify').FastifyRequest} request
+ * @param {Accounts} accounts
+ * @returns {string} the request's token; one that is not signed in is refused
+ */
+export function signedInToken(request, accounts) {
   const token = bearerToken(request.headers.authorization);
   if (!accounts.find(token)) throw new ServiceError(401, 'unauthorized', 'not signed in');
   return token;

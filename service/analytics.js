@@ -1,11 +1,9 @@
 import { ServiceError } from './errors.js';
-import { parseJson } from './validation.js';
+import { isObject, parseJson } from './validation.js';
 
 const KEPT_EVENTS = 1000;
 /** Together with the number of events this bounds what is kept. */
 const BODY_LIMIT_BYTES = 64 * 1024;
-
-const isObject = (value) => value !== null && typeof value === 'object' && !Array.isArray(value);
 
 /**
  * Takes usage events and keeps the last ones in memory.

@@ -11,6 +11,7 @@ import { FaultQueue, spoilTranslations } from './faults.js';
 import { logLine } from './log.js';
 import { registerPanel } from './panel.js';
 import { RequestRecorder } from './recorder.js';
+import { registerTerminology } from './terminology.js';
 import { parseJson, readTranslateRequest } from './validation.js';
 
 const BODY_LIMIT_BYTES = 8 * 1024 * 1024;
@@ -41,6 +42,7 @@ export function buildApp({ engine, faults = false, devSignIn = true, https = nul
   app.get('/v1/languages', async () => ({ pairs: engine.languages() }));
   app.post('/v1/translate', (request, reply) => answerTranslate(request, reply, { engine, queue, accounts }));
   registerAccounts(app, accounts, { devSignIn });
+  registerTerminology(app, accounts);
   registerPanel(app);
   registerAnalytics(app, { readable: faults });
   if (recorder) registerControl(app, { queue, recorder });

@@ -5,9 +5,10 @@ const MAX_TEXTS = 500;
 const MAX_CHARACTERS = 500000;
 /** The longest language tag that RFC 5646 asks everybody to take. */
 const MAX_LANGUAGE_LENGTH = 35;
-const MAX_INSTRUCTION_LENGTH = 20000;
+export const MAX_INSTRUCTION_LENGTH = 20000;
 
-function bad(message) {
+/** @param {string} message @returns {ServiceError} what a body is refused with */
+export function bad(message) {
   return new ServiceError(400, 'bad_request', message);
 }
 
@@ -24,7 +25,13 @@ export function parseJson(body) {
   }
 }
 
-function optionalText(body, name, maxLength) {
+/**
+ * @param {object} body
+ * @param {string} name
+ * @param {number} maxLength in UTF-16 code units
+ * @returns {string} empty when the member is absent or null
+ */
+export function optionalText(body, name, maxLength) {
   const value = body[name] ?? '';
   if (typeof value !== 'string' || value.length > maxLength) {
     throw bad(`"${name}" must be a string of ${maxLength} characters at most`);
@@ -40,7 +47,11 @@ function readGlossary(value = []) {
   return value.filter((entry) => entry.source.trim() !== '');
 }
 
-const isTextList = (value) => Array.isArray(value) && value.every((item) => typeof item === 'string');
+/** @param {unknown} value @returns {boolean} */
+export const isObject = (value) => value !== null && typeof value === 'object' && !Array.isArray(value);
+
+/** @param {unknown} value @returns {boolean} */
+export const isTextList = (value) => Array.isArray(value) && value.every((item) => typeof item === 'string');
 
 /**
  * @typedef {object} TranslateJob
@@ -58,7 +69,7 @@ const isTextList = (value) => Array.isArray(value) && value.every((item) => type
  * @returns {TranslateJob}
  */
 export function readTranslateRequest(body) {
-  if (body === null || typeof body !== 'object' || Array.isArray(body)) throw bad('the body must be an object');
+  if (!isObject(body)) throw bad('the body must be an object');
   const { texts, unitIds } = body;
   if (!isTextList(texts) || texts.length === 0) throw bad('"texts" must be a list of strings');
   if (unitIds !== undefined && (!isTextList(unitIds) || unitIds.length !== texts.length)) {

@@ -256,21 +256,88 @@ test('the pane opens the workspace window, and the window closes itself', async 
   await workspace.close();
 });
 
-test('toasts and terminology requests of the add-in are met on every page', async () => {
+test('toasts of the add-in are shown on every page', async () => {
   const view = await panel.open('grammar');
   await view.run("QuorvantisTerminology.showToast('Careful', 'warn')");
   assert.equal(await view.text('toast'), 'Careful');
   assert.equal(await view.id('toast').getAttribute('class'), 'toast warn');
-  const question = { action: 'terminologyResolveRequest', requestId: 'term-1', glossaryIds: [], corpusTexts: [] };
-  const workspace = await panel.open('grammar', { query: 'surface=workspace' });
-  for (const page of [view, workspace]) {
-    await page.posted();
-    await page.say(question);
-  }
-  assert.equal((await view.posted())[0].requestId, 'term-1');
-  assert.deepEqual(await workspace.posted(), [], 'the pane answers for both');
   await view.close();
+});
+
+const QUESTION = {
+  action: 'terminologyResolveRequest',
+  requestId: 'term-1',
+  glossaryIds: ['g'],
+  instructionId: '',
+  corpusTexts: ['Tax rate'],
+};
+
+test('terminology is resolved by the page of the pane, whichever it is, and not by the workspace', async () => {
+  const token = await panel.signIn('Terms');
+  const entry = { source: 'tax', target: 'impuesto', note: 'n', enabled: true };
+  const stored = await fetch(`${panel.origin}/v1/glossaries/g`, {
+    method: 'PUT',
+    headers: { Authorization: `Bearer ${token}` },
+    body: JSON.stringify({ name: 'G', entries: [entry, { source: 'absent', target: 'x' }] }),
+  });
+  assert.equal(stored.status, 200);
+  for (const name of ['translate', 'grammar']) {
+    const view = await panel.open(name, { token });
+    const asked = view.page.waitForRequest('**/v1/terminology/resolve');
+    await view.say(QUESTION);
+    assert.deepEqual((await asked).postDataJSON(), {
+      glossaryIds: ['g'],
+      instructionId: null,
+      corpusTexts: ['Tax rate'],
+      maxEntries: 200,
+    });
+    const { result, ...rest } = await view.postedNow('terminologyResolveResult');
+    assert.deepEqual(rest, { action: 'terminologyResolveResult', requestId: 'term-1' });
+    assert.deepEqual(JSON.parse(result), { entries: [entry], instruction: '' });
+    await view.close();
+  }
+  const workspace = await panel.open('grammar', { token, query: 'surface=workspace' });
+  await workspace.say(QUESTION);
+  await workspace.page.evaluate(() => fetch('/v1/languages'));
+  assert.ok((await workspace.posted()).every(({ action }) => action !== 'terminologyResolveResult'));
   await workspace.close();
+});
+
+test('terminology that cannot be resolved is answered with code and message', async () => {
+  const answers = [
+    [(route) => route.continue(), 'unauthorized', 'not signed in'],
+    [(route) => route.abort(), 'network_error', /./],
+    [(route) => route.fulfill({ status: 502, body: '<html>' }), 'network_error', ''],
+    [(route) => route.fulfill({ status: 200, body: '<html>' }), 'network_error', 'The answer holds no entries'],
+  ];
+  const view = await panel.open('grammar', { token: 'stranger' });
+  for (const [answer, code, message] of answers) {
+    await view.page.unroute('**/v1/terminology/resolve');
+    await view.page.route('**/v1/terminology/resolve', answer);
+    await view.say(QUESTION);
+    const { message: told, ...rest } = await view.postedNow('terminologyResolveResult');
+    assert.deepEqual(rest, { action: 'terminologyResolveResult', requestId: 'term-1', code });
+    if (message instanceof RegExp) assert.match(told, message);
+    else assert.equal(told, message);
+  }
+  await view.close(/^Failed to load resource/);
+});
+
+test('a page that is left answers nothing for the terminology that it breaks off', async () => {
+  const view = await panel.open('grammar');
+  let stalled;
+  const reached = new Promise((resolve) => {
+    stalled = resolve;
+  });
+  await view.page.route('**/v1/terminology/resolve', (route) => stalled(route));
+  await view.say(QUESTION);
+  const route = await reached;
+  await view.posted();
+  await view.run("dispatchEvent(new PageTransitionEvent('pagehide'))");
+  await route.abort();
+  await view.page.evaluate(() => fetch('/v1/languages'));
+  assert.deepEqual(await view.posted(), []);
+  await view.close(/^Failed to load resource/);
 });
 
 /** Elements that reach beyond the page, or whose label does not fit into them. */

@@ -1,3 +1,5 @@
+import { orderTerms, termPattern } from './terms.js';
+
 /** A locked span: "[[QV_", a kind of letters and digits or none, "_", a number, "]]"; Q and V in either case. */
 const PLACEHOLDER = /\[\[[Qq][Vv]_[\p{L}\p{N}]*_[0-9]+\]\]/gu;
 
@@ -38,22 +40,9 @@ export function findPlaceholders(text) {
 export class Shielder {
   #terms;
 
-  /** @param {{source: string, target: string}[]} [glossary] whole words; the longest term wins */
+  /** @param {{source: string, target: string}[]} [glossary] the longest term wins */
   constructor(glossary = []) {
-    const spellings = new Map();
-    for (const { source } of glossary) {
-      const key = source.trim().toLowerCase();
-      spellings.set(key, (spellings.get(key) ?? new Set()).add(source.trim()));
-    }
-    this.#terms = glossary
-      .map(({ source, target }) => ({ source: source.trim(), target }))
-      .filter(({ source }) => source !== '')
-      .sort((a, b) => b.source.length - a.source.length)
-      .map((term) => {
-        // "US" must not catch "us", and terms that differ in case alone mean different things.
-        const exact = isAllCaps(term.source) || spellings.get(term.source.toLowerCase()).size > 1;
-        return { ...term, pattern: wholeWords(term.source, exact) };
-      });
+    this.#terms = orderTerms(glossary).map((term) => ({ ...term, pattern: termPattern(term) }));
   }
 
   /**
@@ -64,8 +53,8 @@ export class Shielder {
     let pieces = [{ text }];
     const keep = (found) => found;
     for (const pattern of [PLACEHOLDER, KEPT, UNSAFE]) pieces = split(pieces, pattern, keep);
-    for (const { source, target, pattern } of this.#terms) {
-      pieces = split(pieces, pattern, (found) => inCaseOf(found, source, target));
+    for (const { source, target, exact, pattern } of this.#terms) {
+      pieces = split(pieces, pattern, (found) => (exact ? target : inCaseOf(found, source, target)));
     }
     return new ShieldedText(pieces);
   }
@@ -137,19 +126,11 @@ function split(pieces, pattern, replace) {
   });
 }
 
-function wholeWords(source, exact) {
-  const before = /^[\p{L}\p{N}]/u.test(source) ? '(?<![\\p{L}\\p{N}])' : '';
-  const after = /[\p{L}\p{N}]$/u.test(source) ? '(?![\\p{L}\\p{N}])' : '';
-  const words = source.replace(/[\\^$.*+?()[\]{}|/]/g, '\\$&').replace(/\s+/g, '\\s+');
-  return new RegExp(before + words + after, exact ? 'gu' : 'giu');
-}
-
-/** The target in the letter case in which the term was found. */
+/** The target in the letter case in which the term, which has no upper-case letters of its own, was found. */
 function inCaseOf(found, source, target) {
   if (found === source) return target;
   if (isAllCaps(found)) return target.toUpperCase();
-  const first = found[0];
-  return first !== first.toLowerCase() && source[0] === source[0].toLowerCase() ? capitalized(target) : target;
+  return found[0] === source[0] ? target : capitalized(target);
 }
 
 /**

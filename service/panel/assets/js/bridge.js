@@ -66,7 +66,7 @@ export const MESSAGES = [
   'sheetWriteBlocked', // {message}, followed by onSheetWriteBlocked and a toast with the same text
   'translateBatchRequest', // see batch_transport.js
   'translateAbortForRun', // {runId}
-  'terminologyResolveRequest', // {requestId, glossaryIds, instructionId, corpusTexts}
+  'terminologyResolveRequest', // see terminology_answers.js
 ];
 
 /** Global functions that the add-in calls. */

@@ -7,6 +7,7 @@ import { unwrittenText } from './errors.js';
 import { language, onLanguage, setLanguage, t } from './i18n.js';
 import { currentRun, openRunEvents, showsRun } from './run_events.js';
 import { openSession, token } from './session.js';
+import { openTerminologyAnswers } from './terminology_answers.js';
 
 /** The pages of the navigation, and those that count as one of them. */
 const NAVIGATION = ['translate', 'account', 'support'];
@@ -44,11 +45,7 @@ export async function openPage() {
 /** What the pane's page answers for both: the workspace shares its run. */
 function openAnswers() {
   openBatchTransport();
-  onMessages({
-    // Terminology belongs to pages that are still to come; an answer now spares the run its wait.
-    terminologyResolveRequest: ({ requestId }) =>
-      post('terminologyResolveResult', { requestId, result: '', code: 'not_available', message: 'Not available' }),
-  });
+  openTerminologyAnswers();
 }
 
 async function switchLanguage(code) {
