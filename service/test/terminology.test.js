@@ -14,7 +14,7 @@ const ask = (method, url, body, token = 'dev-ada') =>
   app.inject({
     method,
     url: `/v1/${url}`,
-    headers: token && { authorization: `Bearer ${token}` },
+    headers: token ? { authorization: `Bearer ${token}` } : {},
     payload: body && JSON.stringify(body),
   });
 const statusOf = async (...request) => (await ask(...request)).statusCode;

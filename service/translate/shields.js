@@ -1,4 +1,4 @@
-import { orderTerms, termPattern } from './terms.js';
+import { orderTerms, termFinder } from './terms.js';
 
 /** A locked span: "[[QV_", a kind of letters and digits or none, "_", a number, "]]"; Q and V in either case. */
 const PLACEHOLDER = /\[\[[Qq][Vv]_[\p{L}\p{N}]*_[0-9]+\]\]/gu;
@@ -42,7 +42,7 @@ export class Shielder {
 
   /** @param {{source: string, target: string}[]} [glossary] the longest term wins */
   constructor(glossary = []) {
-    this.#terms = orderTerms(glossary).map((term) => ({ ...term, pattern: termPattern(term) }));
+    this.#terms = orderTerms(glossary).map((term) => ({ ...term, find: termFinder(term) }));
   }
 
   /**
@@ -52,9 +52,9 @@ export class Shielder {
   protect(text) {
     let pieces = [{ text }];
     const keep = (found) => found;
-    for (const pattern of [PLACEHOLDER, KEPT, UNSAFE]) pieces = split(pieces, pattern, keep);
-    for (const { source, target, exact, pattern } of this.#terms) {
-      pieces = split(pieces, pattern, (found) => (exact ? target : inCaseOf(found, source, target)));
+    for (const pattern of [PLACEHOLDER, KEPT, UNSAFE]) pieces = split(pieces, (part) => part.matchAll(pattern), keep);
+    for (const { source, target, exact, find } of this.#terms) {
+      pieces = split(pieces, find, (found) => (exact ? target : inCaseOf(found, source, target)));
     }
     return new ShieldedText(pieces);
   }
@@ -111,12 +111,12 @@ export class ShieldedText {
   }
 }
 
-function split(pieces, pattern, replace) {
+function split(pieces, find, replace) {
   return pieces.flatMap((piece) => {
     if (piece.fixed !== undefined) return [piece];
     const parts = [];
     let end = 0;
-    for (const match of piece.text.matchAll(pattern)) {
+    for (const match of find(piece.text)) {
       if (match.index > end) parts.push({ text: piece.text.slice(end, match.index) });
       parts.push({ text: match[0], fixed: replace(match[0]) });
       end = match.index + match[0].length;

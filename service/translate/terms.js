@@ -13,9 +13,6 @@ const ENDS_JOINED = new RegExp(`${JOINED}$`, 'u');
 const TOKENS = new RegExp(`(?:${JOINED})+|${WORD_CHARACTER}`, 'gu');
 const UPPER_CASE = /[\p{Lu}\p{Lt}]/u;
 
-/** Between texts that are searched as one: no term holds it, and it ends every word. */
-const BETWEEN_TEXTS = '\u0000';
-
 /**
  * @template {{source: string}} Entry
  * @param {Entry[]} entries
@@ -33,14 +30,30 @@ export function orderTerms(entries) {
 
 /**
  * @param {{source: string, exact: boolean}} term of `orderTerms`
- * @returns {RegExp} global; finds the term as whole words, with any blanks between them
+ * @returns {(text: string) => Generator<RegExpExecArray>} finds the term as whole words, with any blanks between them
  */
-export function termPattern({ source, exact }) {
-  const before = STARTS_JOINED.test(source) ? `(?<!${JOINED})` : '';
-  const after = ENDS_JOINED.test(source) ? `(?!${JOINED})` : '';
+export function termFinder({ source, exact }) {
+  // The ends of words are looked at here: within each term's own pattern their classes cost milliseconds to build.
   const words = source.replace(/[\\^$.*+?()[\]{}|/]/g, '\\$&').replace(/\s+/g, '\\s+');
-  return new RegExp(before + words + after, exact ? 'gu' : 'giu');
+  const pattern = new RegExp(words, exact ? 'gu' : 'giu');
+  const before = STARTS_JOINED.test(source);
+  const after = ENDS_JOINED.test(source);
+  return function* find(text) {
+    pattern.lastIndex = 0;
+    for (let match; (match = pattern.exec(text)); ) {
+      const { index } = match;
+      const end = index + match[0].length;
+      const joined = (before && isJoinedBefore(text, index)) || (after && isJoinedAfter(text, end));
+      // Not into a surrogate pair: from there the search goes back to its beginning, for ever.
+      pattern.lastIndex = joined ? index + String.fromCodePoint(text.codePointAt(index)).length : end;
+      if (!joined) yield match;
+    }
+  };
 }
+
+/** One character has two code units at most. */
+const isJoinedBefore = (text, index) => ENDS_JOINED.test(text.slice(Math.max(0, index - 2), index));
+const isJoinedAfter = (text, end) => STARTS_JOINED.test(text.slice(end, end + 2));
 
 /**
  * @template {{source: string}} Entry
@@ -50,20 +63,46 @@ export function termPattern({ source, exact }) {
  * @returns {(Entry & {exact: boolean})[]} those that occur in a text, longest source first, `limit` at most
  */
 export function occurringTerms(entries, texts, limit) {
-  const distinct = [...new Set(texts)];
-  const words = new Set(distinct.flatMap(tokensOf));
-  const corpus = distinct.join(BETWEEN_TEXTS);
+  const index = new WordIndex(texts);
   const seen = new Set();
   const found = [];
   for (const term of orderTerms(entries)) {
     if (found.length === limit) break;
     if (seen.has(term.source)) continue;
     seen.add(term.source);
-    // Most terms of a large glossary lack a word: the long text is searched for few.
-    if (tokensOf(term.source).every((word) => words.has(word)) && termPattern(term).test(corpus)) found.push(term);
+    const candidates = index.textsFor(term.source);
+    if (candidates.length === 0) continue;
+    const find = termFinder(term);
+    if (candidates.some((text) => !find(text).next().done)) found.push(term);
   }
   return found;
 }
 
+/** Says which texts are worth searching: large glossaries meet whole workbooks. */
+class WordIndex {
+  /** @type {string[]} */
+  #texts;
+  /** @type {Map<string, string[]>} the texts that hold a word */
+  #byWord = new Map();
+
+  /** @param {string[]} texts */
+  constructor(texts) {
+    this.#texts = [...new Set(texts)];
+    for (const text of this.#texts) {
+      for (const word of wordsOf(text)) {
+        const holders = this.#byWord.get(word);
+        if (holders) holders.push(text);
+        else this.#byWord.set(word, [text]);
+      }
+    }
+  }
+
+  /** @param {string} term @returns {string[]} those with its rarest word; all texts for a term without words */
+  textsFor(term) {
+    const holders = [...wordsOf(term)].map((word) => this.#byWord.get(word) ?? []);
+    return holders.reduce((rarest, each) => (each.length < rarest.length ? each : rarest), this.#texts);
+  }
+}
+
 /** The words of a text in lower case, of unspaced scripts the single characters. */
-const tokensOf = (text) => [...new Set(text.match(TOKENS) ?? [])].map((word) => word.toLowerCase());
+const wordsOf = (text) => new Set((text.match(TOKENS) ?? []).map((word) => word.toLowerCase()));
