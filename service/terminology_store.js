@@ -52,7 +52,7 @@ export class TerminologyStore {
     const item = { id, name, updatedAt: new Date().toISOString(), ...CONTENTS[kind](body) };
     const items = this.#byUser.get(user) ?? Object.fromEntries(KINDS.map((each) => [each, new Map()]));
     if (!items[kind].has(id) && items[kind].size === MAX_ITEMS) {
-      throw new ServiceError(409, 'limit_reached', `there are ${MAX_ITEMS} ${kind} already`);
+      throw new ServiceError(409, 'bad_request', `there are ${MAX_ITEMS} ${kind} already`);
     }
     items[kind].set(id, item);
     this.#byUser.delete(user);

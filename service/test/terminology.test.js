@@ -79,7 +79,7 @@ test('items are taken up to their largest, and a refused one leaves the old one 
 test('the fifty-first item is refused, a replacement is not', async () => {
   for (let i = 0; i < 50; i++) assert.equal(await statusOf('PUT', `instructions/${i}`, {}), 200);
   const refused = await ask('PUT', 'instructions/50', {});
-  assert.deepEqual([refused.statusCode, refused.json().code], [409, 'limit_reached']);
+  assert.deepEqual([refused.statusCode, refused.json().code], [409, 'bad_request']);
   assert.equal(await statusOf('PUT', 'instructions/49', { content: 'new' }), 200);
   assert.equal(await statusOf('PUT', 'glossaries/50', {}), 200);
 });

@@ -44,7 +44,7 @@ export function termFinder({ source, exact }) {
       const { index } = match;
       const end = index + match[0].length;
       const joined = (before && isJoinedBefore(text, index)) || (after && isJoinedAfter(text, end));
-      // Not into a surrogate pair: from there the search goes back to its beginning, for ever.
+      // By whole characters: a search shall not begin inside a surrogate pair.
       pattern.lastIndex = joined ? index + String.fromCodePoint(text.codePointAt(index)).length : end;
       if (!joined) yield match;
     }
