@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/device_context.h"
 #include "foundation/unique_gdi.h"
 
 namespace qv::devhost {
@@ -26,19 +27,6 @@ inline constexpr COLORREF kPressed = RGB(208, 208, 208);
 
 /// The user-interface font in 9 points at that resolution.
 [[nodiscard]] UniqueFont MakeUiFont(int dpi, bool isBold = false);
-
-/// An object that is selected into a device context for a while.
-class Selected {
- public:
-  Selected(HDC dc, HGDIOBJ object) : dc_(dc), former_(SelectObject(dc, object)) {}
-  Selected(const Selected&) = delete;
-  Selected& operator=(const Selected&) = delete;
-  ~Selected() { SelectObject(dc_, former_); }
-
- private:
-  HDC dc_;
-  HGDIOBJ former_;
-};
 
 /// Paints a window without flicker: what is drawn into `Canvas` appears at once at the end. For WM_PAINT
 /// only.

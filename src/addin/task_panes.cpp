@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "addin/flag_scope.h"
 #include "addin/host_message.h"
 #include "addin/pane_width_store.h"
 #include "foundation/catalog.h"
+#include "foundation/flag_scope.h"
 #include "foundation/host_session.h"
 #include "foundation/logging.h"
 #include "foundation/text.h"

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "addin/device_context.h"
+#include "foundation/device_context.h"
 #include "foundation/dpi.h"
 #include "foundation/unique_gdi.h"
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <utility>
 
-#include "addin/device_context.h"
 #include "addin/ui_language_paint.h"
 #include "addin/ui_languages.h"
 #include "foundation/catalog.h"
+#include "foundation/device_context.h"
 #include "foundation/dpi.h"
 #include "foundation/guard.h"
 #include "foundation/logging.h"

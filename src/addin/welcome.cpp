@@ -2,11 +2,11 @@
 
 #include <windows.h>
 
-#include "addin/flag_scope.h"
 #include "addin/host_message.h"
 #include "addin/ribbon_tab.h"
 #include "addin/welcome_values.h"
 #include "foundation/catalog.h"
+#include "foundation/flag_scope.h"
 #include "foundation/host_session.h"
 #include "foundation/identity.h"
 #include "foundation/logging.h"

@@ -5,27 +5,12 @@
 #include <chrono>
 #include <cstdlib>
 
+#include "loopback_listener.h"
+
 namespace qv {
 namespace {
 
 constexpr auto kLimit = std::chrono::seconds(10);
-
-/// A listening socket on a free port of 127.0.0.1.
-SOCKET Listen(std::uint16_t& port) {
-  WSADATA data{};
-  static_cast<void>(WSAStartup(MAKEWORD(2, 2), &data));
-  const SOCKET listener = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  int size = sizeof(address);
-  if (bind(listener, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(listener, 8) != 0 ||
-      getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
-    std::abort();
-  }
-  port = ntohs(address.sin_port);
-  return listener;
-}
 
 std::size_t BodyLength(const std::string& head) {
   const std::size_t at = head.find("Content-Length:");
@@ -51,7 +36,7 @@ std::string ReceiveRequest(SOCKET connection) {
 }  // namespace
 
 LoopbackServer::LoopbackServer(std::vector<std::string> replies)
-    : listener_(Listen(port_)), thread_([this, replies = std::move(replies)] { Serve(replies); }) {}
+    : listener_(ListenOnLoopback(port_)), thread_([this, replies = std::move(replies)] { Serve(replies); }) {}
 
 LoopbackServer::~LoopbackServer() {
   stopping_ = true;
@@ -95,7 +80,7 @@ void LoopbackServer::Serve(const std::vector<std::string>& replies) {
 
 std::uint16_t ClosedPort() {
   std::uint16_t port = 0;
-  closesocket(Listen(port));
+  closesocket(ListenOnLoopback(port));
   WSACleanup();
   return port;
 }

@@ -5,26 +5,12 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "../foundation/loopback_listener.h"
+
 namespace qv::test {
 namespace {
 
 constexpr DWORD kSilenceLimitMs = 300;
-
-SOCKET Listen(std::uint16_t& port) {
-  WSADATA data{};
-  static_cast<void>(WSAStartup(MAKEWORD(2, 2), &data));
-  const SOCKET listener = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  int size = sizeof(address);
-  if (bind(listener, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(listener, 16) != 0 ||
-      getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
-    std::abort();
-  }
-  port = ntohs(address.sin_port);
-  return listener;
-}
 
 /// The path of the request line; empty when none came in time.
 std::string ReceivePath(SOCKET connection) {
@@ -44,7 +30,7 @@ std::string ReceivePath(SOCKET connection) {
 }  // namespace
 
 PageServer::PageServer(std::map<std::string, std::string> answers)
-    : answers_(std::move(answers)), listener_(Listen(port_)), thread_([this] { Serve(); }) {}
+    : answers_(std::move(answers)), listener_(ListenOnLoopback(port_)), thread_([this] { Serve(); }) {}
 
 PageServer::~PageServer() {
   stopping_ = true;
@@ -92,7 +78,7 @@ void PageServer::Answer(std::uintptr_t connection) {
 
 std::uint16_t ClosedPort() {
   std::uint16_t port = 0;
-  closesocket(Listen(port));
+  closesocket(ListenOnLoopback(port));
   WSACleanup();
   return port;
 }
