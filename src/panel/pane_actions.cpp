@@ -153,9 +153,13 @@ void PaneActions::Reply(const PanelMessage& message, std::wstring_view data) {
 }
 
 std::wstring PaneActions::DocumentKey() const {
-  const std::wstring pinned = GetStringProperty(target_.Pinned().workbook.Get(), L"FullName");
-  if (!pinned.empty()) return DocKey(pinned, LowerUnit);
-  // Nothing is pinned, or it has been closed since: every open workbook has a name.
+  if (IDispatch* const pinned = target_.Pinned().workbook.Get()) {
+    Variant name;
+    SCODE exceptionCode = 0;
+    const HRESULT hr = GetProperty(pinned, L"FullName", name, &exceptionCode);
+    // A busy host's workbook is still the pane's own; only one that is gone gives way to the active one.
+    if (SUCCEEDED(hr) || IsHostBusy(hr, exceptionCode)) return DocKey(name.Text(), LowerUnit);
+  }
   const ComPtr<IDispatch> active = GetDispProperty(target_.Application(), L"ActiveWorkbook");
   if (active == nullptr) return std::wstring(kNoDocumentKey);
   return DocKey(GetStringProperty(active.Get(), L"FullName"), LowerUnit);
