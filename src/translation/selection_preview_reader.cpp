@@ -9,7 +9,7 @@
 #include "translation/selection_preview.h"
 #include "workbook/automation.h"
 #include "workbook/collector.h"
-#include "workbook/range_reader.h"
+#include "workbook/selection_areas.h"
 #include "workbook/value_block.h"
 
 namespace qv {
@@ -20,10 +20,6 @@ bool IsBusyAt(IDispatch* object, const wchar_t* property) {
   HostAnswer answer;
   answer.hr = GetProperty(object, property, ignored, &answer.exceptionCode);
   return answer.IsBusy();
-}
-
-CellBlock BlockOf(const RangeGeometry& geometry) {
-  return {geometry.firstRow, geometry.firstCol, geometry.rows, geometry.cols};
 }
 
 void AppendTextOf(const VARIANT& value, std::wstring& text) {
@@ -47,14 +43,10 @@ void AppendTextsOf(IDispatch* range, const RangeGeometry& geometry, std::wstring
 
 std::wstring QuickTextOf(const ComPtr<IDispatch>& selection, const std::vector<RangeGeometry>& areas) {
   std::wstring text;
-  const ComPtr<IDispatch> collection = GetDispProperty(selection.Get(), L"Areas");
-  for (std::size_t i = 0; i < areas.size(); ++i) {
-    // One area is the selection itself, and so it is where the host has no areas.
-    const ComPtr<IDispatch> range =
-        areas.size() == 1 ? selection
-                          : GetCollectionItem(collection.Get(), Variant(static_cast<long>(i) + 1));
-    AppendTextsOf(range.Get(), areas[i], text);
-  }
+  const SelectionRanges ranges(selection);
+  std::int32_t number = 0;
+  for (const RangeGeometry& area : areas)
+    AppendTextsOf(ranges.At(++number).Get(), area, text);
   return text;
 }
 
@@ -63,10 +55,7 @@ SelectionPreview PreviewOf(const CollectResult& collected, const TranslationSess
   preview.fragments = collected.units.size();
   for (const CellUnit& unit : collected.units)
     preview.chars += unit.WorkText().size();
-  std::vector<CellBlock> blocks;
-  for (const RangeGeometry& area : collected.areas)
-    blocks.push_back(BlockOf(area));
-  preview.written = CountWritten(session.units, collected.sheetName, blocks);
+  preview.written = CountWritten(session.units, collected.sheetName, collected.areas);
   return preview;
 }
 
