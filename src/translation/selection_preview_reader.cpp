@@ -50,12 +50,24 @@ std::wstring QuickTextOf(const ComPtr<IDispatch>& selection, const std::vector<R
   return text;
 }
 
-SelectionPreview PreviewOf(const CollectResult& collected, const TranslationSession& session) {
+/// Sheets of the same names in another workbook are not meant. A pane without a pin of its own may have
+/// followed the user to one.
+bool IsSessionsWorkbook(IDispatch* selection, const TargetContext& target,
+                        const TranslationSession& session) {
+  if (session.units.empty() || target.PinSerial() == session.pinSerial) return true;
+  const ComPtr<IDispatch> sheet = GetDispProperty(selection, L"Worksheet");
+  const ComPtr<IDispatch> workbook = GetDispProperty(sheet.Get(), L"Parent");
+  // The same two names as of the target's key.
+  std::wstring key = GetStringProperty(workbook.Get(), L"FullName");
+  if (key.empty()) key = GetStringProperty(workbook.Get(), L"Name");
+  return key.empty() || key == session.workbookKey;
+}
+
+SelectionPreview PreviewOf(const CollectResult& collected) {
   SelectionPreview preview;
   preview.fragments = collected.units.size();
   for (const CellUnit& unit : collected.units)
     preview.chars += unit.WorkText().size();
-  preview.written = CountWritten(session.units, collected.sheetName, collected.areas);
   return preview;
 }
 
@@ -71,7 +83,9 @@ std::optional<std::wstring> ReadPreview(const TargetContext& target, const Trans
     if (IsBusyAt(selection.Get(), L"Address")) return std::nullopt;
     return SelectionPreviewErrorScript(kSelectionUnreadableError);
   }
-  SelectionPreview preview = PreviewOf(collected, session);
+  SelectionPreview preview = PreviewOf(collected);
+  if (IsSessionsWorkbook(selection.Get(), target, session))
+    preview.written = CountWritten(session.units, collected.sheetName, collected.areas);
   if (collected.cells <= kMaxQuickTextCells) preview.quickText = QuickTextOf(selection, collected.areas);
   preview.rangeAddress = GetStringProperty(selection.Get(), L"Address");
   return SelectionPreviewScript(preview);
