@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "engines/common/com_guard.h"
+#include "foundation/text.h"
 #include "host/late_bound.h"
 
 namespace qv::devhost {
@@ -127,9 +128,34 @@ void DocumentWindows::Activate(int id) {
 }
 
 void DocumentWindows::Close(int id) {
+  const auto infos = surroundings_.engine.Windows();
+  const auto closing = std::ranges::find(infos, id, &WindowInfo::id);
+  const bool isLast =
+      closing != infos.end() && std::ranges::count(infos, closing->workbook, &WindowInfo::workbook) == 1;
+  if (isLast) surroundings_.engine.AnnounceClose(id);
+  CloseAnnounced(id);
+  Sync();
+}
+
+void DocumentWindows::CloseWorkbook(const std::wstring& name) {
+  const auto infos = surroundings_.engine.Windows();
+  const auto named = std::ranges::find_if(infos, [&](const WindowInfo& info) {
+    return name.empty() ? info.active : EqualsIgnoreAsciiCase(info.workbook, name);
+  });
+  std::vector<int> closing;
+  for (const auto& info : infos) {
+    if (named != infos.end() && info.workbook == named->workbook) closing.push_back(info.id);
+  }
+  if (closing.empty()) throw std::runtime_error("no such workbook: " + ToUtf8(name));
+  surroundings_.engine.AnnounceClose(closing.front());
+  for (const int id : closing)
+    CloseAnnounced(id);
+  Sync();
+}
+
+void DocumentWindows::CloseAnnounced(int id) {
   if (auto* window = Find(id)) window->ClosePanes();
   surroundings_.engine.CloseWindow(id);
-  Sync();
 }
 
 void DocumentWindows::OnUserClosed(int id) {

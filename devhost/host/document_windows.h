@@ -45,8 +45,11 @@ class DocumentWindows {
 
   /// Brings a window to the front and makes it the active one. Throws std::runtime_error for an unknown id.
   void Activate(int id);
-  /// Closes a window with its panes, and its document with its last window. Throws for an unknown id.
+  /// Closes a window with its panes, and its document with its last window. Throws for an unknown id, or when
+  /// an add-in keeps the document open.
   void Close(int id);
+  /// Closes all windows on a workbook; an empty name means the active one. Throws as `Close` does.
+  void CloseWorkbook(const std::wstring& name);
 
   /// The ribbon that windows show from now on; null takes it away.
   void SetRibbon(Ribbon* ribbon);
@@ -55,6 +58,7 @@ class DocumentWindows {
 
  private:
   void OnUserClosed(int id);
+  void CloseAnnounced(int id);
   void ShowActive();
   [[nodiscard]] DocumentWindow& Empty();
 

@@ -2,6 +2,8 @@
 
 #include <olectl.h>
 
+#include <array>
+#include <utility>
 #include <vector>
 
 #include "engines/common/com_guard.h"
@@ -25,6 +27,15 @@ void AppEvents::Fire(AppEvent event, std::span<const Variant> args) {
     const ComPtr<IDispatch> sink = found->second;
     CallSink(*sink.Get(), event, args);
   }
+}
+
+bool AppEvents::FireBeforeClose(Variant workbook) {
+  VARIANT_BOOL cancel = VARIANT_FALSE;
+  std::array<Variant, 2> args{std::move(workbook), Variant()};
+  args[1].Get().vt = VT_BYREF | VT_BOOL;
+  args[1].Get().pboolVal = &cancel;
+  Fire(AppEvent::kWorkbookBeforeClose, args);
+  return cancel != VARIANT_FALSE;
 }
 
 void AppEvents::CallSink(IDispatch& sink, AppEvent event, std::span<const Variant> args) const {

@@ -62,6 +62,9 @@ class AppEvents {
   /// sink are its own affair.
   void Fire(AppEvent event, std::span<const Variant> args);
 
+  /// WorkbookBeforeClose; true when a sink has cancelled the closing.
+  [[nodiscard]] bool FireBeforeClose(Variant workbook);
+
   /// Sinks connected now; a test asks for zero after the add-in has gone.
   [[nodiscard]] size_t SinkCount() const { return sinks_.size(); }
   /// Drops every sink, as a host does when it ends.
