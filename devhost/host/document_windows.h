@@ -27,8 +27,9 @@ class DocumentWindows {
   /// Makes, renames and closes windows so that they are those of the engine. Panes of windows that are gone
   /// are closed.
   void Sync();
-  /// `Sync`, and shows what the sheets look like now; nothing when nothing has changed.
-  void Refresh();
+  /// `Sync`, and shows what the sheets look like now; nothing when nothing has changed. False when a sheet
+  /// cannot be read now; the next call tries again.
+  [[nodiscard]] bool Refresh();
 
   /// Draws everything that waits to be drawn.
   void Repaint();
@@ -57,9 +58,12 @@ class DocumentWindows {
   [[nodiscard]] bool IsClosedByUser() const { return isClosedByUser_; }
 
  private:
+  void CloseMissing(const std::vector<WindowInfo>& infos);
+  void Update(const WindowInfo& info);
   void OnUserClosed(int id);
   void CloseAnnounced(int id);
-  void ShowActive();
+  void ShowActive(const std::vector<WindowInfo>& infos);
+  [[nodiscard]] DocumentWindow& ActiveOf(const std::vector<WindowInfo>& infos);
   [[nodiscard]] DocumentWindow& Empty();
 
   DocumentSurroundings surroundings_;
@@ -67,7 +71,10 @@ class DocumentWindows {
   std::vector<std::unique_ptr<DocumentWindow>> windows_;
   std::unique_ptr<DocumentWindow> empty_;
   int active_ = 0;
-  std::uint64_t revision_ = 0;
+  /// The engine's revision that all windows show.
+  std::uint64_t shownRevision_ = 0;
+  /// What the engine was last told to answer for the Application.
+  HWND toldHandle_ = nullptr;
   bool isSyncing_ = false;
   bool isClosedByUser_ = false;
 };
