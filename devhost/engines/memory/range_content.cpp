@@ -182,10 +182,10 @@ Variant RangeObject::AccessContent(Call& call, Content content) {
   Faults& faults = GetHost().faults;
   const bool bulk = First().Cells() > 1;
   if (!call.IsPut()) {
-    if (bulk && Faults::TakeOne(faults.failBulkGets)) Refuse();
+    if (bulk && TakeOne(faults.failBulkGets)) Refuse();
     return ReadContent(content);
   }
-  if (bulk && Faults::TakeOne(faults.failBulkPuts)) Refuse();
+  if (bulk && TakeOne(faults.failBulkPuts)) Refuse();
   PutContent(call.Value());
   return {};
 }
