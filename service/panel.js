@@ -11,8 +11,8 @@ export const PANEL_PATH = '/panel/excel';
 export const PAGE_FILES = {
   account: 'account.html',
   login: 'login.html',
-  glossary: 'later.html',
-  instruction: 'later.html',
+  glossary: 'glossary.html',
+  instruction: 'instruction.html',
   quicktranslate: 'later.html',
   grammar: 'later.html',
   chat: 'later.html',

@@ -25,6 +25,8 @@ const START = [
   'excelTranslateAllSheets',
   'excelBilingualBelow',
   'nativeTranslateViaJs',
+  'glossaryIds',
+  'globalInstructionId',
   ...STYLE,
 ];
 
@@ -54,6 +56,8 @@ export const ACTIONS = {
   translateBatchResult: ['requestId', 'ok', 'translations', 'code', 'message'],
   terminologyResolveResult: ['requestId', 'result', 'code', 'message'],
   // requests, see `request`
+  docKeyGet: ['requestId'], // {docKey}: names the workbook; "_unsaved" and "_no_doc" name none
+  exportLocalSnapshot: ['requestId'], // {glossaries, instructions} of this computer, each with its id
   clientInfoGet: ['requestId'], // {productId, platform, version, commit, buildDate, os, installId, hostApp, …}
 };
 
@@ -135,7 +139,7 @@ export function onEvents(handlers) {
 
 /**
  * Asks the add-in; the answer is matched by its id, so several may be open.
- * @param {'clientInfoGet'} action
+ * @param {'clientInfoGet' | 'docKeyGet' | 'exportLocalSnapshot'} action
  * @returns {Promise<any>} the answer's data; rejected when it is a refusal, or none came in time
  */
 export function request(action) {

@@ -15,6 +15,7 @@ import { fetchAccount } from './service_api.js';
 import { dropToken, onSession, token } from './session.js';
 import { newTraceId, startMessage } from './start_message.js';
 import { drawStyleFields, openStyleFields } from './style_fields.js';
+import { loadTerminology, openTerminologyFields, terminologyFields } from './terminology_fields.js';
 
 const SECOND_MS = 1000;
 
@@ -32,7 +33,7 @@ function start() {
   });
   const { excelTranslateAllSheets: allSheets, excelBilingualBelow: dual, clientTraceId: trace } = fields;
   runPosted({ allSheets, dual, trace });
-  post(action, fields);
+  post(action, { ...fields, ...terminologyFields() });
 }
 
 /** Why nothing can be started, empty when it can. */
@@ -137,6 +138,7 @@ openDisplaySwitch();
 showRun(draw);
 openScopeFields(choices, changed);
 openStyleFields(choices, changed, cellsChanged);
+openTerminologyFields();
 onEvents({
   quorvantisExportState: exportState,
   quorvantisImportState: importState,
@@ -147,6 +149,7 @@ onSession(() => {
   void checkAccount();
 });
 await openPage();
+void loadTerminology();
 openLanguageFields(choices, changed);
 if (isHosted()) post('getFontList');
 void checkAccount();
