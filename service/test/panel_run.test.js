@@ -515,7 +515,7 @@ test('a browser without the add-in cannot start, and is told why', async () => {
 test('everything is reached and worked by the keyboard alone', async () => {
   const view = await openForm();
   const names = [];
-  for (let i = 0; i < 11; i++) {
+  for (let i = 0; i < 13; i++) {
     await view.page.keyboard.press('Tab');
     names.push(
       await view.run(
@@ -529,6 +529,7 @@ test('everything is reached and worked by the keyboard alone', async () => {
   }
   assert.deepEqual(names, [
     'Translate',
+    'Terms',
     'Account',
     'Support',
     'window',
@@ -538,6 +539,7 @@ test('everything is reached and worked by the keyboard alone', async () => {
     'all-sheets',
     'layout',
     'Text style of the translation',
+    'Terminology',
     'start',
   ]);
 

@@ -8,10 +8,14 @@ const MAX_NAME_LENGTH = 200;
 /**
  * Shows a form over the page; the browser keeps the focus in it, and gives it back.
  * @param {HTMLElement[]} children
- * @param {{title: string, accept: string, check?: () => boolean}} options `check` says whether the answer can be taken
+ * @param {object} options
+ * @param {string} options.title
+ * @param {string} options.accept words on the button that says yes
+ * @param {() => boolean} [options.check] whether the answer can be taken
+ * @param {boolean} [options.careful] Enter shall not say yes by itself
  * @returns {Promise<boolean>} whether it was
  */
-export function askInDialog(children, { title, accept, check = () => true }) {
+export function askInDialog(children, { title, accept, check = () => true, careful = false }) {
   const heading = make('h2', { id: 'dialog-title', textContent: title });
   const yes = make('button', { type: 'submit', class: 'primary', id: 'dialog-yes', textContent: accept });
   const no = make('button', { type: 'button', id: 'dialog-no', textContent: t('terms.cancel') });
@@ -24,6 +28,7 @@ export function askInDialog(children, { title, accept, check = () => true }) {
   no.addEventListener('click', () => dialog.close());
   document.body.append(dialog);
   dialog.showModal();
+  (careful ? no : yes).focus();
   return new Promise((resolve) => {
     dialog.addEventListener('close', () => {
       dialog.remove();
@@ -50,10 +55,11 @@ export async function askName({ title, accept, name, taken }) {
   };
   const label = make('label', { htmlFor: 'dialog-name', textContent: t('account.name') });
   const asked = askInDialog([label, field, problem], { title, accept, check });
+  field.focus();
   field.select();
   return (await asked) ? field.value.trim() : '';
 }
 
 /** @param {{title: string, text: string, accept: string}} question @returns {Promise<boolean>} */
 export const confirmInWords = ({ title, text, accept }) =>
-  askInDialog([make('p', { textContent: text })], { title, accept });
+  askInDialog([make('p', { textContent: text })], { title, accept, careful: true });

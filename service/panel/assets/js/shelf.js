@@ -58,9 +58,9 @@ export class Shelf {
     });
     addEventListener('pagehide', () => this.#flush());
     addEventListener('beforeunload', (event) => {
-      this.#flush();
+      // What has failed, or is too large to go on without the page, would be lost.
       const failed = byId('save-state').dataset.state === 'failed';
-      if (this.#saver.isBehind && (failed || !outlivesPage(this.item))) event.preventDefault();
+      if (this.#isBehind && (failed || !outlivesPage(this.item))) event.preventDefault();
     });
   }
 
