@@ -177,6 +177,13 @@ test('thousands of entries are shown a page at a time, searched, and stop at the
   await view.id('new-source').fill('more');
   await view.id('new-source').press('Enter');
   assert.equal(await view.text('add-problem'), 'A glossary holds 2,000 entries at most.');
+  await view.id('search').fill('s1999');
+  await field(view, 1, 'remove').click();
+  await view.id('new-source').press('Enter');
+  assert.equal(await field(view, 1, 'source').inputValue(), 'more');
+  await view.id('undo').click();
+  assert.equal(await view.text('add-problem'), 'A glossary holds 2,000 entries at most.');
+  assert.equal(await view.text('removed'), 'Removed: “s1999”');
   await view.close();
 });
 
@@ -262,6 +269,41 @@ test('what cannot be saved is said, stays on the page, and is saved by trying ag
   await saved(view);
   assert.equal(await view.text('save-again'), '');
   assert.deepEqual(await me.entries('g'), [entry('a', '2')]);
+  await view.close(REFUSED);
+});
+
+test('what one user could not save is not written into the account of the next', async () => {
+  const me = await user({ glossaries: [['g', { entries: [entry('a', '1')] }]] });
+  const next = await user({ glossaries: [['n', { entries: [entry('n')] }]] });
+  const view = await openItem('glossary', me.token);
+  await view.page.route('**/v1/glossaries/g', (route) => route.abort());
+  await field(view, 1, 'target').fill('2');
+  await view.id('save-again').waitFor();
+  await view.page.unroute('**/v1/glossaries/g');
+  const other = await view.page.context().newPage();
+  await other.goto(`${panel.origin}/panel/excel/support.html?host=excel&pane=xl1&uiLang=en`);
+  await other.evaluate((token) => localStorage.setItem('quorvantis.session', JSON.stringify({ token })), next.token);
+  await view.page.waitForFunction(() => document.querySelector('#rows .source')?.value === 'n');
+  await unsave(view);
+  await field(view, 1, 'target').fill('mine');
+  await saved(view);
+  const ids = (await next.ask('GET', 'glossaries')).glossaries.map(({ id }) => id);
+  assert.deepEqual([ids, await next.entries('n')], [['n'], [entry('n', 'mine')]]);
+  await view.close(REFUSED);
+});
+
+test('a refused deletion is said, and leaves everything', async () => {
+  const me = await user({ glossaries: [['g', { entries: [entry('a', '1')] }]] });
+  const view = await openItem('glossary', me.token);
+  await view.page.route('**/v1/glossaries/g', (route) =>
+    route.request().method() === 'DELETE' ? route.abort() : route.continue(),
+  );
+  await field(view, 1, 'target').fill('2');
+  await view.id('delete').click();
+  await view.id('dialog-yes').click();
+  await view.id('toast').getByText('The service cannot be reached').waitFor();
+  await saved(view);
+  assert.deepEqual([await sources(view), await me.entries('g')], [['a'], [entry('a', '2')]]);
   await view.close(REFUSED);
 });
 

@@ -240,9 +240,11 @@ export class EntryTable {
   }
 
   #undo() {
+    if (this.#entries.length === MAX_ENTRIES) return this.#tellOfAdding('terms.full');
     const { entry, index } = this.#removed;
     this.#removed = null;
-    if (this.#entries.length < MAX_ENTRIES) this.#entries.splice(index, 0, entry);
+    this.#tellOfAdding('');
+    this.#entries.splice(index, 0, entry);
     this.#find();
     if (!this.#shown.includes(entry)) {
       byId('search').value = '';

@@ -48,11 +48,12 @@ async function look() {
 
 async function take(taken) {
   const items = offered;
+  const asked = token();
   show([]);
   const failed = [];
   for (const { kind, item } of items) {
     const fits = !item.entries || item.entries.length <= MAX_ENTRIES;
-    const kept = fits && (await putItem(token(), kind, item).catch(() => null));
+    const kept = fits && (await putItem(asked, kind, item).catch(() => null));
     if (!kept) failed.push({ kind, item });
   }
   settle(items.filter((each) => !failed.includes(each)));

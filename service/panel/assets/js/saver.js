@@ -46,6 +46,11 @@ export class Saver {
     this.#waiting.delete(id);
   }
 
+  /** Nothing that waits is wanted any more. */
+  clear() {
+    this.#waiting.clear();
+  }
+
   /** Sends what waits, again after a failure. */
   run() {
     if (!this.#sending && this.#waiting.size > 0) this.#running = this.#sendAll();

@@ -5,6 +5,7 @@
 import { confirmInWords, askName } from './dialogs.js';
 import { byId, fillSelect } from './dom.js';
 import { onLanguage, t } from './i18n.js';
+import { showToast } from './page.js';
 import { deleteItem, fetchItem, fetchItems, outlivesPage, putItem } from './service_api.js';
 import { dropToken, onSession, token } from './session.js';
 import { Saver } from './saver.js';
@@ -130,7 +131,10 @@ export class Shelf {
       await deleteItem(token(), this.#options.kind, item.id);
     } catch (error) {
       // Gone is gone, whoever deleted it.
-      if (error.status !== 404) return this.#drawState('failed', error);
+      if (error.status !== 404) {
+        showToast(t(REFUSALS[error.status] ?? 'error.service'), 'warn');
+        return this.changed();
+      }
     }
     tellTerminologyChanged();
     this.#drawState('saved');
@@ -173,7 +177,8 @@ export class Shelf {
     this.#owner = token();
     clearTimeout(this.#timer);
     this.#timer = 0;
-    if (this.item) this.#saver.forget(this.item.id);
+    this.#saver.clear();
+    this.#drawState('saved');
     this.item = null;
     await this.load();
   }
