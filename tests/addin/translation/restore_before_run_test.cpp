@@ -116,6 +116,9 @@ TEST_F(RestoreBeforeRunTest, TheSheetThatIsShownWhenTheRestoreEndsIsTheOneThatIs
   ASSERT_TRUE(PumpUntilPageHas(L"onComplete("));
   EXPECT_EQ(service.TranslateBodies().at(0).at("texts"), nlohmann::json({"Other"}));
   EXPECT_EQ(Text("A1", L"More"), L"ES:Other");
+  EXPECT_EQ(engine->Sheet(L"More").RowHeight(1), 15.0);
+  EXPECT_EQ(Switch(L"original"), Done(L"original", 1, 0));
+  EXPECT_EQ(Text("A1", L"More"), L"Other");
 }
 
 TEST_F(RestoreBeforeRunTest, AStartInTheMiddleOfASwitchForgetsNoHeight) {
