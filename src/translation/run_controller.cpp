@@ -4,15 +4,10 @@
 
 #include <utility>
 
-#include "foundation/host_session.h"
-#include "foundation/identity.h"
 #include "foundation/logging.h"
-#include "foundation/text.h"
 #include "translation/error_codes.h"
 #include "translation/panel_transport.h"
-#include "translation/run_collection.h"
 #include "translation/run_messages.h"
-#include "translation/trace_details.h"
 #include "workbook/host_state.h"
 #include "workbook/workbook_busy_table.h"
 
