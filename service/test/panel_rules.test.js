@@ -114,7 +114,7 @@ test('the start message holds what the user chose, and style only for a translat
     allSheets: true,
     font: 'Arial',
     fontSize: 9.5,
-    bold: true,
+    weight: 'bold',
     color: '#ff8000',
   });
   const asked = { accessToken: 'dev-a', clientTraceId: 't', viaPage: false };
@@ -152,6 +152,7 @@ test('the start message holds what the user chose, and style only for a translat
 
 test("an untouched style sends nothing; the default colour is the add-in's own", () => {
   assert.deepEqual(styleFields(readChoices(null)), {});
+  assert.deepEqual(styleFields(readChoices({ weight: 'regular' })), { targetFontBold: false });
   assert.equal(hostColor(readChoices(null).color), 9203290);
 });
 

@@ -108,7 +108,8 @@ export async function setLanguage(code) {
 }
 
 /**
- * Fills the elements that name their text: `data-t` the content, `data-t-label` the accessible name and the tooltip.
+ * Fills the elements that name their text: `data-t` the content, `data-t-label` the accessible name and the tooltip,
+ * `data-t-hint` what stands in an empty field.
  * @param {ParentNode} root
  */
 export function translate(root) {
@@ -117,4 +118,5 @@ export function translate(root) {
     element.setAttribute('aria-label', t(element.dataset.tLabel));
     element.title = t(element.dataset.tLabel);
   }
+  for (const element of root.querySelectorAll('[data-t-hint]')) element.placeholder = t(element.dataset.tHint);
 }

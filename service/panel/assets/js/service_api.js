@@ -58,6 +58,13 @@ export const signOutAtService = (token) => call('POST', '/v1/auth/sign-out', { t
  */
 export const fetchAccount = (token) => call('GET', '/v1/account', { token });
 
+/** @param {string} token @returns {Promise<{id: string, name: string}[]>} */
+export const fetchInstructions = async (token) => (await call('GET', '/v1/instructions', { token })).instructions;
+
+/** @param {string} token @param {string} id @returns {Promise<{name: string, content: string}>} */
+export const fetchInstruction = (token, id) =>
+  call('GET', `/v1/instructions/${encodeURIComponent(id)}`, { token });
+
 /**
  * @param {string} token
  * @param {{glossaryIds: string[], instructionId: string | null, corpusTexts: string[], maxEntries: number}} question
