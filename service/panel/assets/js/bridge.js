@@ -55,7 +55,8 @@ export const ACTIONS = {
   applyAll: [], // answered by the event onBatchDone
   restoreAll: [],
   // one text, whatever a run does
-  quickTranslate: ['requestId', 'text', 'targetLang', 'sourceLang', 'accessToken', 'instruction'], // onQuickTranslateResult
+  // answered by the event onQuickTranslateResult
+  quickTranslate: ['requestId', 'text', 'targetLang', 'sourceLang', 'accessToken', 'instruction'],
   quickTranslateWrite: ['mode', 'text'], // "replace", "insert"; only a cell that refuses it is told of
   // answers to messages of the add-in
   translateBatchResult: ['requestId', 'ok', 'translations', 'code', 'message'],
@@ -90,8 +91,8 @@ export const EVENTS = [
   'onExcelActiveSheetChanged', // {sheetName}: the user did; a run over one sheet pauses when it is another one
   'onExcelTranslateResumed', // {reason: "manual" | "sheet_changed"}
   'onExcelTranslateResumeBlocked', // {sheetName, sourceSheetName}: the wrong sheet is shown, the run stays paused
-  // {fragments, chars, rangeAddress, translatedCellsOnSheet, translatedCellsInSelection, quickText} or {error}; quickText for
-  // 1 to 64 cells only
+  // {fragments, chars, rangeAddress, translatedCellsOnSheet, translatedCellsInSelection, quickText} or {error};
+  // quickText for 1 to 64 cells only
   'onSelectionPreview',
   'onExcelDisplayModeDone', // {ok, mode, applied, failed, message}
   'onTargetStyleDone', // {ok, applied, failed, skipped, message}

@@ -62,8 +62,7 @@ export const fetchAccount = (token) => call('GET', '/v1/account', { token });
 export const fetchInstructions = async (token) => (await call('GET', '/v1/instructions', { token })).instructions;
 
 /** @param {string} token @param {string} id @returns {Promise<{name: string, content: string}>} */
-export const fetchInstruction = (token, id) =>
-  call('GET', `/v1/instructions/${encodeURIComponent(id)}`, { token });
+export const fetchInstruction = (token, id) => call('GET', `/v1/instructions/${encodeURIComponent(id)}`, { token });
 
 /**
  * @param {string} token

@@ -3,7 +3,7 @@
  * One at a time, and none while a run goes on.
  */
 import { onEvents, post } from './bridge.js';
-import { byId, chosenRadio } from './dom.js';
+import { byId } from './dom.js';
 import { cellsText } from './errors.js';
 import { onLanguage, t } from './i18n.js';
 import { showToast } from './page.js';
@@ -26,7 +26,9 @@ export function openSheetChanges() {
   });
   for (const button of document.querySelectorAll('[data-display]')) {
     const mode = button.dataset.display;
-    button.addEventListener('click', () => askSheet('setExcelDisplayMode', { mode, scope: chosenRadio('display-scope') }));
+    button.addEventListener('click', () => {
+      askSheet('setExcelDisplayMode', { mode, scope: byId('display-scope').value });
+    });
   }
   byId('apply-all').addEventListener('click', () => askSheet('applyAll'));
   byId('restore-all').addEventListener('click', () => askSheet('restoreAll'));

@@ -10,7 +10,8 @@ const KINDS = {
 
 /**
  * @param {import('./unit_store.js').Unit[]} units by number; missing ones are passed over
- * @param {{words: string, kind: keyof typeof KINDS}} filter words: what the text or its translation holds, in any letter case
+ * @param {{words: string, kind: keyof typeof KINDS}} filter words: what the text or its translation holds, in any
+ *   letter case
  * @returns {number[]} numbers of those that fit
  */
 export function matchesOf(units, { words, kind }) {

@@ -5,7 +5,7 @@
 import { load, save } from './storage.js';
 
 const NAME = 'units';
-/** A browser keeps about five million characters a page's origin; a workbook with more text is listed while its page stays. */
+/** A browser keeps about five million characters a site; a workbook with more text is listed while its page stays. */
 const MAX_KEPT_CHARS = 2_000_000;
 
 /**
@@ -16,7 +16,10 @@ const MAX_KEPT_CHARS = 2_000_000;
  */
 
 let runId = 0;
-/** By the add-in's number, from 0; those that were finished before this page could hear of them are missing. @type {Unit[]} */
+/**
+ * By the add-in's number, from 0; those that were finished before this page could hear of them are missing.
+ * @type {Unit[]}
+ */
 let units = [];
 let changed = () => {};
 
