@@ -47,9 +47,9 @@ export function onHeld(listener) {
 export function holdForRun(busy) {
   if (busy === runs) return;
   runs = busy;
-  // The start of a run answers what was under way, and what is lost with it is not waited for.
-  waits &&= !busy;
-  draw();
+  // The start of a run ends what was under way.
+  if (busy) setWaiting(false);
+  else draw();
 }
 
 /**
