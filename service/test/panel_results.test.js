@@ -175,7 +175,7 @@ test('an add-in that does not answer gives the buttons back', async () => {
   await view.page.reload();
   await view.ready();
   await view.run(runOf(3) + COMPLETE);
-  await view.id('restore-all').click();
+  await view.page.getByRole('button', { name: 'Original' }).click();
   await view.page.clock.fastForward(29000);
   assert.equal(await view.text('results-reason'), english['results.working']);
   await view.page.clock.fastForward(2000);
