@@ -13,7 +13,7 @@ export const PAGE_FILES = {
   login: 'login.html',
   glossary: 'glossary.html',
   instruction: 'instruction.html',
-  quicktranslate: 'later.html',
+  quicktranslate: 'quicktranslate.html',
   grammar: 'later.html',
   chat: 'later.html',
   agents: 'later.html',
