@@ -77,6 +77,14 @@ def hosts_with(service, tmp_path, *always):
             host.close()
 
 
+@pytest.fixture(scope="module")
+def echo_host(running_echo_service, tmp_path_factory):
+    """Starts development hosts that last for the tests of one file, with pages that only record."""
+    running_echo_service.reset()
+    with hosts_with(running_echo_service, tmp_path_factory.mktemp("hosts")) as start:
+        yield start
+
+
 @pytest.fixture
 def start_host(service, tmp_path):
     """Starts development hosts without a screen and with pages that only record; they end with the test."""
