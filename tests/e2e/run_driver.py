@@ -7,7 +7,6 @@ import uuid
 from devhost_client import unix_path
 from panel import wait_until
 
-TOKEN = "dev-test"
 RUN_ENDS = re.compile(r"onComplete\(\{|onError\(\{|onCancelled\(\)")
 # The members of an event's argument stand without quotes.
 MEMBER_OR_TEXT = re.compile(r'"(?:[^"\\]|\\.)*"|(\w+)(?=:)')
@@ -30,9 +29,26 @@ def start_message(**members):
             "clientTraceId": str(uuid.uuid4()), **members}
 
 
-def start(host, token=TOKEN, **members):
-    host.post(action="setAccessToken", accessToken=token)
+def start(host, **members):
+    host.post(action="setAccessToken", accessToken="dev-test")
     host.post(**start_message(**members))
+
+
+def post_from(panel, **message):
+    """Posts a message from the real page itself."""
+    panel.value(f"chrome.webview.postMessage({json.dumps(json.dumps(message))})")
+
+
+def run_from(panel, **members):
+    """A whole run that the real page starts for whoever is signed in there: what onComplete says."""
+    post_from(panel, **start_message(accessToken=token_of(panel), **members))
+    last = end_of_run(panel.host)
+    assert "onComplete({" in last, last
+    return argument(last)
+
+
+def token_of(panel):
+    return panel.value("JSON.parse(localStorage['quorvantis.session']).token")
 
 
 def end_of_run(host):
@@ -43,10 +59,15 @@ def end_of_run(host):
             return script
 
 
-def run(host, token=TOKEN, **members):
-    """A whole run: what onComplete says."""
-    start(host, token, **members)
-    last = end_of_run(host)
+def run_to_end(host, **members):
+    """A run, however it ends: its last script."""
+    start(host, **members)
+    return end_of_run(host)
+
+
+def run(host, **members):
+    """A run that completes: what onComplete says."""
+    last = run_to_end(host, **members)
     assert "onComplete({" in last, last
     return argument(last)
 

@@ -1,8 +1,8 @@
 """Switching the display of a part of the cells, and runs over cells that hold translations already."""
 
-import openpyxl
 import pytest
 
+from conftest import save_sheets
 from panel_driver import column, sentences, translate_requests, translated
 from run_driver import LogTail, display, event, run, switched
 
@@ -13,16 +13,7 @@ WRITTEN = len(FIRST) + len(SECOND)
 
 @pytest.fixture(scope="module")
 def two_sheets(echo_host, tmp_path_factory):
-    book = openpyxl.Workbook()
-    book.remove(book.active)
-    for name, texts in TEXTS.items():
-        sheet = book.create_sheet(name)
-        for text in texts:
-            sheet.append([text])
-    book.create_sheet("Third")
-    path = tmp_path_factory.mktemp("scopes") / "book.xlsx"
-    book.save(path)
-    host = echo_host(path)
+    host = echo_host(save_sheets({**TEXTS, "Third": []}, tmp_path_factory.mktemp("scopes") / "book.xlsx"))
     run(host, excelTranslateAllSheets=True)
     return host
 
