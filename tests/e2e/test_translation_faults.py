@@ -1,7 +1,10 @@
 """What users and hosts do between a run and its restore, and in the middle of both: nothing of theirs may be lost."""
 
+import zipfile
+
 import pytest
 
+from book_differences import differences
 from conftest import save_sheets
 from panel import wait_until
 from panel_driver import SLOW_TEXTS, column, sentences, slow_down, translate_requests, translated
@@ -69,6 +72,14 @@ def test_rows_inserted_above_are_left_alone_unasked(translated_host):
     assert column(host, 6) == [translated("A line of the user's own"), None, *BOTH]
     assert display(host, "original") == switched("original", 5)
     assert column(host, 6) == ["A line of the user's own", None, *TEXTS]
+
+
+def test_rows_inserted_above_count_for_nothing_when_the_user_restores(translated_host):
+    host = translated_host
+    host.do("insert-rows", sheet="Sheet", row=1)
+    # Cells are known by their places, and the user asked for those.
+    assert display(host, "original") == switched("original", 4)
+    assert column(host, 5) == [*TEXTS, BOTH[3]]
 
 
 def test_a_retyped_cell_is_the_users_own_until_they_restore_it(translated_host, running_echo_service):
@@ -145,6 +156,32 @@ def test_a_busy_host_is_asked_again(translated_host):
     translated_host.do("fault", fault={"busy": 3, "member": "Range.Value2"})
     assert display(translated_host, "original") == switched("original", 4)
     assert column(translated_host, 4) == TEXTS
+
+
+def test_a_read_only_workbook_is_translated_and_restored_like_any_other(running_host, running_echo_service, folder):
+    host = running_host
+    host.do("window", open=str(recommend_read_only(save_sheets({"Sheet": TEXTS}, folder / "plain.xlsx"))))
+    host.do("open-pane")
+    host.do("save", path=str(folder / "untouched.xlsx"))
+    run(host)
+    assert column(host, 4) == BOTH
+    assert display(host, "original") == switched("original", 4)
+    host.do("save", path=str(folder / "restored.xlsx"))
+    changed = {difference.kind for difference in differences(folder / "untouched.xlsx", folder / "restored.xlsx")}
+    assert changed <= {"fixed height"} and column(host, 4) == TEXTS
+    host.do("close-workbook")
+
+
+def recommend_read_only(path):
+    """Makes the file one that is opened read-only, and gives its path."""
+    with zipfile.ZipFile(path) as package:
+        parts = {name: package.read(name) for name in package.namelist()}
+    mark = b'<fileSharing readOnlyRecommended="1"/><workbookPr'
+    parts["xl/workbook.xml"] = parts["xl/workbook.xml"].replace(b"<workbookPr", mark, 1)
+    with zipfile.ZipFile(path, "w") as package:
+        for name, content in parts.items():
+            package.writestr(name, content)
+    return path
 
 
 def set_style(host, **style):
