@@ -6,6 +6,7 @@ import shutil
 import pytest
 
 from conftest import profile_path, save_column
+from panel import press
 from panel_driver import column, open_signed_in, translate_requests
 from run_driver import LogTail, argument, end_of_run, event, post_from, run_from, start_message, token_of
 
@@ -159,3 +160,28 @@ def test_without_a_token_nobody_is_asked_for_terms(echo_host, book_path, service
     bodies = translate_requests(service)
     assert len(bodies) == 1 and not {"glossary", "instruction"} & set(bodies[0])
     host.quit()
+
+
+def test_a_glossary_made_and_chosen_by_clicks_reaches_the_cells(panel, service):
+    host = panel.host
+    press(host, "btnGlossary")
+    panel.wait_for_page("glossary")
+    panel.click("#new")
+    panel.click("#dialog-name")
+    panel.type("Lines\n")
+    panel.wait_for("!document.querySelector('dialog') && !document.getElementById('contents').hidden")
+    panel.click("#new-source")
+    panel.type("Line\tRenglón\n")
+    panel.wait_for("document.querySelectorAll('#rows tr').length === 1")
+    panel.wait_for("document.getElementById('save-state').dataset.state === 'saved'")
+    press(host, "btnTranslateFullDoc")
+    panel.wait_for("document.querySelectorAll('#term-glossaries input').length === 2")
+    panel.click("#terms summary")
+    panel.click("#term-glossaries input:not([value=machines])")
+    service.reset()
+    panel.start()
+    panel.wait_for_phase("done", timeout=120)
+    assert paths(service)[0] == "/v1/terminology/resolve"
+    for body in translate_requests(service):
+        assert [(term["source"], term["target"]) for term in body["glossary"]] == [("Line", "Renglón")]
+    assert column(host, len(TEXTS)) == [f"{text}\nES:{text.replace('Line', 'Renglón')}" for text in TEXTS]
