@@ -35,6 +35,13 @@ def events_of(host, name, since):
     return [argument(entry["text"]) for entry in host.scripts()[since:] if f"{name}({{" in entry["text"]]
 
 
+def activate(host, name):
+    """Goes to a sheet as the user does, and waits until the page has heard of it."""
+    host.do("sheet", activate=name)
+    while event(host, "onExcelActiveSheetChanged") != {"sheetName": name}:
+        pass
+
+
 def test_visible_sheets_with_texts_are_visited_in_order(host, running_echo_service):
     log, since = LogTail(host), len(host.scripts())
     done = run(host, excelTranslateAllSheets=True)
@@ -66,29 +73,24 @@ def test_the_next_run_restores_all_sheets_before_it_collects(host, running_echo_
 
 
 def test_a_run_over_all_sheets_goes_on_whatever_sheet_is_shown(host, running_echo_service):
-    slow_down(running_echo_service, TEXTS[20], delay_ms=2500)
+    slow_down(running_echo_service, TEXTS[0], delay_ms=4000)
     start(host, excelTranslateAllSheets=True)
-    host.wait("wordIndex:19,")
-    host.do("sheet", activate="Mike")
-    assert event(host, "onExcelActiveSheetChanged") == {"sheetName": "Mike"}
+    activate(host, "Mike")
     assert "onComplete({" in end_of_run(host)
     assert column(host, 25, "Zulu") == [translated(text) for text in SHEETS["Zulu"]]
 
 
 def test_a_run_over_one_sheet_pauses_while_another_one_is_shown(host, running_echo_service):
-    host.do("sheet", activate="Zulu")
-    slow_down(running_echo_service, SHEETS["Zulu"][20], delay_ms=2500)
+    activate(host, "Zulu")
+    slow_down(running_echo_service, SHEETS["Zulu"][0], delay_ms=4000)
     start(host)
-    host.wait("wordIndex:19,")
-    host.do("sheet", activate="Mike")
-    assert event(host, "onExcelActiveSheetChanged") == {"sheetName": "Mike"}
+    activate(host, "Mike")
     host.post(action="resume")
     assert event(host, "onExcelTranslateResumeBlocked") == {"sheetName": "Mike", "sourceSheetName": "Zulu"}
     while translate_entries(running_echo_service)[-1]["endMs"] is None:
         host.do("sync")
-    assert column(host, 25, "Zulu")[20:] == SHEETS["Zulu"][20:]
-    host.do("sheet", activate="Zulu")
-    assert event(host, "onExcelActiveSheetChanged") == {"sheetName": "Zulu"}
+    assert column(host, 25, "Zulu") == SHEETS["Zulu"]
+    activate(host, "Zulu")
     host.post(action="resume")
     assert event(host, "onExcelTranslateResumed") == {"reason": "sheet_changed"}
     assert "onComplete({" in end_of_run(host)
@@ -97,10 +99,9 @@ def test_a_run_over_one_sheet_pauses_while_another_one_is_shown(host, running_ec
 
 
 def test_a_pause_by_the_user_is_resumed_as_such(host, running_echo_service):
-    host.do("sheet", activate="Zulu")
-    slow_down(running_echo_service, SHEETS["Zulu"][20], delay_ms=2500)
+    activate(host, "Zulu")
+    slow_down(running_echo_service, SHEETS["Zulu"][0], delay_ms=4000)
     start(host)
-    host.wait("wordIndex:19,")
     host.post(action="pause")
     host.post(action="resume")
     assert event(host, "onExcelTranslateResumed") == {"reason": "manual"}
