@@ -23,6 +23,7 @@ def folder(tmp_path_factory):
 @pytest.fixture(scope="module")
 def running_host(echo_host, folder):
     host = echo_host(save_sheets({"Sheet": ["first"]}, folder / "first.xlsx"))
+    host.wait('"action":"accessToken"', timeout=20)
     host.do("close-workbook")
     return host
 
