@@ -75,6 +75,7 @@ def test_the_next_run_restores_all_sheets_before_it_collects(host, running_echo_
 def test_a_run_over_all_sheets_goes_on_whatever_sheet_is_shown(host, running_echo_service):
     slow_down(running_echo_service, TEXTS[0], delay_ms=4000)
     start(host, excelTranslateAllSheets=True)
+    event(host, "onRunStarted")
     activate(host, "Mike")
     assert "onComplete({" in end_of_run(host)
     assert column(host, 25, "Zulu") == [translated(text) for text in SHEETS["Zulu"]]
@@ -84,6 +85,7 @@ def test_a_run_over_one_sheet_pauses_while_another_one_is_shown(host, running_ec
     activate(host, "Zulu")
     slow_down(running_echo_service, SHEETS["Zulu"][0], delay_ms=4000)
     start(host)
+    event(host, "onRunStarted")
     activate(host, "Mike")
     host.post(action="resume")
     assert event(host, "onExcelTranslateResumeBlocked") == {"sheetName": "Mike", "sourceSheetName": "Zulu"}
