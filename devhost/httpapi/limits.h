@@ -17,7 +17,7 @@ struct HttpLimits {
 /// Requests that wait for somebody to receive them; the next one is answered 503.
 inline constexpr std::size_t kLongestQueue = 1000;
 /// Connections at a time; each has a thread here.
-inline constexpr std::size_t kMostConnections = 256;
+inline constexpr std::size_t kMostConnections = 1200;
 
 [[nodiscard]] HttpLimits LimitsFromEnvironment();
 

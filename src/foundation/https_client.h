@@ -9,6 +9,17 @@
 
 namespace qv {
 
+/// Limits of a request's steps in milliseconds; 0 keeps the platform's default.
+struct HttpTimeouts {
+  int resolve = 0;
+  int connect = 0;
+  int send = 0;
+  /// For the answer's head, and for each piece of its body.
+  int receive = 0;
+
+  bool operator==(const HttpTimeouts&) const = default;
+};
+
 /// One HTTP request. Plain values, so that a worker can own its copy.
 struct HttpRequest {
   ServiceEndpoint endpoint;
@@ -19,8 +30,7 @@ struct HttpRequest {
   /// Header lines, each ending in "\r\n".
   std::wstring headers;
   std::wstring userAgent = L"Quorvantis/1.0";
-  /// 0 keeps the platform's defaults; otherwise milliseconds for resolve, connect, send and receive alike.
-  int timeoutMs = 0;
+  HttpTimeouts timeouts;
 };
 
 struct HttpResponse {
