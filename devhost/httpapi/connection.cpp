@@ -16,16 +16,11 @@ constexpr int kLingerMs = 500;
 
 }  // namespace
 
-Connection::Connection(UniqueSocket socket, HttpLimits limits) : socket_(std::move(socket)), limits_(limits) {
-  u_long nonBlocking = 1;
-  ioctlsocket(socket_.Get(), FIONBIO, &nonBlocking);
-  const BOOL noDelay = TRUE;
-  setsockopt(socket_.Get(), IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&noDelay),
-             sizeof(noDelay));
+Connection::Connection(UniqueSocket socket, HttpLimits limits) : stream_(std::move(socket)), limits_(limits) {
   int size = sizeof(peer_);
-  getpeername(socket_.Get(), reinterpret_cast<sockaddr*>(&peer_), &size);
+  getpeername(stream_.Get(), reinterpret_cast<sockaddr*>(&peer_), &size);
   size = sizeof(own_);
-  getsockname(socket_.Get(), reinterpret_cast<sockaddr*>(&own_), &size);
+  getsockname(stream_.Get(), reinterpret_cast<sockaddr*>(&own_), &size);
 }
 
 void Connection::Serve(const std::shared_ptr<Connection>& connection,
@@ -68,7 +63,7 @@ std::optional<RequestHead> Connection::ReadHead() {
     }
     const ULONGLONG now = GetTickCount64();
     const int left = now < until ? static_cast<int>(until - now) : 0;
-    const int received = ReceiveSome(socket_.Get(), piece.data(), piece.size(), left);
+    const int received = stream_.Receive(piece.data(), piece.size(), left);
     if (received <= 0) return std::nullopt;
     buffered_.append(piece.data(), static_cast<std::size_t>(received));
   }
@@ -77,15 +72,15 @@ std::optional<RequestHead> Connection::ReadHead() {
 void Connection::Refuse(int status) {
   if (!Send(WriteRefusal(status, HttpNow()))) return;
   // Closing with bytes unread would reset the connection, and the answer with it.
-  shutdown(socket_.Get(), SD_SEND);
+  stream_.EndSending();
   const ULONGLONG until = GetTickCount64() + kLingerMs;
   std::array<char, kReceiveSize> rest;
-  while (GetTickCount64() < until && ReceiveSome(socket_.Get(), rest.data(), rest.size(), kLingerMs) > 0) {
+  while (GetTickCount64() < until && stream_.Receive(rest.data(), rest.size(), kLingerMs) > 0) {
   }
 }
 
 int Connection::Receive(char* buffer, std::size_t size) {
-  if (buffered_.empty()) return ReceiveSome(socket_.Get(), buffer, size, limits_.waitMs);
+  if (buffered_.empty()) return stream_.Receive(buffer, size, limits_.waitMs);
   const std::size_t taken = std::min(size, buffered_.size());
   std::copy_n(buffered_.begin(), taken, buffer);
   buffered_.erase(0, taken);
@@ -93,11 +88,7 @@ int Connection::Receive(char* buffer, std::size_t size) {
 }
 
 bool Connection::Send(std::string_view bytes) {
-  return SendAll(socket_.Get(), bytes, limits_.waitMs);
-}
-
-void Connection::Cut() {
-  shutdown(socket_.Get(), SD_BOTH);
+  return stream_.Send(bytes, limits_.waitMs);
 }
 
 }  // namespace qv::devhost

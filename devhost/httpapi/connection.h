@@ -31,10 +31,10 @@ class Connection {
   [[nodiscard]] bool HasBuffered() const { return !buffered_.empty(); }
 
   [[nodiscard]] bool Send(std::string_view bytes);
-  [[nodiscard]] bool IsLost() const { return IsCut(socket_.Get()); }
+  [[nodiscard]] bool IsLost() const { return stream_.IsLost(); }
 
   /// Ends whatever waits for the client. What was sent still arrives.
-  void Cut();
+  void Cut() { stream_.Cut(); }
 
   [[nodiscard]] const sockaddr_in& Peer() const { return peer_; }
   [[nodiscard]] const sockaddr_in& Own() const { return own_; }
@@ -44,7 +44,7 @@ class Connection {
   bool ServeOne(const std::shared_ptr<Connection>& self, const std::weak_ptr<RequestQueue>& queue);
   void Refuse(int status);
 
-  UniqueSocket socket_;
+  TcpStream stream_;
   HttpLimits limits_;
   /// Received but not used yet: the begin of a body, or pipelined requests.
   std::string buffered_;

@@ -1,21 +1,15 @@
 #include "httpapi/tcp_socket.h"
 
 #include <algorithm>
+#include <array>
 
 namespace qv::devhost {
 namespace {
 
 constexpr std::size_t kLargestPiece = 256 * 1024;
 
-timeval ToTimeval(int milliseconds) {
-  return {milliseconds / 1000, (milliseconds % 1000) * 1000};
-}
-
-fd_set OnlyThis(SOCKET socket) {
-  fd_set set{};
-  set.fd_count = 1;
-  set.fd_array[0] = socket;
-  return set;
+bool WouldBlock() {
+  return WSAGetLastError() == WSAEWOULDBLOCK;
 }
 
 }  // namespace
@@ -45,39 +39,55 @@ UniqueSocket ListenOn(std::uint16_t port) {
   return listener;
 }
 
-bool WaitReadable(SOCKET socket, int milliseconds) {
-  fd_set set = OnlyThis(socket);
-  timeval time = ToTimeval(std::max(milliseconds, 0));
-  return select(0, &set, nullptr, nullptr, &time) == 1;
+TcpStream::TcpStream(UniqueSocket socket)
+    : socket_(std::move(socket)),
+      ready_(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+      cut_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
+  // Also makes every call return at once.
+  WSAEventSelect(socket_.Get(), ready_.Get(), FD_READ | FD_WRITE | FD_CLOSE);
+  const BOOL noDelay = TRUE;
+  setsockopt(socket_.Get(), IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&noDelay),
+             sizeof(noDelay));
 }
 
-bool WaitWritable(SOCKET socket, int milliseconds) {
-  fd_set set = OnlyThis(socket);
-  timeval time = ToTimeval(std::max(milliseconds, 0));
-  return select(0, nullptr, &set, nullptr, &time) == 1;
+bool TcpStream::WaitUntilReady(int milliseconds) const {
+  // Wine's own waits for a socket do not end when another thread shuts it down.
+  const std::array<HANDLE, 2> waited = {cut_.Get(), ready_.Get()};
+  return WaitForMultipleObjects(static_cast<DWORD>(waited.size()), waited.data(), FALSE,
+                                static_cast<DWORD>(std::max(milliseconds, 0))) == WAIT_OBJECT_0 + 1;
 }
 
-int ReceiveSome(SOCKET socket, char* buffer, std::size_t size, int milliseconds) {
-  if (!WaitReadable(socket, milliseconds)) return -1;
-  return recv(socket, buffer, static_cast<int>(std::min(size, kLargestPiece)), 0);
+int TcpStream::Receive(char* buffer, std::size_t size, int milliseconds) {
+  for (;;) {
+    // Reset ahead of the try: what comes after it sets the event again.
+    ResetEvent(ready_.Get());
+    const int received = recv(socket_.Get(), buffer, static_cast<int>(std::min(size, kLargestPiece)), 0);
+    if (received >= 0 || !WouldBlock() || !WaitUntilReady(milliseconds)) return received;
+  }
 }
 
-bool SendAll(SOCKET socket, std::string_view bytes, int milliseconds) {
+bool TcpStream::Send(std::string_view bytes, int milliseconds) {
   while (!bytes.empty()) {
+    ResetEvent(ready_.Get());
     const int piece = static_cast<int>(std::min(bytes.size(), kLargestPiece));
-    const int sent = send(socket, bytes.data(), piece, 0);
+    const int sent = send(socket_.Get(), bytes.data(), piece, 0);
     if (sent > 0) {
       bytes.remove_prefix(static_cast<std::size_t>(sent));
-    } else if (WSAGetLastError() != WSAEWOULDBLOCK || !WaitWritable(socket, milliseconds)) {
+    } else if (!WouldBlock() || !WaitUntilReady(milliseconds)) {
       return false;
     }
   }
   return true;
 }
 
-bool IsCut(SOCKET socket) {
+void TcpStream::Cut() {
+  SetEvent(cut_.Get());
+  shutdown(socket_.Get(), SD_BOTH);
+}
+
+bool TcpStream::IsLost() const {
   // Reading does not tell: under Wine the end of a cut connection may look like an orderly one.
-  return send(socket, "", 0, 0) < 0 && WSAGetLastError() != WSAEWOULDBLOCK;
+  return send(socket_.Get(), "", 0, 0) < 0 && !WouldBlock();
 }
 
 }  // namespace qv::devhost

@@ -23,17 +23,32 @@ using UniqueSocket = UniqueHandle<SocketTraits>;
 /// A socket that listens on the port of 127.0.0.1, or none when somebody else has it.
 [[nodiscard]] UniqueSocket ListenOn(std::uint16_t port);
 
-/// False when nothing came (or the peer took nothing) within the time.
-[[nodiscard]] bool WaitReadable(SOCKET socket, int milliseconds);
-[[nodiscard]] bool WaitWritable(SOCKET socket, int milliseconds);
+/// A connected socket of which one thread at a time makes use; `Cut` is for any.
+class TcpStream {
+ public:
+  explicit TcpStream(UniqueSocket socket);
 
-/// Bytes received, 0 at the peer's end, below 0 when the connection is lost or the time is over.
-[[nodiscard]] int ReceiveSome(SOCKET socket, char* buffer, std::size_t size, int milliseconds);
+  /// Bytes received, 0 at the peer's end, below 0 when the connection is lost or cut or nothing came in time.
+  [[nodiscard]] int Receive(char* buffer, std::size_t size, int milliseconds);
+  /// Sends all of it; false when the connection is lost or cut, or the peer takes nothing for so long.
+  [[nodiscard]] bool Send(std::string_view bytes, int milliseconds);
+  /// Tells the peer that nothing more comes.
+  void EndSending() { shutdown(socket_.Get(), SD_SEND); }
 
-/// Sends all of it; false when the connection is lost or the peer takes nothing for so long.
-[[nodiscard]] bool SendAll(SOCKET socket, std::string_view bytes, int milliseconds);
+  /// Ends the connection and whatever waits for it. What was sent still arrives.
+  void Cut();
+  /// Whether the peer has cut the connection. One that only has nothing more to say has not.
+  [[nodiscard]] bool IsLost() const;
 
-/// Whether the peer has cut the connection. One that only has nothing more to say has not.
-[[nodiscard]] bool IsCut(SOCKET socket);
+  [[nodiscard]] SOCKET Get() const { return socket_.Get(); }
+
+ private:
+  [[nodiscard]] bool WaitUntilReady(int milliseconds) const;
+
+  UniqueSocket socket_;
+  /// Set when the socket has become readable or writable, or has ended.
+  UniqueKernelHandle ready_;
+  UniqueKernelHandle cut_;
+};
 
 }  // namespace qv::devhost

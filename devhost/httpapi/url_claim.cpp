@@ -19,8 +19,6 @@ void AcceptAll(SOCKET listener, const UrlClaim::OnClient& onClient) {
   for (;;) {
     UniqueSocket client(accept(listener, nullptr, nullptr));
     if (!client) return;
-    // It inherits the listener's event, which it has no use for.
-    WSAEventSelect(client.Get(), nullptr, 0);
     onClient(std::move(client));
   }
 }

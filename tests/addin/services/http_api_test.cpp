@@ -71,6 +71,7 @@ TEST_F(HttpApiTest, AUrlHasOneOwner) {
 TEST_F(HttpApiTest, ClosingTheHandleGivesEverythingBack) {
   HttpClient client(port_);
   client.Send(GetText("/"));
+  ASSERT_EQ(Receive(HTTP_NULL_ID, 16 * 1024), NO_ERROR);
   const HANDLE closed = queue_.Get();
   queue_.Reset();
   EXPECT_TRUE(Eventually([&] { return AddUrlElsewhere(port_) == NO_ERROR; }));
