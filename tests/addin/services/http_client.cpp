@@ -13,6 +13,8 @@ namespace qv {
 namespace {
 
 constexpr DWORD kPatienceMs = 10'000;
+/// In the place of what did not come, so that silence is not taken for the connection's end.
+constexpr std::string_view kStillOpen = "(still open)";
 
 }  // namespace
 
@@ -56,7 +58,10 @@ bool HttpClient::HasNews() const {
 bool HttpClient::ReceiveMore() {
   std::array<char, 64 * 1024> piece;
   const int received = recv(socket_, piece.data(), static_cast<int>(piece.size()), 0);
-  if (received <= 0) return false;
+  if (received <= 0) {
+    if (received < 0 && WSAGetLastError() == WSAETIMEDOUT) received_ += kStillOpen;
+    return false;
+  }
   received_.append(piece.data(), static_cast<std::size_t>(received));
   return true;
 }

@@ -7,7 +7,8 @@
 
 namespace qv {
 
-/// A connection to 127.0.0.1 on which tests say whatever they like. Waits ten seconds at most for anything.
+/// A connection to 127.0.0.1 on which tests say whatever they like. Waits ten seconds at most for anything;
+/// what is read then ends in "(still open)".
 class HttpClient {
  public:
   explicit HttpClient(std::uint16_t port);
