@@ -13,9 +13,9 @@
 
 namespace qv::devhost {
 
-/// A registered URL: the port is listened on, and a named object of the session tells all processes that it
-/// is HTTP.sys so to speak who does. One port serves one URL; a second one on the same port is refused as if
-/// it were the same.
+/// A registered URL. Its port is listened on, and a named object tells other processes that it is registered
+/// and not just a foreign program's. One port serves one URL; a second one on it is refused as if it were the
+/// same.
 class UrlClaim {
  public:
   using OnClient = std::function<void(UniqueSocket)>;
