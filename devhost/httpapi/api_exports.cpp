@@ -2,6 +2,7 @@
 
 #include <http.h>
 
+#include <atomic>
 #include <new>
 
 #include "httpapi/limits.h"
@@ -10,9 +11,13 @@
 namespace qv::devhost {
 namespace {
 
+/// Calls of HttpInitialize that HttpTerminate has not made up for yet.
+std::atomic<int> initialized{0};
+
 /// Runs the call on the handle's queue; no exception reaches the application.
 template <typename Body>
 ULONG OnQueue(HANDLE handle, Body&& body) noexcept {
+  if (initialized == 0) return ERROR_DLL_INIT_FAILED;
   try {
     const auto queue = QueueOf(handle);
     return queue ? body(*queue) : ERROR_INVALID_HANDLE;
@@ -51,15 +56,21 @@ ULONG WINAPI HttpInitialize(HTTPAPI_VERSION version, ULONG flags, PVOID reserved
   if (IsToldToFail(L"HttpInitialize")) return ERROR_NOT_ENOUGH_MEMORY;
   if (reserved != nullptr || flags == 0) return ERROR_INVALID_PARAMETER;
   if (version.HttpApiMajorVersion != 1 && version.HttpApiMajorVersion != 2) return ERROR_REVISION_MISMATCH;
-  return StartWinsock() ? NO_ERROR : ERROR_DLL_INIT_FAILED;
+  if (!StartWinsock()) return ERROR_DLL_INIT_FAILED;
+  ++initialized;
+  return NO_ERROR;
 }
 
 ULONG WINAPI HttpTerminate(ULONG, PVOID) {
-  return NO_ERROR;
+  int count = initialized;
+  while (count > 0 && !initialized.compare_exchange_weak(count, count - 1)) {
+  }
+  return count > 0 ? NO_ERROR : ERROR_DLL_INIT_FAILED;
 }
 
 ULONG WINAPI HttpCreateHttpHandle(PHANDLE queue, ULONG options) {
   if (queue == nullptr || options != 0) return ERROR_INVALID_PARAMETER;
+  if (initialized == 0) return ERROR_DLL_INIT_FAILED;
   if (IsToldToFail(L"HttpCreateHttpHandle")) return ERROR_NOT_ENOUGH_MEMORY;
   try {
     *queue = OpenQueue();
@@ -131,6 +142,7 @@ ULONG WINAPI HttpCancelHttpRequest(HANDLE queue, HTTP_REQUEST_ID id, LPOVERLAPPE
 }
 
 ULONG WINAPI HttpShutdownRequestQueue(HANDLE queue) {
+  if (IsToldToFail(L"HttpShutdownRequestQueue")) return ERROR_INVALID_PARAMETER;
   return OnQueue(queue, [](RequestQueue& open) -> ULONG {
     open.ShutDown();
     return NO_ERROR;

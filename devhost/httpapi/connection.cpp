@@ -5,13 +5,14 @@
 
 #include "httpapi/exchange.h"
 #include "httpapi/http_clock.h"
+#include "httpapi/last_catch.h"
 #include "httpapi/request_queue.h"
 
 namespace qv::devhost {
 namespace {
 
 constexpr std::size_t kReceiveSize = 16 * 1024;
-/// How long what a refused client still sends is taken, so that it gets to read why.
+/// How long a client that was told everything may still send.
 constexpr int kLingerMs = 500;
 
 }  // namespace
@@ -25,8 +26,10 @@ Connection::Connection(UniqueSocket socket, HttpLimits limits) : stream_(std::mo
 
 void Connection::Serve(const std::shared_ptr<Connection>& connection,
                        const std::weak_ptr<RequestQueue>& queue) {
-  while (connection->ServeOne(connection, queue)) {
-  }
+  Contain([&] {
+    while (connection->ServeOne(connection, queue)) {
+    }
+  });
   connection->Cut();
 }
 
@@ -70,8 +73,10 @@ std::optional<RequestHead> Connection::ReadHead() {
 }
 
 void Connection::Refuse(int status) {
-  if (!Send(WriteRefusal(status, HttpNow()))) return;
-  // Closing with bytes unread would reset the connection, and the answer with it.
+  if (Send(WriteRefusal(status, HttpNow()))) Linger();
+}
+
+void Connection::Linger() {
   stream_.EndSending();
   const ULONGLONG until = GetTickCount64() + kLingerMs;
   std::array<char, kReceiveSize> rest;

@@ -33,6 +33,12 @@ class Connection {
   [[nodiscard]] bool Send(std::string_view bytes);
   [[nodiscard]] bool IsLost() const { return stream_.IsLost(); }
 
+  /// Takes for a moment what the client still sends, once nothing more is said to it: closing with bytes
+  /// unread would reset the connection, and what was said with it.
+  void Linger();
+  /// How long the client may keep anybody waiting, in milliseconds.
+  [[nodiscard]] int WaitMs() const { return limits_.waitMs; }
+
   /// Ends whatever waits for the client. What was sent still arrives.
   void Cut() { stream_.Cut(); }
 

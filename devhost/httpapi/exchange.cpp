@@ -146,18 +146,22 @@ void Exchange::Abort() {
 bool Exchange::WaitUntilAnswered() {
   std::unique_lock lock(mutex_);
   changed_.wait(lock, [this] { return answered_ || aborted_; });
-  // Nobody waits for a body that was never asked for.
-  return !aborted_ && !(framing_.closes && (IsBodyRead() || wantsContinue_));
+  return !aborted_;
 }
 
 bool Exchange::SkipRest() {
+  if (framing_.closes) {
+    if (!IsBodyRead()) connection_->Linger();
+    return false;
+  }
+  const ULONGLONG until = GetTickCount64() + static_cast<ULONGLONG>(connection_->WaitMs());
   std::array<char, kReceiveSize> rest;
   ULONG result = NO_ERROR;
-  while (result == NO_ERROR) {
+  while (result == NO_ERROR && GetTickCount64() < until) {
     ULONG received = 0;
     result = ReadBody(rest.data(), static_cast<ULONG>(rest.size()), received);
   }
-  return result == ERROR_HANDLE_EOF && !framing_.closes;
+  return result == ERROR_HANDLE_EOF;
 }
 
 }  // namespace qv::devhost

@@ -4,6 +4,7 @@
 
 #include <http.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -36,14 +37,18 @@ class Exchange {
   /// Whether it is answered or lost.
   [[nodiscard]] bool IsAnswered() const;
 
+  /// Whether the application has begun to answer.
+  [[nodiscard]] bool HasBegunAnswer() const { return headSent_; }
+
   /// Ends the exchange and its connection, whatever waits for them.
   void Abort();
 
   // What the connection's own thread calls.
 
-  /// Whether the connection goes on after the answer.
+  /// Whether it was answered, and not lost.
   [[nodiscard]] bool WaitUntilAnswered();
-  /// Passes over what the application left of the body.
+  /// After the answer: passes over what the application left of the body, if that ends in time. Whether the
+  /// connection goes on.
   [[nodiscard]] bool SkipRest();
 
  private:
@@ -59,7 +64,8 @@ class Exchange {
   std::uint64_t bodyLeft_;
   ChunkedDecoder chunks_;
   bool wantsContinue_;
-  bool headSent_ = false;
+  /// Written by the application's thread only.
+  std::atomic<bool> headSent_{false};
   ResponseFraming framing_;
 
   mutable std::mutex mutex_;

@@ -21,7 +21,7 @@ inline constexpr std::size_t kMostConnections = 1200;
 
 [[nodiscard]] HttpLimits LimitsFromEnvironment();
 
-/// Whether QV_DEVHOST_HTTP_FAIL names the function, which then fails as if memory had run out.
+/// Whether QV_DEVHOST_HTTP_FAIL names the function, which then fails.
 [[nodiscard]] bool IsToldToFail(const wchar_t* function);
 
 }  // namespace qv::devhost

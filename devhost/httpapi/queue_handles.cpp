@@ -4,6 +4,8 @@
 #include <system_error>
 #include <thread>
 
+#include "httpapi/last_catch.h"
+
 namespace qv::devhost {
 namespace {
 
@@ -22,7 +24,7 @@ void Watch(const UniqueFile& end, HANDLE handle, const std::shared_ptr<RequestQu
   DWORD read = 0;
   while (ReadFile(end.Get(), &byte, 1, &read, nullptr) != FALSE) {
   }
-  queue->Close();
+  Contain([&] { queue->Close(); });
   Forget(handle, queue);
 }
 

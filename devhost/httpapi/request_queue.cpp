@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <system_error>
 #include <thread>
 
 #include "foundation/text.h"
@@ -55,14 +54,11 @@ void RequestQueue::Welcome(UniqueSocket socket, HttpLimits limits) {
   const auto connection = std::make_shared<Connection>(std::move(socket), limits);
   const std::scoped_lock lock(mutex_);
   std::erase_if(connections_, [](const auto& known) { return known.expired(); });
-  if (connections_.size() >= kMostConnections) return;
-  try {
-    // The library stays in memory, so the thread may outlive everything else.
-    std::thread([connection, weak = weak_from_this()] { Connection::Serve(connection, weak); }).detach();
-  } catch (const std::system_error&) {
-    return;
-  }
+  // Whoever came after the closing would be cut by nobody.
+  if (closed_ || connections_.size() >= kMostConnections) return;
   connections_.push_back(connection);
+  // The library stays in memory, so the thread may outlive everything else.
+  std::thread([connection, weak = weak_from_this()] { Connection::Serve(connection, weak); }).detach();
 }
 
 std::shared_ptr<Exchange> RequestQueue::Offer(const std::shared_ptr<Connection>& connection,
@@ -115,9 +111,17 @@ void RequestQueue::ForgetAnswered(const Exchange& exchange) {
 }
 
 void RequestQueue::ShutDown() {
-  const std::scoped_lock lock(mutex_);
-  down_ = true;
-  arrived_.notify_all();
+  std::vector<std::shared_ptr<Exchange>> unanswered;
+  {
+    const std::scoped_lock lock(mutex_);
+    down_ = true;
+    for (const auto& [id, exchange] : received_) {
+      if (!exchange->HasBegunAnswer()) unanswered.push_back(exchange);
+    }
+    arrived_.notify_all();
+  }
+  for (const auto& exchange : unanswered)
+    exchange->Abort();
 }
 
 void RequestQueue::Close() {
@@ -128,6 +132,7 @@ void RequestQueue::Close() {
   std::map<HTTP_REQUEST_ID, std::shared_ptr<Exchange>> received;
   {
     const std::scoped_lock lock(mutex_);
+    closed_ = true;
     claims.swap(claims_);
     connections.swap(connections_);
     waiting.swap(waiting_);

@@ -36,7 +36,7 @@ class RequestQueue : public std::enable_shared_from_this<RequestQueue> {
   [[nodiscard]] std::shared_ptr<Exchange> Offer(const std::shared_ptr<Connection>& connection,
                                                 RequestHead head);
 
-  /// Nothing is received or queued any more.
+  /// Nothing is received or queued any more; what was received and whose answer has not begun is cut.
   void ShutDown();
   /// The same, and gives back every URL and ends every connection.
   void Close();
@@ -48,6 +48,7 @@ class RequestQueue : public std::enable_shared_from_this<RequestQueue> {
   std::mutex mutex_;
   std::condition_variable arrived_;
   bool down_ = false;
+  bool closed_ = false;
   std::vector<std::unique_ptr<UrlClaim>> claims_;
   std::vector<std::weak_ptr<Connection>> connections_;
   std::deque<std::shared_ptr<Exchange>> waiting_;

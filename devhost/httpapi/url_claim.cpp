@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "foundation/text.h"
+#include "httpapi/last_catch.h"
 
 namespace qv::devhost {
 namespace {
@@ -14,12 +15,17 @@ struct WsaEventTraits {
   static void Close(Type handle) { WSACloseEvent(handle); }
 };
 
-/// Takes every client that waits; the event tells of later ones.
-void AcceptAll(SOCKET listener, const UrlClaim::OnClient& onClient) {
-  for (;;) {
+bool IsSet(HANDLE event) {
+  return WaitForSingleObject(event, 0) == WAIT_OBJECT_0;
+}
+
+/// Takes every client that waits, unless it is time to stop; the event tells of later ones.
+void AcceptAll(SOCKET listener, HANDLE stop, const UrlClaim::OnClient& onClient) {
+  while (!IsSet(stop)) {
     UniqueSocket client(accept(listener, nullptr, nullptr));
     if (!client) return;
-    onClient(std::move(client));
+    // One that there is no room for is sent away, the next one may have better luck.
+    Contain([&] { onClient(std::move(client)); });
   }
 }
 
@@ -58,7 +64,7 @@ void UrlClaim::Accept(const OnClient& onClient) {
   while (WaitForMultipleObjects(static_cast<DWORD>(waited.size()), waited.data(), FALSE, INFINITE) ==
          WAIT_OBJECT_0 + 1) {
     WSAResetEvent(arrived.Get());
-    AcceptAll(listener_.Get(), onClient);
+    AcceptAll(listener_.Get(), stop_.Get(), onClient);
   }
 }
 

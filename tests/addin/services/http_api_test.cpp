@@ -140,6 +140,68 @@ TEST_F(HttpApiTest, AShutdownWakesWhoReceivesAndAnswers503) {
   EXPECT_TRUE(Ask(port_, GetText("/")).starts_with("HTTP/1.1 503 Service Unavailable\r\n"));
 }
 
+TEST_F(HttpApiTest, AShutdownCutsWhatIsReceivedUnlessItsAnswerHasBegun) {
+  HttpClient unanswered(port_);
+  unanswered.Send(GetText("/unanswered"));
+  ASSERT_EQ(Receive(HTTP_NULL_ID, 16 * 1024), NO_ERROR);
+  const HTTP_REQUEST_ID cut = Request()->RequestId;
+  HttpClient answered(port_);
+  answered.Send(GetText("/answered"));
+  ASSERT_EQ(Receive(HTTP_NULL_ID, 16 * 1024), NO_ERROR);
+  const HTTP_REQUEST_ID begun = Request()->RequestId;
+  EXPECT_EQ(Answer(begun, HTTP_SEND_RESPONSE_FLAG_MORE_DATA), NO_ERROR);
+
+  EXPECT_EQ(api_.shutdownQueue(queue_.Get()), NO_ERROR);
+  EXPECT_EQ(unanswered.ReadToEnd(), "");
+  EXPECT_EQ(Answer(cut), static_cast<ULONG>(ERROR_CONNECTION_INVALID));
+  EXPECT_EQ(api_.sendBody(queue_.Get(), begun, 0, 0, nullptr, nullptr, nullptr, 0, nullptr, nullptr),
+            NO_ERROR);
+  EXPECT_TRUE(answered.ReadToEnd().starts_with("HTTP/1.1 200 OK\r\n"));
+}
+
+TEST_F(HttpApiTest, ClientsThatComeWhileTheQueueClosesAreSentAwayToo) {
+  std::vector<std::unique_ptr<HttpClient>> clients;
+  const auto connect = [&] {
+    clients.push_back(std::make_unique<HttpClient>(port_));
+    return clients.back()->IsConnected();
+  };
+  // Cutting these takes the queue a while.
+  while (clients.size() < 200 && connect()) {
+  }
+  queue_.Reset();
+  while (clients.size() < 1000 && connect()) {
+  }
+  EXPECT_LT(clients.size(), 1000u) << "no crowd at the door keeps it from closing";
+  for (const auto& client : clients)
+    ASSERT_EQ(client->ReadToEnd().find("(still open)"), std::string::npos);
+}
+
+TEST_F(HttpApiTest, WhoSendsABodyThatNobodyAskedForMayFinishItAndReadTheAnswer) {
+  HttpClient client(port_);
+  client.Send("PUT / HTTP/1.1\r\nHost: h\r\nExpect: 100-continue\r\nContent-Length: 3000000\r\n\r\n");
+  ASSERT_EQ(Receive(HTTP_NULL_ID, 16 * 1024), NO_ERROR);
+  EXPECT_EQ(Answer(Request()->RequestId), NO_ERROR);
+  EXPECT_TRUE(client.Send(std::string(3'000'000, 'x')));
+  const std::string answer = client.ReadToEnd();
+  EXPECT_TRUE(answer.starts_with("HTTP/1.1 200 OK\r\n") && answer.ends_with("\r\n\r\n")) << answer;
+}
+
+TEST_F(HttpApiTest, AnEndlessBodyThatNobodyReadsIsCutOff) {
+  const EnvironmentScope impatient(L"QV_DEVHOST_HTTP_WAIT_MS", L"300");
+  ASSERT_EQ(api_.removeUrl(queue_.Get(), url_.c_str()), NO_ERROR);
+  ASSERT_EQ(api_.addUrl(queue_.Get(), url_.c_str(), nullptr), NO_ERROR);
+  const std::string piece(16 * 1024, 'x');
+  for (const char* connection : {"close", "keep-alive"}) {
+    HttpClient client(port_);
+    client.Send(std::string("PUT / HTTP/1.1\r\nHost: h\r\nConnection: ") + connection +
+                "\r\nContent-Length: 1000000000000\r\n\r\n");
+    ASSERT_EQ(Receive(HTTP_NULL_ID, 16 * 1024), NO_ERROR);
+    EXPECT_EQ(Answer(Request()->RequestId), NO_ERROR);
+    EXPECT_TRUE(client.ReadAnswer().starts_with("HTTP/1.1 200 OK\r\n"));
+    EXPECT_TRUE(Eventually([&] { return !client.Send(piece); })) << connection;
+  }
+}
+
 TEST_F(HttpApiTest, ARequestWhoseClientHasGoneIsNotReceived) {
   HttpClient gone(port_);
   gone.Send(GetText("/gone"));

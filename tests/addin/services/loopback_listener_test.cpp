@@ -237,6 +237,12 @@ TEST(LoopbackListener, TheWorkerJoinsComOnlyWhereTheServiceWantsIt) {
   }
 }
 
+/// Whether anybody in this process has initialized the API and not terminated it.
+bool IsApiInUse() {
+  UniqueKernelHandle queue;
+  return HttpApi::Get()->createQueue(queue.Put(), 0) != ERROR_DLL_INIT_FAILED;
+}
+
 TEST(LoopbackListener, AStartThatFailsLeavesNothingAndSaysWhy) {
   for (const wchar_t* function : {L"HttpInitialize", L"HttpCreateHttpHandle"}) {
     EchoService echo;
@@ -246,6 +252,7 @@ TEST(LoopbackListener, AStartThatFailsLeavesNothingAndSaysWhy) {
       EXPECT_FALSE(listener.Start());
       EXPECT_FALSE(listener.IsRunning());
     }
+    EXPECT_FALSE(IsApiInUse());
     EXPECT_TRUE(listener.Start()) << "the next start finds nothing in its way";
     const std::vector<std::wstring> said = {std::wstring(function) + L" failed",
                                             L"started on 127.0.0.1:" + std::to_wstring(listener.Port())};
@@ -261,9 +268,11 @@ TEST(LoopbackListener, StartAndStopMayBeRepeatedAtWill) {
   EXPECT_TRUE(listener.Start()) << "it runs already";
   EXPECT_EQ(echo.log.size(), 1u);
   EXPECT_TRUE(IsPortTaken(listener.Port()));
+  EXPECT_TRUE(IsApiInUse());
   listener.Stop();
   listener.Stop();
   EXPECT_FALSE(listener.IsRunning());
+  EXPECT_FALSE(IsApiInUse());
   EXPECT_FALSE(IsPortTaken(listener.Port()));
 }
 
