@@ -146,7 +146,7 @@ HttpResponse SendHttp(const HttpRequest& request, const HttpByteSink& sink) {
   };
   // The answer to HEAD announces a body that does not follow.
   const auto announced = request.verb == L"HEAD" ? std::nullopt : QueryLength(handle);
-  if (!ReadBody(handle, announced, take)) {
+  if (!request.headOnly && !ReadBody(handle, announced, take)) {
     response.body.clear();
     return response;
   }

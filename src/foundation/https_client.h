@@ -31,6 +31,8 @@ struct HttpRequest {
   std::wstring headers;
   std::wstring userAgent = L"Quorvantis/1.0";
   HttpTimeouts timeouts;
+  /// Whether the answer counts as whole with its head; the connection ends there and the body is not read.
+  bool headOnly = false;
 };
 
 struct HttpResponse {
@@ -47,8 +49,9 @@ struct HttpResponse {
 /// Receives the body piecewise instead of `HttpResponse::body`; returning false ends the request as failed.
 using HttpByteSink = std::function<bool(int status, std::string_view piece)>;
 
-/// Performs the request on the calling thread, without a proxy. Never on the host UI thread. A body shorter
-/// than its announced length is a failure.
+/// Performs the request on the calling thread, without a proxy. A body shorter than its announced length is a
+/// failure. Not on the host UI thread, with one exception: a request to this machine for the head only, with
+/// every step limited, takes no longer than its limits together.
 [[nodiscard]] HttpResponse SendHttp(const HttpRequest& request, const HttpByteSink& sink = {});
 
 }  // namespace qv

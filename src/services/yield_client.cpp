@@ -12,6 +12,8 @@ bool RequestYield(std::uint16_t port, const std::wstring& userAgent) {
   request.body = "{}";
   request.userAgent = userAgent;
   request.timeouts = {500, 500, 1000, 3000};
+  // Whatever follows the head could follow for ever.
+  request.headOnly = true;
   return SendHttp(request).status != 0;
 }
 

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 
 #include "echo_service.h"
 #include "foundation/loopback_listener.h"
 #include "http_client.h"
 #include "owner_process.h"
+#include "services/yield_client.h"
 
 namespace qv {
 namespace {
@@ -114,6 +116,48 @@ TEST(PortContention, AForeignProgramThatGivesNoAnswerGetsNoSecondChance) {
   EXPECT_GE(GetTickCount64() - begin, 2'900u);
   EXPECT_LT(GetTickCount64() - begin, 10'000u);
   closesocket(silent);
+}
+
+/// Answers its one client with a head and then with piece after piece, until the client goes or ten seconds
+/// are over.
+class EndlessOwner {
+ public:
+  EndlessOwner() : listener_(ListenOnLoopback(port_)), thread_([this] { Serve(); }) {}
+  EndlessOwner(const EndlessOwner&) = delete;
+  EndlessOwner& operator=(const EndlessOwner&) = delete;
+  ~EndlessOwner() {
+    closesocket(listener_);
+    thread_.join();
+    WSACleanup();
+  }
+
+  [[nodiscard]] std::uint16_t Port() const { return port_; }
+  [[nodiscard]] bool WasLeft() const { return left_; }
+
+ private:
+  void Serve() {
+    const SOCKET client = accept(listener_, nullptr, nullptr);
+    std::string bytes = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
+    left_ = Eventually([&] {
+      const int sent = send(client, bytes.data(), static_cast<int>(bytes.size()), 0);
+      bytes = "1\r\nx\r\n";
+      return sent <= 0;
+    });
+    closesocket(client);
+  }
+
+  std::uint16_t port_ = 0;
+  const SOCKET listener_;
+  std::atomic<bool> left_{false};
+  std::thread thread_;
+};
+
+TEST(PortContention, AnAnswerCountsFromItsHeadOnHoweverLongItsBody) {
+  const EndlessOwner owner;
+  const ULONGLONG begin = GetTickCount64();
+  EXPECT_TRUE(RequestYield(owner.Port(), L"QuorvantisTest/1.0"));
+  EXPECT_LT(GetTickCount64() - begin, 5'000u);
+  EXPECT_TRUE(Eventually([&] { return owner.WasLeft(); }));
 }
 
 }  // namespace
