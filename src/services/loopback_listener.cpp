@@ -64,6 +64,10 @@ bool LoopbackListener::Start() {
 
 bool LoopbackListener::TakePort(HttpQueue& queue) const {
   ULONG result = queue.AddUrl();
+  if (result != NO_ERROR && service_.beforeYield) {
+    service_.beforeYield();
+    result = queue.AddUrl();
+  }
   if (result != NO_ERROR && RequestYield(service_.port, service_.userAgent)) {
     for (int i = 0; i < service_.patience.retries && result != NO_ERROR; ++i) {
       Sleep(service_.patience.pauseMs);

@@ -37,6 +37,9 @@ struct ListenerService {
   /// Wakes whatever of `handle` waits for the UI thread, which is in `Stop`; called there, more than once if
   /// need be.
   std::function<void()> wakeWaiters;
+  /// Called by `Start` when the port is taken, ahead of the request to yield: another owner in this process
+  /// can be stopped here, or those who wait for its answers woken. The port is tried once more behind it.
+  std::function<void()> beforeYield;
   TakeOverPatience patience;
 };
 

@@ -52,6 +52,26 @@ TEST(PortContention, AnotherPaneOfTheSameProcessTakesOverTheSameWay) {
   EXPECT_TRUE(Eventually([&] { return !second.IsRunning(); }));
 }
 
+TEST(PortContention, ANewcomerMaySeeToAnOwnerInItsOwnProcessFirst) {
+  EchoService older;
+  EchoService newer(older.service.port);
+  newer.service.patience = {0, 0};
+  LoopbackListener first(older.service);
+  int calls = 0;
+  newer.service.beforeYield = [&] {
+    ++calls;
+    first.Stop();
+  };
+  LoopbackListener second(newer.service);
+  ASSERT_TRUE(second.Start());
+  EXPECT_EQ(calls, 0) << "the port was free";
+  second.Stop();
+  ASSERT_TRUE(first.Start());
+  EXPECT_TRUE(second.Start());
+  EXPECT_EQ(calls, 1);
+  EXPECT_TRUE(older.Requests().empty()) << "nobody was left to be asked";
+}
+
 TEST(PortContention, AnOwnerThatDiesLeavesThePort) {
   EchoService echo;
   const OwnerProcess dead(echo.service.port, L"dead");
