@@ -30,6 +30,10 @@ void HttpQueue::Shutdown() const {
   api_->shutdownQueue(queue_.Get());
 }
 
+void HttpQueue::CancelCalls() const {
+  CancelIoEx(queue_.Get(), nullptr);
+}
+
 void HttpQueue::Cancel(HTTP_REQUEST_ID request) const {
   api_->cancelRequest(queue_.Get(), request, nullptr);
 }

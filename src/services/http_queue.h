@@ -23,8 +23,11 @@ class HttpQueue {
   /// Registers the URL on the open queue: NO_ERROR, or why not.
   [[nodiscard]] ULONG AddUrl();
 
-  /// Makes the blocked receive fail. From any thread, once the queue is open.
+  /// Makes the blocked receive fail, and cuts what was received and whose answer has not begun. From any
+  /// thread, once the queue is open.
   void Shutdown() const;
+  /// Makes every call fail that waits on the queue now, later ones not. From any thread.
+  void CancelCalls() const;
   /// Ends the connection of a request, and with it whatever waits for its client. From any thread.
   void Cancel(HTTP_REQUEST_ID request) const;
 

@@ -33,6 +33,20 @@ class ComMembership {
   const bool joined_;
 };
 
+/// Marks the request that the worker has for the time of its life.
+class CurrentMark {
+ public:
+  CurrentMark(std::atomic<std::uint64_t>& current, std::uint64_t request) : current_(current) {
+    current_ = request;
+  }
+  CurrentMark(const CurrentMark&) = delete;
+  CurrentMark& operator=(const CurrentMark&) = delete;
+  ~CurrentMark() { current_ = 0; }
+
+ private:
+  std::atomic<std::uint64_t>& current_;
+};
+
 }  // namespace
 
 LoopbackListener::LoopbackListener(ListenerService service) : service_(std::move(service)) {}
@@ -98,28 +112,33 @@ void LoopbackListener::RunLoop() {
 
 void LoopbackListener::ServeRequests() {
   RequestIntake intake(*queue_);
-  ListenerRequest request;
   while (!stopRequested_) {
-    if (!intake.Receive(request) || stopRequested_) return;
-    current_ = request.id;
-    intake.ReadBody(request);
-    ListenerResponder responder(*queue_, request.id);
-    bool answered = false;
-    Guard(L"LoopbackListener request", [&] {
-      service_.handle(request, responder);
-      answered = true;
-    });
-    // A handler that failed halfway costs its client the connection, not the service.
-    if (!answered) queue_->Cancel(request.id);
-    current_ = 0;
-    if (responder.HasYielded()) stopRequested_ = true;
+    // Anew for each request: a large body is not kept until somebody asks again.
+    ListenerRequest request;
+    if (!intake.Receive(request)) return;
+    const CurrentMark mark(current_, request.id);
+    // Only behind the mark: a stop that is not seen here sees the mark, and lets the answer go out.
+    if (stopRequested_) return;
+    Serve(intake, request);
   }
+}
+
+void LoopbackListener::Serve(RequestIntake& intake, ListenerRequest& request) {
+  ListenerResponder responder(*queue_, request.id);
+  bool answered = false;
+  Guard(L"LoopbackListener request", [&] {
+    intake.ReadBody(request);
+    service_.handle(request, responder);
+    answered = true;
+  });
+  // A request that failed halfway costs its client the connection, not the service.
+  if (!answered) queue_->Cancel(request.id);
+  if (responder.HasYielded()) stopRequested_ = true;
 }
 
 void LoopbackListener::Stop() {
   if (!running_ && !worker_) return;
   stopRequested_ = true;
-  Shutdown();
   WaitForWorker();
   stopRequested_ = false;
 }
@@ -132,21 +151,22 @@ void LoopbackListener::WaitForWorker() {
     // Whoever the worker waits for must not wait for the worker: neither this thread nor a client that says
     // nothing.
     if (service_.wakeWaiters) service_.wakeWaiters();
-    if (GetTickCount64() >= graceEnd) CancelRequest();
+    // Each time: a call that fails, or that comes before the one it is to wake, must not hang the host.
+    WakeWorker(GetTickCount64() >= graceEnd);
   } while (WaitForSingleObject(worker_.Get(), kWakeIntervalMs) == WAIT_TIMEOUT);
   worker_.Reset();
   workerId_ = 0;
 }
 
-void LoopbackListener::Shutdown() {
-  const std::scoped_lock lock(queueMutex_);
-  if (queue_) queue_->Shutdown();
-}
-
-void LoopbackListener::CancelRequest() {
+void LoopbackListener::WakeWorker(bool graceIsOver) {
   const std::uint64_t request = current_;
   const std::scoped_lock lock(queueMutex_);
-  if (queue_ && request != 0) queue_->Cancel(request);
+  // A shutdown would cut the request, too.
+  if (!queue_ || (request != 0 && !graceIsOver)) return;
+  queue_->Shutdown();
+  if (!graceIsOver) return;
+  if (request != 0) queue_->Cancel(request);
+  queue_->CancelCalls();
 }
 
 void LoopbackListener::CloseQueue() {

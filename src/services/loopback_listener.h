@@ -16,6 +16,8 @@
 
 namespace qv {
 
+class RequestIntake;
+
 /// How long a newcomer waits for the former owner of its port.
 struct TakeOverPatience {
   int retries = 120;
@@ -74,9 +76,10 @@ class LoopbackListener {
   void StartWorker();
   void RunLoop();
   void ServeRequests();
+  void Serve(RequestIntake& intake, ListenerRequest& request);
   void WaitForWorker();
-  void Shutdown();
-  void CancelRequest();
+  /// Ends what the worker waits for in the queue; while it is with a request only when the grace is over.
+  void WakeWorker(bool graceIsOver);
   void CloseQueue();
 
   const ListenerService service_;

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "echo_service.h"
 #include "http_client.h"
+#include "scarce_memory.h"
 
 namespace qv {
 namespace {
@@ -58,6 +61,19 @@ TEST(TroubledClient, OneThatLeavesItsStreamIsNoticed) {
   EXPECT_EQ(result, static_cast<ULONG>(ERROR_CONNECTION_INVALID));
 }
 
+TEST(TroubledClient, OneWhoseBodyMemoryCannotHoldLosesItsConnectionOnly) {
+  EchoService echo;
+  LoopbackListener listener(echo.service);
+  ASSERT_TRUE(listener.Start());
+  const std::string big = PostText("/big", std::string(3'000'000, 'x'));
+  {
+    const ScarceMemory scarce(1'000'000);
+    EXPECT_EQ(Ask(listener.Port(), big), "");
+    EXPECT_EQ(BodyOf(Ask(listener.Port(), GetText("/on"))), "/on");
+  }
+  EXPECT_GT(Ask(listener.Port(), big).size(), 3'000'000u) << "nothing of it stays behind";
+}
+
 TEST(TroubledClient, NoneKeepsAStopWaiting) {
   EchoService echo;
   LoopbackListener listener(echo.service);
@@ -85,7 +101,11 @@ TEST(TroubledClient, AHandlerThatWaitsForTheStoppingThreadIsWokenFirst) {
     waited = WaitForSingleObject(wake.Get(), 10'000);
     responder.Send({200, "OK"}, "woken");
   };
-  echo.service.wakeWaiters = [&] { SetEvent(wake.Get()); };
+  int calls = 0;
+  // The stop has gone on by then, but not so far that the answer is lost.
+  echo.service.wakeWaiters = [&] {
+    if (++calls == 2) SetEvent(wake.Get());
+  };
   LoopbackListener listener(echo.service);
   ASSERT_TRUE(listener.Start());
   HttpClient client(listener.Port());
@@ -94,6 +114,23 @@ TEST(TroubledClient, AHandlerThatWaitsForTheStoppingThreadIsWokenFirst) {
   listener.Stop();
   EXPECT_EQ(waited, static_cast<DWORD>(WAIT_OBJECT_0));
   EXPECT_EQ(BodyOf(client.ReadAnswer()), "woken") << "and still gives its answer";
+}
+
+TEST(TroubledClient, AStopAsksAgainWhenTheQueueDoesNotListen) {
+  EchoService echo;
+  std::optional<EnvironmentScope> deaf;
+  int calls = 0;
+  echo.service.wakeWaiters = [&] {
+    if (++calls == 3) deaf.reset();
+  };
+  LoopbackListener listener(echo.service);
+  ASSERT_TRUE(listener.Start());
+  // From here on the worker waits for the next request, or is about to.
+  ASSERT_EQ(BodyOf(Ask(listener.Port(), GetText("/on"))), "/on");
+  deaf.emplace(L"QV_DEVHOST_HTTP_FAIL", L"HttpShutdownRequestQueue");
+  listener.Stop();
+  EXPECT_FALSE(listener.IsRunning());
+  EXPECT_FALSE(IsPortTaken(listener.Port()));
 }
 
 }  // namespace
