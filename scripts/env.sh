@@ -16,7 +16,8 @@ export WINEPREFIX=${QV_WINEPREFIX:-$QV_BUILD/wine-prefix}
 export WINEARCH=win64
 export WINEDEBUG=${WINEDEBUG:--all}
 # Gecko and Mono are not wanted; without winedbg a crash ends the process with an exit code instead of a dialog.
-export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
+# Beside a program that has it, the stand-in for the HTTP Server API goes before Wine's own.
+export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d;httpapi=n,b"
 
 say() { printf '%s\n' "$*"; }
 die() { printf '%s\n' "$*" >&2; exit 1; }

@@ -31,11 +31,20 @@ bool SetNumber(const UniqueInternet& handle, DWORD option, DWORD value) {
   return WinHttpSetOption(handle.Get(), option, &value, sizeof(value)) != FALSE;
 }
 
-void SetTimeouts(const UniqueInternet& session, int milliseconds) {
-  if (milliseconds <= 0) return;
-  WinHttpSetTimeouts(session.Get(), milliseconds, milliseconds, milliseconds, milliseconds);
+/// WinHTTP's own defaults:
+/// https://learn.microsoft.com/windows/win32/api/winhttp/nf-winhttp-winhttpsettimeouts
+constexpr HttpTimeouts kDefaultTimeouts = {0, 60'000, 30'000, 30'000};
+
+void SetTimeouts(const UniqueInternet& session, const HttpTimeouts& timeouts) {
+  if (timeouts == HttpTimeouts()) return;
+  const auto chosen = [&](int HttpTimeouts::*step) {
+    return timeouts.*step > 0 ? timeouts.*step : kDefaultTimeouts.*step;
+  };
+  WinHttpSetTimeouts(session.Get(), chosen(&HttpTimeouts::resolve), chosen(&HttpTimeouts::connect),
+                     chosen(&HttpTimeouts::send), chosen(&HttpTimeouts::receive));
   // The wait for the answer's head has a limit of its own.
-  SetNumber(session, WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, static_cast<DWORD>(milliseconds));
+  if (timeouts.receive > 0)
+    SetNumber(session, WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, static_cast<DWORD>(timeouts.receive));
 }
 
 /// Null, or the text of what failed.
@@ -43,7 +52,7 @@ const wchar_t* OpenExchange(const HttpRequest& request, Exchange& exchange) {
   exchange.session.Reset(WinHttpOpen(request.userAgent.c_str(), WINHTTP_ACCESS_TYPE_NO_PROXY,
                                      WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0));
   if (!exchange.session) return L"WinHttpOpen failed";
-  SetTimeouts(exchange.session, request.timeoutMs);
+  SetTimeouts(exchange.session, request.timeouts);
 
   exchange.connection.Reset(
       WinHttpConnect(exchange.session.Get(), request.endpoint.host.c_str(), request.endpoint.port, 0));
@@ -137,7 +146,7 @@ HttpResponse SendHttp(const HttpRequest& request, const HttpByteSink& sink) {
   };
   // The answer to HEAD announces a body that does not follow.
   const auto announced = request.verb == L"HEAD" ? std::nullopt : QueryLength(handle);
-  if (!ReadBody(handle, announced, take)) {
+  if (!request.headOnly && !ReadBody(handle, announced, take)) {
     response.body.clear();
     return response;
   }

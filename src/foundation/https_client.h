@@ -9,6 +9,17 @@
 
 namespace qv {
 
+/// Limits of a request's steps in milliseconds; 0 keeps the platform's default.
+struct HttpTimeouts {
+  int resolve = 0;
+  int connect = 0;
+  int send = 0;
+  /// For the answer's head, and for each piece of its body.
+  int receive = 0;
+
+  bool operator==(const HttpTimeouts&) const = default;
+};
+
 /// One HTTP request. Plain values, so that a worker can own its copy.
 struct HttpRequest {
   ServiceEndpoint endpoint;
@@ -19,8 +30,9 @@ struct HttpRequest {
   /// Header lines, each ending in "\r\n".
   std::wstring headers;
   std::wstring userAgent = L"Quorvantis/1.0";
-  /// 0 keeps the platform's defaults; otherwise milliseconds for resolve, connect, send and receive alike.
-  int timeoutMs = 0;
+  HttpTimeouts timeouts;
+  /// Whether the answer counts as whole with its head; the connection ends there and the body is not read.
+  bool headOnly = false;
 };
 
 struct HttpResponse {
@@ -37,8 +49,9 @@ struct HttpResponse {
 /// Receives the body piecewise instead of `HttpResponse::body`; returning false ends the request as failed.
 using HttpByteSink = std::function<bool(int status, std::string_view piece)>;
 
-/// Performs the request on the calling thread, without a proxy. Never on the host UI thread. A body shorter
-/// than its announced length is a failure.
+/// Performs the request on the calling thread, without a proxy. A body shorter than its announced length is a
+/// failure. Not on the host UI thread, with one exception: a request to this machine for the head only, with
+/// every step limited, takes no longer than its limits together.
 [[nodiscard]] HttpResponse SendHttp(const HttpRequest& request, const HttpByteSink& sink = {});
 
 }  // namespace qv
