@@ -3,9 +3,6 @@
 #include <limits>
 #include <utility>
 
-#include "foundation/text.h"
-#include "workbook/cell_text.h"
-
 namespace qv {
 namespace {
 
@@ -85,12 +82,6 @@ std::optional<RangeArgs> ParseRangeArgs(const ToolArguments& arguments) {
   const RangeArgs range = Ordered({arguments.Integer(L"row1"), arguments.Integer(L"col1"),
                                    arguments.Integer(L"row2"), arguments.Integer(L"col2")});
   return range.row1 >= 1 && range.col1 >= 1 ? std::optional(range) : std::nullopt;
-}
-
-std::wstring A1TextOf(const RangeArgs& range) {
-  if (range.IsWholeRows()) return Concat(range.row1, L':', range.row2);
-  if (range.IsWholeColumns()) return Concat(ColumnLetters(range.col1), L':', ColumnLetters(range.col2));
-  return Concat(A1Address(range.row1, range.col1), L':', A1Address(range.row2, range.col2));
 }
 
 }  // namespace qv

@@ -38,7 +38,4 @@ inline constexpr std::int64_t kMaxToolCells = 5000;
 /// "range" where it is accepted, else "row" and "col", else "row1", "col1", "row2", "col2", all from 1 on.
 [[nodiscard]] std::optional<RangeArgs> ParseRangeArgs(const ToolArguments& arguments);
 
-/// The A1 text of a block ("B3:D9"), of whole rows ("2:4") or whole columns ("A:C").
-[[nodiscard]] std::wstring A1TextOf(const RangeArgs& range);
-
 }  // namespace qv

@@ -12,6 +12,8 @@ inline constexpr std::wstring_view kNotConnectedText = L"未连接到 Excel";
 inline constexpr std::wstring_view kNoSheetText = L"未连接到工作表";
 inline constexpr std::wstring_view kUnknownSheetText = L"找不到工作表";
 inline constexpr std::wstring_view kUnknownActionText = L"未知操作";
+inline constexpr std::wstring_view kHostBusyText = L"Excel 正忙，请稍后重试";
+inline constexpr std::wstring_view kUnreadableText = L"无法读取区域";
 inline constexpr std::wstring_view kBadRangeText = L"range 参数缺失或无效";
 
 /// {"error":"…"}

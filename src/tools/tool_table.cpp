@@ -1,5 +1,8 @@
 #include "tools/tool_table.h"
 
+#include "tools/format_tools.h"
+#include "tools/merge_tools.h"
+#include "tools/range_tools.h"
 #include "tools/tool_result.h"
 #include "tools/undo_tools.h"
 
@@ -7,8 +10,16 @@ namespace qv {
 namespace {
 
 constexpr WorkbookTool kTools[] = {
+    {L"excelReadRange", &ReadRange},
+    {L"excelWriteRange", &WriteRange},
+    {L"excelFormatRange", &FormatRange},
+    {L"excelSetSize", &SetSize},
+    {L"excelMergeCells", &MergeCells},
+    {L"excelUnmergeCells", &UnmergeCells},
     {L"excelPushUndoMarker", &PushUndoMarker},
     {L"excelUndoMessage", &UndoMessage},
+    {L"excelGetWriteContext", &GetWriteContext},
+    {L"excelRangeHasContent", &RangeHasContent},
 };
 
 }  // namespace

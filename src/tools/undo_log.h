@@ -11,6 +11,18 @@
 
 namespace qv {
 
+/// The workbook in which a tool wrote: the pane's pin at that time, and the workbook's name. One that was
+/// saved under another name since is still the same by its pin; a pane that has no pin knows it by its name.
+struct UndoBook {
+  std::uint64_t pinSerial = 0;
+  std::wstring name;
+
+  /// Whether this is the workbook that is meant now.
+  [[nodiscard]] bool IsSame(const UndoBook& now) const {
+    return (pinSerial != 0 && pinSerial == now.pinSerial) || name == now.name;
+  }
+};
+
 /// One cell as it was before a tool wrote it.
 struct UndoRecord {
   /// 1-based; a row of 0 marks a record that is skipped.
@@ -18,6 +30,7 @@ struct UndoRecord {
   std::int32_t col = 0;
   std::wstring sheetName;
   CellContent previous;
+  UndoBook book;
 };
 
 /// What the tools of one pane wrote, in order, with a marker ahead of each chat message's edits.

@@ -1,10 +1,15 @@
 #pragma once
 
+#include <oaidl.h>
+
 #include <string>
 
 #include "tools/tool_context.h"
 
 namespace qv {
+
+/// The workbook of a sheet of the context's target.
+[[nodiscard]] UndoBook BookOfSheet(const ToolContext& context, IDispatch* sheet);
 
 /// "excelPushUndoMarker": what tools write from here on belongs to one chat message.
 [[nodiscard]] std::wstring PushUndoMarker(const ToolContext& context, const std::wstring& json);

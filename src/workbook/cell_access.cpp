@@ -234,10 +234,10 @@ CellWriteResult PutCellContent(const CellTarget& target, std::wstring_view sheet
   return PutFound(target, sheetName, row, col, content);
 }
 
-CellWriteResult RestoreCellContent(const TargetContext& target, std::wstring_view sheetName, std::int32_t row,
+CellWriteResult RestoreCellContent(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
                                    std::int32_t col, const CellContent& content) {
-  const CellTarget place = FindCell(target, sheetName, row, col);
-  const CellWriteResult result = place.cell == nullptr ? place.status : PutContent(place.cell.Get(), content);
+  const CellWriteResult result =
+      target.cell == nullptr ? target.status : PutContent(target.cell.Get(), content);
   if (!result.Ok()) {
     PaneLog(Concat(L"Excel put_Value2 failed sheet=", sheetName, L" row=", row, L" col=", col, L" hr=0x",
                    Hex8(result.hr), L"\r\n"));

@@ -61,8 +61,9 @@ struct CellTarget {
                                                    std::int32_t row, std::int32_t col,
                                                    std::wstring_view text);
 
-/// Puts former content back into a cell; the caller holds the host's alerts off. A failure is logged.
-[[nodiscard]] CellWriteResult RestoreCellContent(const TargetContext& target, std::wstring_view sheetName,
+/// Puts former content back into a cell already found, through the same members; gives the status of a cell
+/// that was not found. A failure is logged. The caller holds the host's alerts off.
+[[nodiscard]] CellWriteResult RestoreCellContent(const CellTarget& target, std::wstring_view sheetName,
                                                  std::int32_t row, std::int32_t col,
                                                  const CellContent& content);
 
