@@ -82,6 +82,8 @@ HRESULT RemoteObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, D
     const std::string member = ToUtf8(names[0]);
     if (!session_->HasMember(type_, member)) return DISP_E_UNKNOWNNAME;
     ids[0] = session_->Names().IdOf(member);
+    const auto error = session_->Faults().Take(type_, session_->Names().NameOf(ids[0]), kOnNameLookup);
+    if (error) return error->hr;
     // Whether the member has an argument of that name shows when it is called.
     for (UINT i = 1; i < count; ++i)
       ids[i] = session_->Names().IdOf(ToUtf8(names[i]));
@@ -133,13 +135,14 @@ HRESULT RemoteObject::Perform(DISPID member, WORD flags, const DISPPARAMS& param
   const std::string name = session_->Names().NameOf(member);
   if (name.empty() || !session_->HasMember(type_, name)) return DISP_E_MEMBERNOTFOUND;
   session_->CountCall(type_, name);
+  if (const auto error = session_->Faults().Take(type_, name, flags))
+    return Report({error->hr, error->exception, {}}, exception);
   json request;
   try {
     request = Request(name, flags, params);
   } catch (const std::invalid_argument&) {
     return DISP_E_TYPEMISMATCH;
   }
-  if (flags != DISPATCH_PROPERTYGET) session_->NoteChange();
   const CallAnswer answer = session_->Call(std::move(request));
   if (answer.failure.code != S_OK) return Report(answer.failure, exception);
   // Made also when the caller does not want it, so that the office's handle is given back.

@@ -125,6 +125,10 @@ class Sheet {
   [[nodiscard]] double WidthOf(const Area& area) const;
   [[nodiscard]] double HeightOf(const Area& area) const;
 
+  /// Moves everything from the row on down by `count` rows; a merge around the row grows. The caller makes
+  /// sure that nothing leaves the sheet.
+  void InsertRows(long row, long count);
+
   [[nodiscard]] bool IsRowHidden(long row) const { return hiddenRows_.contains(row); }
   void HideRow(long row, bool hide);
   [[nodiscard]] bool IsColumnHidden(long col) const { return hiddenColumns_.contains(col); }
