@@ -140,6 +140,10 @@ void PaneActions::RequestSelectionPreview(const PanelMessage&) {
   if (navigator_.CurrentPage() != kImageTranslatePage) selectionPreview_.Push();
 }
 
+void PaneActions::WorkbookTool(const PanelMessage& message) {
+  tools_.HandleAutofillMessage(message.action, message.text);
+}
+
 void PaneActions::QuickTranslate(const PanelMessage& message) {
   quickTranslator_.Translate(message.text);
 }

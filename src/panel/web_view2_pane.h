@@ -17,6 +17,7 @@
 #include "panel/panel_navigator.h"
 #include "panel/web_view.h"
 #include "panel/workspace_window.h"
+#include "tools/workbook_tools.h"
 #include "translation/quick_translate_worker.h"
 #include "translation/run_controller.h"
 #include "translation/selection_preview_reader.h"
@@ -119,6 +120,7 @@ class CWebView2Pane final : public OleControl,
   RunController run_;
   QuickTranslator quickTranslator_;
   SelectionPreviewReader selectionPreview_;
+  WorkbookTools tools_;
   PaneActions actions_;
   AppEvents hostEvents_;
   PaneWindow window_;

@@ -7,7 +7,7 @@
 
 #include "foundation/panel_output.h"
 #include "foundation/variant.h"
-#include "translation/cell_finder.h"
+#include "workbook/cell_finder.h"
 #include "translation/layout.h"
 #include "translation/protection_notice.h"
 #include "translation/row_fitter.h"
