@@ -60,7 +60,7 @@ CellWriteResult RestorePass::RestoreCell(std::size_t index, const CellUnit& unit
   }
   const CellContent former = unit.formulaBeforeWrite
                                  ? CellContent{*unit.formulaBeforeWrite, CellContentKind::kFormula}
-                                 : CellContent{unit.sourceText, CellContentKind::kText};
+                                 : CellContent{std::wstring(unit.sourceText), CellContentKind::kText};
   const CellWriteResult result = RestoreCellContent(place, unit.SheetName(), unit.row, unit.col, former);
   if (!result.Ok() || !unit.baseline) return result;
   PaneLog(Concat(L"RestoreBaselineFont idx=", index, L" row=", unit.row, L" col=", unit.col, L"\r\n"));
