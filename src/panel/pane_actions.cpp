@@ -144,6 +144,11 @@ void PaneActions::WorkbookTool(const PanelMessage& message) {
   tools_.HandleAutofillMessage(message.action, message.text);
 }
 
+void PaneActions::AgentService(const PanelMessage& message) {
+  const std::wstring reply = agents_.Handle(message);
+  if (!reply.empty()) bridge_.RunPanelScript(reply);
+}
+
 void PaneActions::QuickTranslate(const PanelMessage& message) {
   quickTranslator_.Translate(message.text);
 }

@@ -7,6 +7,7 @@
 
 #include "foundation/access_tokens.h"
 #include "foundation/pane_context.h"
+#include "panel/agent_services.h"
 #include "panel/image_preview_window.h"
 #include "panel/panel_actions.h"
 #include "panel/panel_bridge.h"
@@ -28,7 +29,7 @@ class PaneActions final : public PanelActions {
   PaneActions(std::shared_ptr<PaneContext> context, PanelBridge& bridge, WorkspaceWindow& workspace,
               ImagePreviewWindow& preview, const PanelNavigator& navigator, AccessTokens& tokens,
               const TargetContext& target, RunController& run, QuickTranslator& quickTranslator,
-              SelectionPreviewReader& selectionPreview, WorkbookTools& tools)
+              SelectionPreviewReader& selectionPreview, WorkbookTools& tools, AgentServices& agents)
       : context_(std::move(context)),
         bridge_(bridge),
         workspace_(workspace),
@@ -39,7 +40,8 @@ class PaneActions final : public PanelActions {
         run_(run),
         quickTranslator_(quickTranslator),
         selectionPreview_(selectionPreview),
-        tools_(tools) {}
+        tools_(tools),
+        agents_(agents) {}
 
   void OpenWorkspace(const PanelMessage& message) override;
   void CloseWorkspace(const PanelMessage& message) override;
@@ -69,6 +71,7 @@ class PaneActions final : public PanelActions {
   void ApplyAll(const PanelMessage& message) override;
   void RequestSelectionPreview(const PanelMessage& message) override;
   void WorkbookTool(const PanelMessage& message) override;
+  void AgentService(const PanelMessage& message) override;
   void QuickTranslate(const PanelMessage& message) override;
   void QuickTranslateWrite(const PanelMessage& message) override;
 
@@ -87,6 +90,7 @@ class PaneActions final : public PanelActions {
   QuickTranslator& quickTranslator_;
   SelectionPreviewReader& selectionPreview_;
   WorkbookTools& tools_;
+  AgentServices& agents_;
 };
 
 }  // namespace qv

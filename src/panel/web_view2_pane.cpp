@@ -30,8 +30,9 @@ CWebView2Pane::CWebView2Pane()
       quickTranslator_(context_, bridge_),
       selectionPreview_(target_, session_, *context_, bridge_),
       tools_(context_, target_, bridge_),
+      agents_(tools_.Dispatcher()),
       actions_(context_, bridge_, workspace_, preview_, navigator_, tokens_, target_, run_, quickTranslator_,
-               selectionPreview_, tools_),
+               selectionPreview_, tools_, agents_),
       window_(*this) {
   PaneRegistry::Add(*this);
 }
@@ -218,7 +219,9 @@ void CWebView2Pane::BeginShutdownEarly() {
   }
   run_.BeginShutdownEarly();
   hostEvents_.Unsubscribe();
+  // First whoever waits for a tool, then who waits for the waiting ones.
   tools_.Close();
+  agents_.Close();
   target_.ReleaseReferences();
 }
 

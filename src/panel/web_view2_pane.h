@@ -8,6 +8,7 @@
 
 #include "foundation/access_tokens.h"
 #include "foundation/pane_context.h"
+#include "panel/agent_services.h"
 #include "panel/app_events.h"
 #include "panel/image_preview_window.h"
 #include "panel/ole_control.h"
@@ -121,6 +122,7 @@ class CWebView2Pane final : public OleControl,
   QuickTranslator quickTranslator_;
   SelectionPreviewReader selectionPreview_;
   WorkbookTools tools_;
+  AgentServices agents_;
   PaneActions actions_;
   AppEvents hostEvents_;
   PaneWindow window_;

@@ -1,4 +1,4 @@
-#include "tools/tool_arguments.h"
+#include "foundation/json_reader.h"
 
 #include <cmath>
 
@@ -22,20 +22,26 @@ std::wstring MessageOf(std::wstring_view value) {
 
 }  // namespace
 
-ToolArguments::ToolArguments(std::wstring_view json) : json_(json), members_(JsonMembersOf(json)) {}
+JsonReader::JsonReader(std::wstring_view json) : json_(json), members_(JsonMembersOf(json)) {}
 
-std::wstring_view ToolArguments::Value(std::wstring_view name) const {
+std::wstring_view JsonReader::Value(std::wstring_view name) const {
   return members_ ? JsonValueOf(*members_, name) : std::wstring_view();
 }
 
-std::wstring ToolArguments::Text(std::wstring_view name) const {
+std::wstring JsonReader::Text(std::wstring_view name) const {
   const std::wstring_view own = Value(name);
   return own.empty() ? JsonGetString(json_, name) : TextOfValue(own).value_or(std::wstring());
 }
 
-std::int32_t ToolArguments::Integer(std::wstring_view name) const {
+std::int32_t JsonReader::Integer(std::wstring_view name) const {
   const std::wstring_view own = Value(name);
   return own.empty() ? JsonGetInt(json_, name) : IntegerOfValue(own);
+}
+
+std::wstring_view JsonReader::Object(std::wstring_view name) const {
+  const std::wstring_view own = Value(name);
+  if (own.empty()) return JsonFindObject(json_, name);
+  return own.starts_with(L'{') ? own : std::wstring_view();
 }
 
 std::optional<std::wstring> TextOfValue(std::wstring_view value) {
