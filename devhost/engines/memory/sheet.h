@@ -82,6 +82,14 @@ class Sheet {
   void SetResult(long row, long col, CellValue value);
   void SetRuns(long row, long col, std::vector<FontRun> runs);
   void ClearContents(const Area& area);
+  /// Contents of a block, written again from `targetRow` on in the same columns.
+  void CopyContents(const Area& source, long targetRow);
+
+  /// Whole rows or columns go, and what follows moves up: cells, merges, sizes, hidden lines.
+  void DeleteLines(bool rows, long first, long count);
+  /// Empty rows or columns come in before `first`. False, and nothing changes, where that would push what is
+  /// in use over the sheet's edge.
+  [[nodiscard]] bool InsertLines(bool rows, long first, long count);
 
   /// Calls `change(CellStyle&)` for every cell of the area, creating those that are missing; of whole rows
   /// and columns only the part within the used area.
@@ -145,6 +153,7 @@ class Sheet {
   template <typename Container, typename Visit>
   static void Walk(Container& container, const Area& area, Visit&& visit);
 
+  void ShiftLines(bool rows, long first, long count);
   Cell& Touch(long row, long col);
   void DropIfEmpty(std::map<CellKey, Cell>::iterator cell);
 

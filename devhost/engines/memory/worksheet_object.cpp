@@ -71,6 +71,7 @@ Variant WorksheetObject::Name(Call& call) {
   if (!call.IsPut()) return Variant(sheet_->name);
   const std::wstring name = ToText(call.Value());
   const auto taken = Book()->FindSheet(name);
+  Host::RequireOpenStructure(*Book());
   if (!IsGoodName(name) || (taken != nullptr && taken != sheet_)) Refuse();
   sheet_->name = name;
   return {};
@@ -162,6 +163,7 @@ Variant WorksheetObject::Activate(Call&) {
 }
 
 Variant WorksheetObject::Delete(Call&) {
+  Host::RequireOpenStructure(*Book());
   if (sheet_->visible == kVisible && VisibleSheets(*Book()) == 1) Refuse();
   // The host would ask; nobody is here to say yes.
   if (GetHost().displayAlerts) return Variant(false);
