@@ -94,6 +94,7 @@ constexpr KnownName kKnownNames[] = {
     {L"Version", 392},
     {L"UsedRange", 412},
     {L"Windows", 430},
+    {L"Borders", 435},
     {L"Sheets", 485},
     {L"Index", 486},
     {L"Worksheets", 494},

@@ -49,6 +49,7 @@ class RangeObject final : public DispatchObject {
   Variant MergeArea(Call& call);
   Variant Font(Call& call);
   Variant Interior(Call& call);
+  Variant Borders(Call& call);
   Variant Characters(Call& call);
   // Content (range_content.cpp)
   Variant Default(Call& call);
