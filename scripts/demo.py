@@ -150,7 +150,7 @@ def run_translation(host, panel):
 
 
 def load_cells(path):
-    """Every non-empty cell of every visible sheet: {(sheet, address): cell}, and the sheets that are protected."""
+    """Every non-empty cell of every visible sheet: {(sheet, address): cell}, and the name of the active sheet."""
     import openpyxl
     book = openpyxl.load_workbook(path)
     sheets = [sheet for sheet in book.worksheets if sheet.sheet_state == "visible"]

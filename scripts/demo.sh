@@ -10,8 +10,8 @@ trap stop_started EXIT
 trap 'exit 130' INT TERM
 
 case ${1:-} in -h | --help) sed -n '2,5s/^# \{0,1\}//p' "$0"; exit 0 ;; esac
-"$QV_PYTHON" "$here/demo.py" --check-arguments "$@" || exit $?
 "$here/setup.sh" || exit 1
+"$QV_PYTHON" "$here/demo.py" --check-arguments "$@" || exit $?
 say "Building…"
 "$here/build.sh" windows || exit 1
 start_display

@@ -11,9 +11,9 @@ export const PANEL_PATH = '/panel/excel';
 export const PAGE_FILES = {
   account: 'account.html',
   login: 'login.html',
-  glossary: 'later.html',
-  instruction: 'later.html',
-  quicktranslate: 'later.html',
+  glossary: 'glossary.html',
+  instruction: 'instruction.html',
+  quicktranslate: 'quicktranslate.html',
   grammar: 'later.html',
   chat: 'later.html',
   agents: 'later.html',

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "engines/grid_snapshot.h"
@@ -40,6 +41,9 @@ class Engine {
 
   /// As a click of the user into the window: events are fired when another one was active.
   virtual void ActivateWindow(int window) = 0;
+  /// Tells that the window's workbook is about to close (WorkbookBeforeClose); throws when an add-in does not
+  /// let it.
+  virtual void AnnounceClose(int window) = 0;
   /// The workbook goes with its last window, without being saved.
   virtual void CloseWindow(int window) = 0;
   /// The Window object as an add-in would get it; it counts as live while it is held.
@@ -64,8 +68,19 @@ class Engine {
   /// blue-green-red number. `address` is one cell in A1 form; an empty sheet name means the active sheet.
   [[nodiscard]] virtual nlohmann::json Cell(const std::wstring& sheet, const std::string& address) = 0;
 
+  // As the user does it in the active workbook, with the events that go with it. An empty sheet name means
+  // the active sheet.
+
   /// Activates the sheet and selects the range (A1 form, areas separated by commas).
   virtual void Select(const std::wstring& sheet, const std::string& address) = 0;
+  /// Types a text into one cell; the host reads it as it reads every entry ("=A1", "12", "'12"). A locked
+  /// cell of a protected sheet refuses.
+  virtual void Type(const std::wstring& sheet, std::string_view address, const std::wstring& text) = 0;
+  /// Inserts empty rows above the 1-based row; what is there moves down.
+  virtual void InsertRows(const std::wstring& sheet, int row, int count) = 0;
+  virtual void RenameSheet(const std::wstring& sheet, const std::wstring& name) = 0;
+  /// The last visible sheet stays.
+  virtual void DeleteSheet(const std::wstring& sheet) = 0;
   virtual void Protect(const std::wstring& sheet, bool on) = 0;
   /// Saves a copy; never over the opened file.
   virtual void Save(const std::wstring& path) = 0;
@@ -78,7 +93,8 @@ class Engine {
   [[nodiscard]] virtual nlohmann::json Counters() = 0;
   virtual void ResetCounters() = 0;
 
-  /// Injects or clears faults; only the memory engine has any. The accepted members are described with it.
+  /// Injects or clears faults. Both engines take {"clear":true} and the members that
+  /// engines/common/member_fault_json.h describes, the memory engine more.
   virtual void Fault(const nlohmann::json& fault) = 0;
 };
 

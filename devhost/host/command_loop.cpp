@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "engines/common/com_guard.h"
+#include "foundation/flag_scope.h"
 
 namespace qv::devhost {
 namespace {
@@ -15,6 +16,17 @@ constexpr UINT kWaitTimerMs = 15;
 /// Brings the windows up to date with the spreadsheet.
 constexpr UINT_PTR kRefreshTimer = 2;
 constexpr UINT kRefreshTimerMs = 100;
+
+class DepthScope {
+ public:
+  explicit DepthScope(int& depth) : depth_(depth) { ++depth_; }
+  DepthScope(const DepthScope&) = delete;
+  DepthScope& operator=(const DepthScope&) = delete;
+  ~DepthScope() { --depth_; }
+
+ private:
+  int& depth_;
+};
 
 HWND CreateReceiver(WNDPROC procedure, void* owner) {
   WNDCLASSW windowClass{};
@@ -49,35 +61,42 @@ void CommandLoop::Run() {
   MSG message{};
   while (!runner_.IsFinished() && !host_.Documents().IsClosedByUser() &&
          GetMessageW(&message, nullptr, 0, 0) > 0) {
-    isForeign_ = message.hwnd != window_;
     TranslateMessage(&message);
-    DispatchMessageW(&message);
-    isForeign_ = false;
+    Dispatch(message);
     Serve(CommandRunner::Loop::kOwn);
   }
 }
 
+void CommandLoop::Dispatch(const MSG& message) {
+  if (message.hwnd == window_) return static_cast<void>(DispatchMessageW(&message));
+  const FlagScope foreign(isForeign_);
+  DispatchMessageW(&message);
+}
+
 void CommandLoop::Handle(UINT message, WPARAM timer) {
-  const bool isForeign = isForeign_ || depth_ > 0;
   if (message == WM_TIMER && timer == kRefreshTimer) {
-    if (depth_ == 0) host_.Documents().Refresh();
+    // What could not be shown is tried again with the next tick.
+    if (depth_ == 0) static_cast<void>(host_.Documents().Refresh());
     return;
   }
-  Serve(isForeign ? CommandRunner::Loop::kForeign : CommandRunner::Loop::kOwn);
+  Serve(isForeign_ || depth_ > 0 ? CommandRunner::Loop::kForeign : CommandRunner::Loop::kOwn);
 }
 
 void CommandLoop::Serve(CommandRunner::Loop loop) {
-  ++depth_;
-  while (const auto line = reader_.Take()) {
-    if (line->kind != InputLine::Kind::kEnd || inputEnd_ == InputEnd::kQuits) runner_.Take(*line, loop);
-  }
-  runner_.Advance(loop);
-  --depth_;
+  ServeLines(loop);
   if (runner_.IsWaiting()) {
     SetTimer(window_, kWaitTimer, kWaitTimerMs, nullptr);
   } else {
     KillTimer(window_, kWaitTimer);
   }
+}
+
+void CommandLoop::ServeLines(CommandRunner::Loop loop) {
+  const DepthScope deeper(depth_);
+  while (const auto line = reader_.Take()) {
+    if (line->kind != InputLine::Kind::kEnd || inputEnd_ == InputEnd::kQuits) runner_.Take(*line, loop);
+  }
+  runner_.Advance(loop);
 }
 
 LRESULT CALLBACK CommandLoop::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {

@@ -29,6 +29,8 @@ class CommandLoop {
   void Handle(UINT message, WPARAM timer);
   /// Runs what waits; `loop` is the one that has dispatched the message at hand.
   void Serve(CommandRunner::Loop loop);
+  void ServeLines(CommandRunner::Loop loop);
+  void Dispatch(const MSG& message);
 
   DevelopmentHost& host_;
   CommandRunner& runner_;

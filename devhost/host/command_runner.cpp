@@ -2,6 +2,8 @@
 
 #include <exception>
 
+#include "engines/common/com_guard.h"
+#include "foundation/flag_scope.h"
 #include "host/open_box.h"
 
 namespace qv::devhost {
@@ -16,26 +18,26 @@ void CommandRunner::Take(const InputLine& line, Loop loop) {
 
 void CommandRunner::Advance(Loop loop) {
   // A command may dispatch messages, and with them comes the next call of this function.
-  if (running_) return;
-  running_ = true;
-  while (!finished_) {
-    if (pending_ && !TryFinishPending()) break;
-    if (queue_.empty()) break;
-    const InputLine line = queue_.front();
-    if (!Run(line, loop)) break;
-    queue_.pop_front();
+  while (!running_ && !finished_) {
+    if (!RunNext(loop)) return;
     RunAfterwards();
   }
-  running_ = false;
+}
+
+bool CommandRunner::RunNext(Loop loop) {
+  const FlagScope running(running_);
+  if ((pending_ && !TryFinishPending()) || queue_.empty()) return false;
+  const InputLine line = queue_.front();
+  if (!Run(line, loop)) return false;
+  queue_.pop_front();
+  return true;
 }
 
 void CommandRunner::RunAfterwards() {
+  // It is not part of the command any more: lines that come meanwhile are taken, and a failure of it has no
+  // answer that could tell it.
   const auto work = std::exchange(context_.afterwards, nullptr);
-  if (!work) return;
-  // It is not part of the command any more: lines that come meanwhile are taken.
-  running_ = false;
-  work();
-  running_ = true;
+  if (work) static_cast<void>(GuardCom([&] { return work(), S_OK; }));
 }
 
 bool CommandRunner::Run(const InputLine& line, Loop loop) {

@@ -31,6 +31,8 @@ class CommandRunner {
   [[nodiscard]] bool IsFinished() const { return finished_; }
 
  private:
+  /// Finishes the waiting command, or runs the next line; false when neither can be done now.
+  [[nodiscard]] bool RunNext(Loop loop);
   /// Whether the first line is done with; otherwise it stays.
   [[nodiscard]] bool Run(const InputLine& line, Loop loop);
   void Execute(const Command& command);

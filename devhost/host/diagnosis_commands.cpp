@@ -32,8 +32,9 @@ void AddDiagnosisCommands(CommandHandlers& handlers) {
   };
   handlers["screenshot"] = Screenshot;
   handlers["sync"] = [](CommandContext& context, const Json&) {
-    context.host.Documents().Sync();
-    context.host.Documents().Repaint();
+    auto& documents = context.host.Documents();
+    if (!documents.Refresh()) throw std::runtime_error("the spreadsheet does not show its sheets now");
+    documents.Repaint();
     return OkAnswer();
   };
 }

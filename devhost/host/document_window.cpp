@@ -109,8 +109,8 @@ void DocumentWindow::UpdateRibbon() {
   }
 }
 
-void DocumentWindow::RefreshGrid() {
-  if (grid_) grid_->Refresh();
+bool DocumentWindow::RefreshGrid() {
+  return !grid_ || grid_->Refresh();
 }
 
 void DocumentWindow::Paint() {

@@ -60,8 +60,8 @@ class DocumentWindow {
 
   /// The ribbon is there now, its texts or pictures are no longer valid, or it is about to go.
   void UpdateRibbon();
-  /// Shows what the sheet looks like now.
-  void RefreshGrid();
+  /// Shows what the sheet looks like now; false when that has to wait.
+  [[nodiscard]] bool RefreshGrid();
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;

@@ -4,6 +4,8 @@
 #include <stdexcept>
 
 #include "engines/common/com_guard.h"
+#include "foundation/flag_scope.h"
+#include "foundation/text.h"
 #include "host/late_bound.h"
 
 namespace qv::devhost {
@@ -37,8 +39,19 @@ DocumentWindows::~DocumentWindows() {
 
 void DocumentWindows::Sync() {
   // Closing a pane dispatches messages, which may come back here.
-  if (std::exchange(isSyncing_, true)) return;
-  const auto infos = surroundings_.engine.Windows();
+  if (isSyncing_) return;
+  std::vector<WindowInfo> infos;
+  {
+    const FlagScope syncing(isSyncing_);
+    infos = surroundings_.engine.Windows();
+    CloseMissing(infos);
+    for (const auto& info : infos)
+      Update(info);
+  }
+  ShowActive(infos);
+}
+
+void DocumentWindows::CloseMissing(const std::vector<WindowInfo>& infos) {
   std::vector<std::unique_ptr<DocumentWindow>> gone;
   for (auto& window : windows_) {
     const bool isOpen =
@@ -46,38 +59,43 @@ void DocumentWindows::Sync() {
     if (!isOpen) gone.push_back(std::move(window));
   }
   std::erase(windows_, nullptr);
-  gone.clear();
-  for (const auto& info : infos) {
-    auto* window = Find(info.id);
-    if (window == nullptr) {
-      windows_.push_back(std::make_unique<DocumentWindow>(surroundings_, info.id));
-      window = windows_.back().get();
-      surroundings_.engine.SetWindowHandle(info.id, window->Window());
-    }
-    window->SetCaption(info.caption);
-  }
-  isSyncing_ = false;
-  revision_ = surroundings_.engine.Revision();
-  ShowActive();
 }
 
-void DocumentWindows::ShowActive() {
-  DocumentWindow& active = Active();
+void DocumentWindows::Update(const WindowInfo& info) {
+  auto* window = Find(info.id);
+  if (window == nullptr) {
+    auto made = std::make_unique<DocumentWindow>(surroundings_, info.id);
+    surroundings_.engine.SetWindowHandle(info.id, made->Window());
+    window = made.get();
+    windows_.push_back(std::move(made));
+  }
+  window->SetCaption(info.caption);
+}
+
+void DocumentWindows::ShowActive(const std::vector<WindowInfo>& infos) {
+  DocumentWindow& active = ActiveOf(infos);
+  const HWND top = surroundings_.frame ? surroundings_.frame : active.Window();
   const bool hasChanged = active_ != active.Id();
   active_ = active.Id();
   if (empty_ && active_ != 0) empty_->SetVisible(false);
   for (const auto& window : windows_)
     window->SetVisible(surroundings_.frame == nullptr || window->Id() == active_);
   active.SetVisible(true);
-  if (hasChanged && surroundings_.isShown) SetForegroundWindow(TopWindow());
-  surroundings_.engine.SetApplicationHandle(surroundings_.frame ? surroundings_.frame : active.Window());
+  if (hasChanged && surroundings_.isShown) SetForegroundWindow(top);
+  if (toldHandle_ == top) return;
+  surroundings_.engine.SetApplicationHandle(top);
+  toldHandle_ = top;
 }
 
-void DocumentWindows::Refresh() {
-  if (surroundings_.engine.Revision() == revision_) return;
+bool DocumentWindows::Refresh() {
+  const std::uint64_t revision = surroundings_.engine.Revision();
+  if (revision == shownRevision_) return true;
   Sync();
+  bool allShown = true;
   for (const auto& window : windows_)
-    window->RefreshGrid();
+    allShown = window->RefreshGrid() && allShown;
+  if (allShown) shownRevision_ = revision;
+  return allShown;
 }
 
 void DocumentWindows::Repaint() {
@@ -94,8 +112,12 @@ DocumentWindow& DocumentWindows::Empty() {
 }
 
 DocumentWindow& DocumentWindows::Active() {
+  return windows_.empty() ? Empty() : ActiveOf(surroundings_.engine.Windows());
+}
+
+DocumentWindow& DocumentWindows::ActiveOf(const std::vector<WindowInfo>& infos) {
   if (windows_.empty()) return Empty();
-  for (const auto& info : surroundings_.engine.Windows()) {
+  for (const auto& info : infos) {
     if (auto* window = info.active ? Find(info.id) : nullptr) return *window;
   }
   return *windows_.back();
@@ -127,9 +149,34 @@ void DocumentWindows::Activate(int id) {
 }
 
 void DocumentWindows::Close(int id) {
+  const auto infos = surroundings_.engine.Windows();
+  const auto closing = std::ranges::find(infos, id, &WindowInfo::id);
+  const bool isLast =
+      closing != infos.end() && std::ranges::count(infos, closing->workbook, &WindowInfo::workbook) == 1;
+  if (isLast) surroundings_.engine.AnnounceClose(id);
+  CloseAnnounced(id);
+  Sync();
+}
+
+void DocumentWindows::CloseWorkbook(const std::wstring& name) {
+  const auto infos = surroundings_.engine.Windows();
+  const auto named = std::ranges::find_if(infos, [&](const WindowInfo& info) {
+    return name.empty() ? info.active : EqualsIgnoreAsciiCase(info.workbook, name);
+  });
+  std::vector<int> closing;
+  for (const auto& info : infos) {
+    if (named != infos.end() && info.workbook == named->workbook) closing.push_back(info.id);
+  }
+  if (closing.empty()) throw std::runtime_error("no such workbook: " + ToUtf8(name));
+  surroundings_.engine.AnnounceClose(closing.front());
+  for (const int id : closing)
+    CloseAnnounced(id);
+  Sync();
+}
+
+void DocumentWindows::CloseAnnounced(int id) {
   if (auto* window = Find(id)) window->ClosePanes();
   surroundings_.engine.CloseWindow(id);
-  Sync();
 }
 
 void DocumentWindows::OnUserClosed(int id) {

@@ -27,8 +27,9 @@ class DocumentWindows {
   /// Makes, renames and closes windows so that they are those of the engine. Panes of windows that are gone
   /// are closed.
   void Sync();
-  /// `Sync`, and shows what the sheets look like now; nothing when nothing has changed.
-  void Refresh();
+  /// `Sync`, and shows what the sheets look like now; nothing when nothing has changed. False when a sheet
+  /// cannot be read now; the next call tries again.
+  [[nodiscard]] bool Refresh();
 
   /// Draws everything that waits to be drawn.
   void Repaint();
@@ -45,8 +46,11 @@ class DocumentWindows {
 
   /// Brings a window to the front and makes it the active one. Throws std::runtime_error for an unknown id.
   void Activate(int id);
-  /// Closes a window with its panes, and its document with its last window. Throws for an unknown id.
+  /// Closes a window with its panes, and its document with its last window. Throws for an unknown id, or when
+  /// an add-in keeps the document open.
   void Close(int id);
+  /// Closes all windows on a workbook; an empty name means the active one. Throws as `Close` does.
+  void CloseWorkbook(const std::wstring& name);
 
   /// The ribbon that windows show from now on; null takes it away.
   void SetRibbon(Ribbon* ribbon);
@@ -54,8 +58,12 @@ class DocumentWindows {
   [[nodiscard]] bool IsClosedByUser() const { return isClosedByUser_; }
 
  private:
+  void CloseMissing(const std::vector<WindowInfo>& infos);
+  void Update(const WindowInfo& info);
   void OnUserClosed(int id);
-  void ShowActive();
+  void CloseAnnounced(int id);
+  void ShowActive(const std::vector<WindowInfo>& infos);
+  [[nodiscard]] DocumentWindow& ActiveOf(const std::vector<WindowInfo>& infos);
   [[nodiscard]] DocumentWindow& Empty();
 
   DocumentSurroundings surroundings_;
@@ -63,7 +71,10 @@ class DocumentWindows {
   std::vector<std::unique_ptr<DocumentWindow>> windows_;
   std::unique_ptr<DocumentWindow> empty_;
   int active_ = 0;
-  std::uint64_t revision_ = 0;
+  /// The engine's revision that all windows show.
+  std::uint64_t shownRevision_ = 0;
+  /// What the engine was last told to answer for the Application.
+  HWND toldHandle_ = nullptr;
   bool isSyncing_ = false;
   bool isClosedByUser_ = false;
 };

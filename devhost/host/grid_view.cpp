@@ -70,9 +70,9 @@ void GridView::Arrange() {
   if (size.cx > 0 && size.cy > 0) Read();
 }
 
-void GridView::Refresh() {
-  if (window_ == nullptr || dragging_ || engine_.Revision() == seenRevision_) return;
-  static_cast<void>(GuardCom([&] { return Read(), S_OK; }));
+bool GridView::Refresh() {
+  if (window_ == nullptr || engine_.Revision() == seenRevision_) return true;
+  return !dragging_ && SUCCEEDED(GuardCom([&] { return Read(), S_OK; }));
 }
 
 void GridView::Show() {
@@ -86,12 +86,13 @@ void GridView::Read() {
   GetWindowRect(verticalBar_, &bar);
   const SIZE size{client.cx - (bar.right - bar.left), strip.top};
   if (size.cx <= 0 || size.cy <= 0) return;
-  seenRevision_ = engine_.Revision();
+  const std::uint64_t revision = engine_.Revision();
   picture_ = ReadPicture(engine_, windowId_, size, fonts_->Dpi(), toldVisible_);
   if (const GridArea visible = picture_->FullyVisible(); visible != toldVisible_) {
-    toldVisible_ = visible;
     engine_.ShowArea(windowId_, visible);
+    toldVisible_ = visible;
   }
+  seenRevision_ = revision;
   const auto& selection = picture_->Main().grid.selection;
   if (!selection.empty() && selection.front() != Selection()) {
     // Somebody else has selected.

@@ -25,9 +25,9 @@ class GridView {
 
   /// Null once the parent has gone. The parent moves and sizes it.
   [[nodiscard]] HWND Window() const { return window_; }
-  /// Reads and paints anew when the engine has changed something since the last time. Cheap otherwise. While
-  /// the engine refuses, the old picture stays.
-  void Refresh();
+  /// Reads and paints anew when the engine has changed something since the last time. Cheap otherwise. False
+  /// when that has to wait, because the engine refuses or the user is selecting; the old picture stays then.
+  [[nodiscard]] bool Refresh();
 
  private:
   GridView(Engine& engine, int windowId) : engine_(engine), windowId_(windowId) {}

@@ -142,7 +142,8 @@ std::wstring PlaceScript(const Json& members) {
     const r = e.getBoundingClientRect(), x = r.left + r.width / 2, y = r.top + r.height / 2;
     const at = document.elementFromPoint(x, y);
     if (r.width === 0 || r.height === 0 || !at) return {error: "the element is not visible"};
-    if (at !== e && !e.contains(at) && !at.contains(e)) return {error: "the element is covered by " + at.outerHTML.slice(0, 80)};
+    const labels = [...(e.labels ?? [])];
+    if (!e.contains(at) && !labels.some(label => label.contains(at))) return {error: "the element is covered by " + at.outerHTML.slice(0, 80)};
     return {x: Math.round(x), y: Math.round(y)}; })())");
 }
 

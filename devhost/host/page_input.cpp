@@ -7,18 +7,18 @@ namespace {
 constexpr LPARAM kKeyUp = static_cast<LPARAM>(0xC0000001);
 
 void PressKey(HWND window, WPARAM key, wchar_t character) {
-  PostMessageW(window, WM_KEYDOWN, key, 1);
-  PostMessageW(window, WM_CHAR, character, 1);
-  PostMessageW(window, WM_KEYUP, key, kKeyUp);
+  SendMessageW(window, WM_KEYDOWN, key, 1);
+  SendMessageW(window, WM_CHAR, character, 1);
+  SendMessageW(window, WM_KEYUP, key, kKeyUp);
 }
 
 }  // namespace
 
 void ClickIn(HWND window, POINT point) {
   const LPARAM place = MAKELPARAM(point.x, point.y);
-  PostMessageW(window, WM_MOUSEMOVE, 0, place);
-  PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, place);
-  PostMessageW(window, WM_LBUTTONUP, 0, place);
+  SendMessageW(window, WM_MOUSEMOVE, 0, place);
+  SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, place);
+  SendMessageW(window, WM_LBUTTONUP, 0, place);
 }
 
 void TypeInto(HWND window, std::wstring_view text) {
@@ -29,7 +29,7 @@ void TypeInto(HWND window, std::wstring_view text) {
     } else if (unit == L'\t') {
       PressKey(window, VK_TAB, L'\t');
     } else {
-      PostMessageW(window, WM_CHAR, unit, 1);
+      SendMessageW(window, WM_CHAR, unit, 1);
     }
   }
 }

@@ -19,6 +19,11 @@ constexpr int kPointsPerInch = 72;
 /// Room before the title at 96 DPI.
 constexpr int kTitleIndent = 12;
 
+/// The observer may replace itself, or let go of the pane.
+void Tell(std::function<void()> observer) {
+  if (observer) observer();
+}
+
 }  // namespace
 
 PaneFrame::PaneFrame(const std::wstring& progId, const std::wstring& title, bool visible,
@@ -56,12 +61,14 @@ void PaneFrame::SetVisible(bool visible) {
   if (window_ == nullptr || isVisible_ == visible) return;
   isVisible_ = visible;
   document_->LayOut();
+  Tell(onVisible_);
 }
 
 void PaneFrame::SetDock(PaneDock dock) {
-  if (window_ == nullptr) return;
+  if (window_ == nullptr || dock_ == dock) return;
   dock_ = dock;
   document_->LayOut();
+  Tell(onDock_);
 }
 
 SIZE PaneFrame::ContentSize() const {

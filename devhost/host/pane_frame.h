@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -31,6 +32,12 @@ class PaneFrame {
   [[nodiscard]] bool IsOpen() const { return window_ != nullptr; }
   /// The window it is docked in; null after `Close`.
   [[nodiscard]] DocumentWindow* Document() const { return document_; }
+
+  /// What is to be called after the pane was shown or hidden and after it was docked elsewhere, by whomever.
+  void SetObservers(std::function<void()> onVisible, std::function<void()> onDock) {
+    onVisible_ = std::move(onVisible);
+    onDock_ = std::move(onDock);
+  }
 
   /// Whether it shows when its document window does.
   [[nodiscard]] bool IsVisible() const { return isVisible_; }
@@ -86,6 +93,8 @@ class PaneFrame {
   bool isCloseHot_ = false;
   std::unique_ptr<ControlContainer> container_;
   ControlContainer::Leaks leaks_;
+  std::function<void()> onVisible_;
+  std::function<void()> onDock_;
 };
 
 }  // namespace qv::devhost

@@ -7,7 +7,18 @@
 namespace qv::devhost {
 namespace {
 
-enum class MemberType { kText, kObject, kFlag, kPane, kTimeout, kPoints, kRow, kWindow, kWindowOrFlag };
+enum class MemberType {
+  kText,
+  kObject,
+  kFlag,
+  kPane,
+  kTimeout,
+  kPoints,
+  kRow,
+  kSheetRow,
+  kWindow,
+  kWindowOrFlag
+};
 
 struct MemberRule {
   const char* name;
@@ -45,6 +56,10 @@ const std::vector<CommandRule>& CommandTable() {
       // The spreadsheet.
       {"cell", kHost, {{"sheet", kText}, {"address", kText, true}}},
       {"select", kHost, {{"sheet", kText}, {"address", kText, true}}},
+      {"set-cell", kHost, {{"sheet", kText}, {"address", kText, true}, {"text", kText, true}}},
+      {"insert-rows", kHost, {{"sheet", kText}, {"row", kSheetRow, true}, {"count", kSheetRow}}},
+      {"sheet", kHost, {{"activate", kText}, {"rename", kText}, {"to", kText}, {"delete", kText}}},
+      {"close-workbook", kHost, {{"name", kText}}},
       {"protect", kHost, {{"sheet", kText}, {"on", kFlag, true}}},
       {"save", kHost, {{"path", kText, true}}},
       {"shot", kHost, {{"path", kText, true}}},
@@ -100,6 +115,8 @@ const char* Mismatch(const Json& value, MemberType type) {
       return IsWholeNumber(value, 1, 10'000) ? nullptr : "a whole number of points from 1 to 10000";
     case MemberType::kRow:
       return IsWholeNumber(value, 1, 10'000) ? nullptr : "a row from 1 to 10000";
+    case MemberType::kSheetRow:
+      return IsWholeNumber(value, 1, 1'048'576) ? nullptr : "a whole number from 1 to 1048576";
     case MemberType::kWindow:
       return IsWholeNumber(value, 1, 1'000'000) ? nullptr : "a window number";
     case MemberType::kWindowOrFlag:

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "engines/common/com_guard.h"
+#include "foundation/flag_scope.h"
 #include "webview2/put_value.h"
 
 namespace qv::devhost {
@@ -21,6 +22,10 @@ enum MemberId : DISPID {
   kDockPositionRestrict = 8,
   kDelete = 9,
 };
+
+// Those of the events.
+constexpr DISPID kVisibleStateChange = 1;
+constexpr DISPID kDockPositionStateChange = 2;
 
 constexpr std::array<DispatchName, 10> kNames = {{
     {L"Title", kTitle},
@@ -44,7 +49,33 @@ HRESULT ReturnObject(const ComPtr<IDispatch>& object, IDispatch** result) {
 }  // namespace
 
 TaskPane::TaskPane(std::shared_ptr<PaneFrame> frame, ComPtr<IDispatch> application, ComPtr<IDispatch> window)
-    : frame_(std::move(frame)), application_(std::move(application)), window_(std::move(window)) {}
+    : frame_(std::move(frame)),
+      application_(std::move(application)),
+      window_(std::move(window)),
+      events_(*this, EventStyle::kPositional, __uuidof(_CustomTaskPaneEvents)) {
+  frame_->SetObservers([this] { Fire(kVisibleStateChange); }, [this] { Fire(kDockPositionStateChange); });
+}
+
+TaskPane::~TaskPane() {
+  frame_->SetObservers(nullptr, nullptr);
+}
+
+HRESULT TaskPane::QueryInterface(REFIID iid, void** object) noexcept {
+  const HRESULT own = HostDispatch::QueryInterface(iid, object);
+  if (own != E_NOINTERFACE) return own;
+  *object = events_.Query(iid);
+  if (*object == nullptr) return E_NOINTERFACE;
+  AddRef();
+  return S_OK;
+}
+
+void TaskPane::Fire(DISPID event) {
+  // A sink may let go of the last reference.
+  const ComPtr<IDispatch> keptAlive(this);
+  const FlagScope firing(isFiring_);
+  const std::array args{Variant(keptAlive.Get())};
+  events_.Fire(event, args);
+}
 
 std::span<const DispatchName> TaskPane::Names() const noexcept {
   return kNames;
@@ -82,6 +113,7 @@ HRESULT TaskPane::get_Height(int* height) noexcept {
 }
 
 HRESULT TaskPane::put_Height(int height) noexcept {
+  if (isFiring_) return E_FAIL;
   return GuardCom([&] { return frame_->SetHeightPt(height) ? S_OK : E_FAIL; });
 }
 
@@ -90,6 +122,7 @@ HRESULT TaskPane::get_Width(int* width) noexcept {
 }
 
 HRESULT TaskPane::put_Width(int width) noexcept {
+  if (isFiring_) return E_FAIL;
   if (overridesLeft_ > 0) {
     --overridesLeft_;
     width = ownWidth_;
@@ -118,6 +151,7 @@ HRESULT TaskPane::put_DockPositionRestrict(MsoCTPDockPositionRestrict restrict) 
 }
 
 HRESULT TaskPane::Delete() noexcept {
+  events_.DisconnectAll();
   return GuardCom([&] { return frame_->Close(), S_OK; });
 }
 

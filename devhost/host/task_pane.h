@@ -3,16 +3,21 @@
 #include <memory>
 
 #include "addin/office_interfaces.h"
+#include "engines/common/app_events.h"
 #include "foundation/variant.h"
 #include "host/host_dispatch.h"
 #include "host/pane_frame.h"
 
 namespace qv::devhost {
 
-/// The task-pane object that the factory hands to the add-in. After `Delete` its members fail.
+/// The task-pane object that the factory hands to the add-in, and the source of its events: a pane that is
+/// shown, hidden or docked elsewhere, by the add-in or the user, tells its sinks. While it does, its size
+/// cannot be set, as in Office. After `Delete` its members fail.
 class TaskPane final : public HostDispatch<_CustomTaskPane> {
  public:
   TaskPane(std::shared_ptr<PaneFrame> frame, ComPtr<IDispatch> application, ComPtr<IDispatch> window);
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override;
 
   /// The next `times` widths that are asked for become `points` instead, as with a host that lays out its
   /// panes by itself.
@@ -48,6 +53,8 @@ class TaskPane final : public HostDispatch<_CustomTaskPane> {
   HRESULT STDMETHODCALLTYPE Delete() noexcept override;
 
  private:
+  ~TaskPane() override;
+  void Fire(DISPID event);
   [[nodiscard]] std::span<const DispatchName> Names() const noexcept override;
   [[nodiscard]] HRESULT Get(DISPID id, VARIANT& value);
   [[nodiscard]] HRESULT Put(DISPID id, const VARIANT& value);
@@ -56,6 +63,8 @@ class TaskPane final : public HostDispatch<_CustomTaskPane> {
   ComPtr<IDispatch> application_;
   ComPtr<IDispatch> window_;
   MsoCTPDockPositionRestrict dockRestrict_ = msoCTPDockPositionRestrictNone;
+  AppEvents events_;
+  bool isFiring_ = false;
   int ownWidth_ = 0;
   int overridesLeft_ = 0;
   bool withholdsControl_ = false;

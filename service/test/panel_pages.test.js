@@ -353,7 +353,7 @@ test('nothing overflows in the narrowest pane, in any language, on any page', as
   const problems = [];
   const view = await panel.open('translate', { width: 240 });
   for (const lang of LANGUAGES) {
-    for (const name of ['translate', 'login', 'account', 'support', 'pdf2table']) {
+    for (const name of ['translate', 'quicktranslate', 'login', 'account', 'support', 'pdf2table']) {
       await view.goTo(name, `host=excel&pane=xl1&uiLang=${lang}`);
       if (name === 'translate') {
         // All there is at once.
@@ -361,7 +361,29 @@ test('nothing overflows in the narrowest pane, in any language, on any page', as
           "onRunStarted({runId:1});onReady({total:9000,translatable:4000,runId:1});onSheetWriteBlocked({message:'x'})",
         );
         await view.run("for (const element of document.querySelectorAll('main [hidden]')) element.hidden = false");
-        await view.run("document.getElementById('style').open = true");
+        await view.run(
+          `for (let i = 0; i < 30; i++) onProgress({runId:1,wordIndex:i,total:9000,translatable:4000,skipped:i === 1,
+             original:'O' + i,translated:'T'})`,
+        );
+        await view.run(
+          `onSelectionPreview({fragments:2000,chars:90000,rangeAddress:'$A$1:$XFD$1048576',translatedCellsOnSheet:9000,
+             translatedCellsInSelection:4000,quickText:'A text'})`,
+        );
+        await view.run("for (const fold of document.querySelectorAll('details')) fold.open = true");
+        await view.page.locator('#unit-rows li').first().waitFor();
+      }
+      if (name === 'quicktranslate') {
+        await view.run("for (const element of document.querySelectorAll('main [hidden]')) element.hidden = false");
+        await view.run("document.getElementById('instruction-fields').open = true");
+        await view.id('text').fill('Text');
+        for (const ok of [true, false]) {
+          await view.posted();
+          await view.id('start').click();
+          const { requestId } = await view.postedNow('quickTranslate');
+          await view.run(
+            `onQuickTranslateResult({requestId:'${requestId}',ok:${ok},translation:'T',error:'HTTP request failed'})`,
+          );
+        }
       }
       const wide = await view.run(OVERFLOWING);
       if (wide.length > 0) problems.push(`${lang} ${name}: ${wide.join(', ')}`);

@@ -2,14 +2,23 @@ import assert from 'node:assert/strict';
 import { readdirSync, readFileSync } from 'node:fs';
 import { test } from 'node:test';
 
-import { ACTIONS, MESSAGES } from '../panel/assets/js/bridge.js';
+import { ACTIONS, EVENTS, MESSAGES } from '../panel/assets/js/bridge.js';
 import { readChoices } from '../panel/assets/js/choices.js';
-import { ERRORS, errorRow, unwrittenText } from '../panel/assets/js/errors.js';
+import {
+  cellsText,
+  ERRORS,
+  errorRow,
+  previewErrorText,
+  quickErrorCode,
+  unwrittenText,
+} from '../panel/assets/js/errors.js';
 import { canSwap, likelyTarget, sourcesOf, targetsOf } from '../panel/assets/js/language_fields.js';
 import english from '../panel/assets/js/languages/en.js';
+import { ANSWER_LIMIT_MS, ask, giveUp, readHistory, settle } from '../panel/assets/js/quick_history.js';
 import { advance, noRun, partDone, readRun } from '../panel/assets/js/run_state.js';
 import { hostColor, newTraceId, startMessage, styleFields } from '../panel/assets/js/start_message.js';
 import { readAnswer, requestBody } from '../panel/assets/js/translate_request.js';
+import { matchesOf, PAGE_LENGTH, pageOf } from '../panel/assets/js/unit_filter.js';
 
 /** The run after some steps: [name, message], each a second after the one before. */
 function runAfter(...steps) {
@@ -114,7 +123,7 @@ test('the start message holds what the user chose, and style only for a translat
     allSheets: true,
     font: 'Arial',
     fontSize: 9.5,
-    bold: true,
+    weight: 'bold',
     color: '#ff8000',
   });
   const asked = { accessToken: 'dev-a', clientTraceId: 't', viaPage: false };
@@ -152,6 +161,7 @@ test('the start message holds what the user chose, and style only for a translat
 
 test("an untouched style sends nothing; the default colour is the add-in's own", () => {
   assert.deepEqual(styleFields(readChoices(null)), {});
+  assert.deepEqual(styleFields(readChoices({ weight: 'regular' })), { targetFontBold: false });
   assert.equal(hostColor(readChoices(null).color), 9203290);
 });
 
@@ -199,6 +209,85 @@ test("the add-in's notices about cells that it could not write are known by thei
   assert.deepEqual(notices.map(unwrittenText), ['unwritten.locked', 'unwritten.protected', 'unwritten.some']);
 });
 
+test("the add-in's texts for changes of cells and for selections are known by their very text", () => {
+  const textsOf = (file) => {
+    const source = readFileSync(new URL(`../../src/translation/${file}`, import.meta.url), 'utf8');
+    return [...source.matchAll(/L"([^"]*\p{Script=Han}[^"]*)"/gu)].map(([, text]) => text);
+  };
+  const cells = [...textsOf('display_mode.h'), ...textsOf('display_mode.cpp')];
+  assert.equal(cells.length, 10, 'the sources were read');
+  for (const text of cells) assert.ok(Object.hasOwn(english, cellsText(text)), text);
+  assert.deepEqual([cellsText('Strange'), cellsText('constructor')], ['', '']);
+  assert.deepEqual(textsOf('selection_preview.h').map(previewErrorText), ['selection.failed', 'preview.unexpected']);
+});
+
+test("quick translation's failures stand for codes that have words", () => {
+  const sources = ['translate_request.cpp', 'error_codes.h', 'error_codes.cpp', 'quick_translate_worker.cpp'].map(
+    (file) => readFileSync(new URL(`../../src/translation/${file}`, import.meta.url), 'utf8'),
+  );
+  const said = (text) => {
+    assert.ok(
+      sources.some((source) => source.includes(`L"${text}`)),
+      `the add-in says "${text}"`,
+    );
+    return text;
+  };
+  const cases = {
+    unauthorized: [said('登录已失效，请重新登录'), 'not signed in'],
+    insufficient_credits: [said('积分不足')],
+    content_too_long: [said('内容过长'), 'Request too large'],
+    network_error: [said('HTTP request failed'), 'WinHttpConnect failed'],
+    batch_mismatch: [said('Translation count mismatch'), said('Empty translation response')],
+    internal_error: [said('Translation worker failed'), said('CreateThread failed')],
+    '': ['Strange', ''],
+  };
+  for (const [code, messages] of Object.entries(cases)) {
+    for (const message of messages) assert.equal(quickErrorCode(message), code, message);
+  }
+});
+
+test('texts are found in any letter case, and shown in portions', () => {
+  const unit = (original, translated, skipped = false) => ({ original, translated, skipped });
+  // Those between the first two were finished before the page could hear of them.
+  const units = [unit('Apple', 'Manzana'), , , unit('100', '100', true), unit('PEAR', 'pera')];
+  const found = (words, kind = 'all') => matchesOf(units, { words, kind });
+  assert.deepEqual(found(''), [0, 3, 4]);
+  assert.deepEqual(found(' pe '), [4]);
+  assert.deepEqual(found('MANZ'), [0]);
+  assert.deepEqual(found('', 'translated'), [0, 4]);
+  assert.deepEqual(found('a', 'skipped'), []);
+
+  const many = Array.from({ length: 2 * PAGE_LENGTH }, (_, index) => index);
+  assert.deepEqual(pageOf(many, 1), { page: 1, from: PAGE_LENGTH, rows: many.slice(PAGE_LENGTH), isLast: true });
+  assert.equal(pageOf([...many, 40], 1).isLast, false);
+  assert.equal(pageOf(many, 9).page, 1);
+  assert.equal(pageOf(many, -1).page, 0);
+  assert.deepEqual(pageOf([], 3), { page: 0, from: 0, rows: [], isLast: true });
+});
+
+test('the history keeps the last fifty texts, and what of a kept one fits', () => {
+  const question = (number) => ({ requestId: `q${number}`, text: 'a', sourceLang: 'auto', targetLang: 'es' });
+  let entries = [];
+  for (let number = 0; number < 51; number++) entries = ask(entries, question(number), number);
+  assert.deepEqual([entries.length, entries[0].requestId, entries.at(-1).requestId], [50, 'q50', 'q1']);
+  assert.equal(settle(entries, { requestId: 'q0', ok: true, translation: 'x' }), entries);
+  const settled = settle(entries, { requestId: 'q1', ok: true, translation: 'x' });
+  assert.equal(settle(settled, { requestId: 'q1', ok: false, error: 'late' }), settled);
+  assert.equal(giveUp(entries, ANSWER_LIMIT_MS), entries);
+  const late = giveUp(settled, ANSWER_LIMIT_MS + 2);
+  assert.deepEqual(
+    late.slice(-2).map(({ state }) => state),
+    ['failed', 'done'],
+  );
+  assert.deepEqual(readHistory(JSON.parse(JSON.stringify(settled))), settled);
+  const [entry] = entries;
+  assert.deepEqual(
+    readHistory([null, { ...entry, text: 1 }, { ...entry, state: 'x' }, { ...entry, at: null }, entry]),
+    [entry],
+  );
+  assert.deepEqual(readHistory({ length: 1 }), []);
+});
+
 test('languages offered are those that the service has pairs for', () => {
   const pairs = [
     ['en', 'es'],
@@ -230,6 +319,11 @@ test('the bridge says and hears only what the protocol has', () => {
     for (const field of fields) assert.ok(words.includes(`\`${field}\``), `${action} ${field}`);
   }
   for (const message of MESSAGES) assert.ok(heard.includes(`\n| \`${message}\` |`), message);
+  const called = section('## To a page: scripts', 'Error codes of `onError`');
+  const events = [...called.matchAll(/^\|([^|]+)\|/gm)].flatMap(([, cell]) =>
+    [...cell.matchAll(/`([^`]+)`/g)].map(([, name]) => name),
+  );
+  assert.deepEqual(events.filter((name) => !name.includes('.')).sort(), [...EVENTS].sort());
 });
 
 test('a batch goes to the service without its empty members', () => {

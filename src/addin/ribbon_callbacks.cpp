@@ -1,7 +1,5 @@
 #include "addin/ribbon_callbacks.h"
 
-#include <string>
-
 #include "addin/blank_rows_command.h"
 #include "addin/host_window.h"
 #include "addin/pdf_translation_command.h"
@@ -45,10 +43,10 @@ void RibbonCallbacks::Call(DISPID id, IDispatch* argument, VARIANT* result) {
       KeepRibbon(argument);
       return;
     case kRibbonGetLabel:
-      answer = Variant(RibbonLabel(GetUiLanguage(), ReadRibbonControl(argument).id));
+      answer = Variant(RibbonLabel(Language(), ReadRibbonControl(argument).id));
       break;
     case kRibbonGetScreentip:
-      answer = Variant(RibbonScreentip(GetUiLanguage(), ReadRibbonControl(argument).id));
+      answer = Variant(RibbonScreentip(Language(), ReadRibbonControl(argument).id));
       break;
     case kRibbonGetImage:
       if (const auto image = Image(ReadRibbonControl(argument))) answer = Variant(image.Get());
@@ -58,6 +56,13 @@ void RibbonCallbacks::Call(DISPID id, IDispatch* argument, VARIANT* result) {
       return;
   }
   if (result != nullptr) *result = answer.Detach();
+}
+
+const std::wstring& RibbonCallbacks::Language() {
+  // A language that was guessed before the host connected must not stay.
+  const bool lasts = ribbon_ != nullptr && HostSession::Get().Application() != nullptr;
+  if (!language_ || !lasts) language_ = GetUiLanguage();
+  return *language_;
 }
 
 ComPtr<IDispatch> RibbonCallbacks::Image(const RibbonControlNames& control) {
@@ -79,16 +84,19 @@ ComPtr<IDispatch> RibbonCallbacks::Image(const RibbonControlNames& control) {
 
 void RibbonCallbacks::KeepRibbon(IDispatch* ribbon) {
   secondTry_.Stop();
+  language_.reset();
   ribbon_ = ribbon;
 }
 
 void RibbonCallbacks::ReleaseRibbon() {
   secondTry_.Stop();
   ribbon_.Reset();
+  language_.reset();
   pictures_.Release();
 }
 
 void RibbonCallbacks::InvalidateRibbon() {
+  language_.reset();
   // A reference of its own: the host may load its ribbon anew inside the call.
   const ComPtr<IDispatch> ribbon = ribbon_;
   if (ribbon == nullptr || !Invalidate(ribbon.Get()).IsBusy()) return;

@@ -2,6 +2,9 @@
 
 #include <oaidl.h>
 
+#include <optional>
+#include <string>
+
 #include "addin/office_interfaces.h"
 #include "addin/ribbon_commands.h"
 #include "addin/ribbon_control.h"
@@ -29,6 +32,9 @@ class RibbonCallbacks {
 
  private:
   void KeepRibbon(IDispatch* ribbon);
+  /// The UI language, read from the settings once for all texts of a ribbon until it is invalidated: a host
+  /// asks for one after the other.
+  [[nodiscard]] const std::wstring& Language();
   /// Null for a control without an icon and when the icon cannot be loaded.
   [[nodiscard]] ComPtr<IDispatch> Image(const RibbonControlNames& control);
   /// Has every label, tip and picture fetched again; a busy host is asked once more later.
@@ -37,6 +43,7 @@ class RibbonCallbacks {
 
   TaskPanes& panes_;
   ComPtr<IDispatch> ribbon_;
+  std::optional<std::wstring> language_;
   UiTimer secondTry_;
   RibbonPictures pictures_;
 };

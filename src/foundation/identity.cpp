@@ -115,14 +115,17 @@ std::wstring GetClientVersion() {
 }
 
 ClientFacts GatherClientFacts() {
+  // Asked for with every request; neither changes while the process lasts.
+  static const std::wstring installId = GetInstallId();
+  static const std::wstring clientVersion = GetClientVersion();
   const HostSession& host = HostSession::Get();
   ClientFacts facts;
-  facts.installId = GetInstallId();
+  facts.installId = installId;
   facts.channel = QV_CHANNEL;
   facts.os = GetOsString();
   facts.hostApp = HostKindText(host.Kind());
   facts.hostVersion = host.Version();
-  facts.clientVersion = GetClientVersion();
+  facts.clientVersion = clientVersion;
   facts.commit = QV_COMMIT;
   facts.buildDate = QV_BUILD_DATE;
   facts.hostAppName = host.Kind() == HostKind::kWpsExcel ? L"WPS Spreadsheets" : L"Microsoft Excel";

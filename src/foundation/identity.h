@@ -16,7 +16,8 @@ namespace qv {
 /// "version" of version.json beside the DLL; "0.0.0" when missing.
 [[nodiscard]] std::wstring GetClientVersion();
 
-/// All facts of this process and host. Host UI thread (it reads the host session).
+/// All facts of this process and host; what is stored outside is read once a process. Host UI thread (it
+/// reads the host session).
 [[nodiscard]] ClientFacts GatherClientFacts();
 
 /// Sends one event in the background; nothing for an empty name, "unknown" for an empty source. Host UI

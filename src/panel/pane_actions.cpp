@@ -8,7 +8,7 @@
 #include "panel/fonts.h"
 #include "panel/page_scripts.h"
 #include "panel/pane_timers.h"
-#include "translation/local_store.h"
+#include "translation/local_snapshot_worker.h"
 #include "translation/quick_write.h"
 #include "workbook/automation.h"
 #include "workbook/doc_key.h"
@@ -81,7 +81,7 @@ void PaneActions::DocKeyGet(const PanelMessage& message) {
 }
 
 void PaneActions::ExportLocalSnapshot(const PanelMessage& message) {
-  Reply(message, LocalSnapshotData(ReadLocalStore()));
+  AnswerWithLocalSnapshot(context_, bridge_, JsonGetString(message.text, L"requestId"));
 }
 
 void PaneActions::ClientInfoGet(const PanelMessage& message) {
@@ -96,7 +96,7 @@ void PaneActions::Start(const PanelMessage& message) {
   const std::wstring token = TokenOfMessage(message.text);
   if (!token.empty()) static_cast<void>(tokens_.Store(token));
   // A preview that is still to come would disturb the run.
-  KillTimer(context_.Window(), kPreviewTimer);
+  KillTimer(context_->Window(), kPreviewTimer);
   run_.Start(message.action, message.text);
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "foundation/access_tokens.h"
 #include "foundation/pane_context.h"
@@ -22,12 +24,12 @@ namespace qv {
 /// whoever owns it. UI thread, outside browser events.
 class PaneActions final : public PanelActions {
  public:
-  /// All outlive the actions.
-  PaneActions(PaneContext& context, PanelBridge& bridge, WorkspaceWindow& workspace,
+  /// `context` is shared with workers that may outlive the pane; the others outlive the actions.
+  PaneActions(std::shared_ptr<PaneContext> context, PanelBridge& bridge, WorkspaceWindow& workspace,
               ImagePreviewWindow& preview, const PanelNavigator& navigator, AccessTokens& tokens,
               const TargetContext& target, RunController& run, QuickTranslator& quickTranslator,
               SelectionPreviewReader& selectionPreview, WorkbookTools& tools)
-      : context_(context),
+      : context_(std::move(context)),
         bridge_(bridge),
         workspace_(workspace),
         preview_(preview),
@@ -74,7 +76,7 @@ class PaneActions final : public PanelActions {
   void Reply(const PanelMessage& message, std::wstring_view data);
   [[nodiscard]] std::wstring DocumentKey() const;
 
-  PaneContext& context_;
+  std::shared_ptr<PaneContext> context_;
   PanelBridge& bridge_;
   WorkspaceWindow& workspace_;
   ImagePreviewWindow& preview_;

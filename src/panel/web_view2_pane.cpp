@@ -30,7 +30,7 @@ CWebView2Pane::CWebView2Pane()
       quickTranslator_(context_, bridge_),
       selectionPreview_(target_, session_, *context_, bridge_),
       tools_(context_, target_, bridge_),
-      actions_(*context_, bridge_, workspace_, preview_, navigator_, tokens_, target_, run_, quickTranslator_,
+      actions_(context_, bridge_, workspace_, preview_, navigator_, tokens_, target_, run_, quickTranslator_,
                selectionPreview_, tools_),
       window_(*this) {
   PaneRegistry::Add(*this);

@@ -12,6 +12,10 @@
 namespace qv {
 namespace {
 
+// The host's XlUnderlineStyle.
+constexpr int kSingleLine = 2;
+constexpr int kNoLine = -4142;
+
 /// Puts a value that is wanted. What the host refuses stays as it is, and the rest goes on.
 template <typename Value>
 void Put(IDispatch* object, const wchar_t* name, const std::optional<Value>& wanted) {
@@ -24,7 +28,9 @@ void ApplyFont(IDispatch* range, const FontFormat& format) {
   const ComPtr<IDispatch> font = GetDispProperty(range, L"Font");
   Put(font.Get(), L"Bold", format.bold);
   Put(font.Get(), L"Italic", format.italic);
-  Put(font.Get(), L"Underline", format.underline);
+  if (format.underline) {
+    Put(font.Get(), L"Underline", std::optional(*format.underline ? kSingleLine : kNoLine));
+  }
   Put(font.Get(), L"Size", format.size);
   Put(font.Get(), L"Name", format.name);
   Put(font.Get(), L"Color", format.color);

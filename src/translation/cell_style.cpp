@@ -9,14 +9,15 @@
 namespace qv {
 namespace {
 
-bool Put(IDispatch* object, std::wstring_view name, const Variant& value) {
-  return SUCCEEDED(PutDispProperty(object, name, &value));
+/// Of several refusals the first is kept, but a busy answer goes before all others.
+void Keep(HostAnswer& answer, const HostAnswer& own) {
+  if (!own.Ok() && !answer.IsBusy() && (answer.Ok() || own.IsBusy())) answer = own;
 }
 
-bool PutFontPart(IDispatch* font, std::wstring_view name, const Variant& value) {
-  if (Put(font, name, value)) return true;
-  PaneLog(Concat(L"Excel bilingual Font.", name, L" failed\r\n"));
-  return false;
+void PutFontPart(IDispatch* font, std::wstring_view name, const Variant& value, HostAnswer& answer) {
+  const HostAnswer own = PutProperty(font, name, value);
+  if (!own.Ok()) PaneLog(Concat(L"Excel bilingual Font.", name, L" failed\r\n"));
+  Keep(answer, own);
 }
 
 std::optional<std::int32_t> CaptureColor(IDispatch* font, std::int32_t row, std::int32_t col) {
@@ -29,17 +30,17 @@ std::optional<std::int32_t> CaptureColor(IDispatch* font, std::int32_t row, std:
   return std::nullopt;
 }
 
-/// The font of a piece of the cell's text, or null (logged).
-ComPtr<IDispatch> FontOfPiece(IDispatch* cell, std::int32_t start, std::int32_t length) {
+/// The font of a piece of the cell's text, or null (logged) with how the host refused.
+ComPtr<IDispatch> FontOfPiece(IDispatch* cell, std::int32_t start, std::int32_t length, HostAnswer& answer) {
   const std::array<Variant, 2> piece = {Variant(start), Variant(length)};
   Variant characters;
-  const HRESULT hr = GetIndexedProperty(cell, L"Characters", piece, characters);
-  if (hr == DISP_E_UNKNOWNNAME) {
+  answer.hr = GetIndexedProperty(cell, L"Characters", piece, characters, &answer.exceptionCode);
+  if (answer.hr == DISP_E_UNKNOWNNAME) {
     PaneLog(L"Excel bilingual Characters GetIDsOfNames failed\r\n");
     return nullptr;
   }
   ComPtr<IDispatch> font;
-  if (SUCCEEDED(hr)) font = GetDispProperty(characters.Object().Get(), L"Font");
+  if (answer.Ok()) font = GetDispProperty(characters.Object().Get(), L"Font", &answer);
   if (font == nullptr) PaneLog(L"Excel bilingual Characters failed (WPS may omit color)\r\n");
   return font;
 }
@@ -58,10 +59,7 @@ bool Shows(IDispatch* object, const wchar_t* name, const Variant& wanted) {
 template <typename Value>
 void PutBack(IDispatch* object, const wchar_t* name, const std::optional<Value>& known, HostAnswer& answer) {
   if (!known || answer.IsBusy() || Shows(object, name, Variant(*known))) return;
-  const Variant value(*known);
-  HostAnswer own;
-  own.hr = PutDispProperty(object, name, &value, &own.exceptionCode);
-  if (!own.Ok() && (answer.Ok() || own.IsBusy())) answer = own;
+  Keep(answer, PutProperty(object, name, Variant(*known)));
 }
 
 void PutWrapBack(IDispatch* cell, const std::optional<bool>& wrap, HostAnswer& answer) {
@@ -96,21 +94,22 @@ ComPtr<IDispatch> MergeAreaOf(IDispatch* cell) {
 
 void WrapCellText(IDispatch* cell) {
   const Variant on(true);
-  if (!Put(cell, L"WrapText", on)) PaneLog(L"Excel bilingual WrapText failed\r\n");
+  if (!PutProperty(cell, L"WrapText", on).Ok()) PaneLog(L"Excel bilingual WrapText failed\r\n");
   const ComPtr<IDispatch> area = MergeAreaOf(cell);
-  if (area != nullptr && !Put(area.Get(), L"WrapText", on)) {
+  if (area != nullptr && !PutProperty(area.Get(), L"WrapText", on).Ok()) {
     PaneLog(L"Excel bilingual MergeArea WrapText failed\r\n");
   }
 }
 
-bool StyleTranslation(IDispatch* cell, const BilingualValue& value, const TargetFont& font) {
-  const ComPtr<IDispatch> piece = FontOfPiece(cell, value.start, value.length);
-  if (piece == nullptr) return false;
-  bool styled = PutFontPart(piece.Get(), L"Color", Variant(font.color));
-  if (font.bold) styled &= PutFontPart(piece.Get(), L"Bold", Variant(*font.bold));
-  if (font.name) styled &= PutFontPart(piece.Get(), L"Name", Variant(*font.name));
-  if (font.size) styled &= PutFontPart(piece.Get(), L"Size", Variant(*font.size));
-  return styled;
+HostAnswer StyleTranslation(IDispatch* cell, const BilingualValue& value, const TargetFont& font) {
+  HostAnswer answer;
+  const ComPtr<IDispatch> piece = FontOfPiece(cell, value.start, value.length, answer);
+  if (piece == nullptr) return answer;
+  PutFontPart(piece.Get(), L"Color", Variant(font.color), answer);
+  if (font.bold) PutFontPart(piece.Get(), L"Bold", Variant(*font.bold), answer);
+  if (font.name) PutFontPart(piece.Get(), L"Name", Variant(*font.name), answer);
+  if (font.size) PutFontPart(piece.Get(), L"Size", Variant(*font.size), answer);
+  return answer;
 }
 
 HostAnswer RestoreBaseline(IDispatch* cell, const BaselineFont& baseline) {

@@ -22,8 +22,10 @@ namespace qv {
 /// Wraps the cell's text, and its merge area's.
 void WrapCellText(IDispatch* cell);
 
-/// Styles the translation inside the cell's text and nothing else. False when any part was refused.
-[[nodiscard]] bool StyleTranslation(IDispatch* cell, const BilingualValue& value, const TargetFont& font);
+/// Styles the translation inside the cell's text and nothing else; every part is tried. Good when all were
+/// taken, else how the host refused.
+[[nodiscard]] HostAnswer StyleTranslation(IDispatch* cell, const BilingualValue& value,
+                                          const TargetFont& font);
 
 /// Makes the cell look as it did before write-back: what differs is put, so that automatic and theme colours
 /// stay what they are. Good when all is as it was, else how the host refused.

@@ -5,9 +5,11 @@
 
 #include "foundation/text.h"
 #include "foundation/variant.h"
+#include "translation/restore_rules.h"
 #include "workbook/automation.h"
 #include "workbook/cell_text.h"
 #include "workbook/chart_collection.h"
+#include "workbook/host_state.h"
 #include "workbook/platform_letters.h"
 
 namespace qv {
@@ -41,8 +43,7 @@ ComPtr<IDispatch> FindTitle(const TargetContext& target, const CellUnit& unit, C
   ComPtr<IDispatch> title = TitleOf(charts.Get(), unit.chart);
   if (title != nullptr) return title;
   // A busy host answers nothing at all; a chart that is gone leaves everything else in place.
-  Variant ignored;
-  status.hr = GetProperty(target.Application(), L"ActiveWorkbook", ignored, &status.exceptionCode);
+  status = AskHost(target.Application());
   if (!status.IsBusy()) status = {E_FAIL, 0};
   return nullptr;
 }
@@ -61,25 +62,15 @@ std::vector<CellUnit> CollectChartTitles(IDispatch* sheet, std::wstring_view she
   return units;
 }
 
-CellWriteResult ReadChartTitle(const TargetContext& target, const CellUnit& unit, std::wstring& text) {
-  CellWriteResult result;
-  const ComPtr<IDispatch> title = FindTitle(target, unit, result);
-  Variant value;
-  if (title != nullptr) result.hr = GetProperty(title.Get(), L"Text", value, &result.exceptionCode);
-  text = value.Text();
-  return result;
-}
-
 CellWriteResult WriteChartTitle(const TargetContext& target, const CellUnit& unit, std::wstring_view text) {
   CellWriteResult result;
   const ComPtr<IDispatch> title = FindTitle(target, unit, result);
   if (title == nullptr) return result;
-  // Charts may have been deleted or added since: the number then names another one.
-  const std::wstring shown = GetStringProperty(title.Get(), L"Text");
-  if (TrimRight(shown) != unit.sourceText && !unit.written) return {E_FAIL, 0};
-  const Variant value(text);
-  result.hr = PutDispProperty(title.Get(), L"Text", &value, &result.exceptionCode);
-  return result;
+  Variant shown;
+  result.hr = GetProperty(title.Get(), L"Text", shown, &result.exceptionCode);
+  if (!result.Ok()) return result;
+  if (!IsOurText(unit, shown.Text())) return {E_FAIL, 0};
+  return PutProperty(title.Get(), L"Text", Variant(text));
 }
 
 }  // namespace qv

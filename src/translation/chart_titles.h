@@ -17,11 +17,8 @@ namespace qv {
 /// One unit a chart with a title worth translating, in the order of the sheet's charts.
 [[nodiscard]] std::vector<CellUnit> CollectChartTitles(IDispatch* sheet, std::wstring_view sheetName);
 
-/// What the title that the unit came from shows now.
-[[nodiscard]] CellWriteResult ReadChartTitle(const TargetContext& target, const CellUnit& unit,
-                                             std::wstring& text);
-
-/// Sets the title that the unit came from.
+/// Sets the title that the unit came from. Fails for a title that shows neither the unit's source nor its
+/// translation: charts may have been deleted or added since, and the number then names another one.
 [[nodiscard]] CellWriteResult WriteChartTitle(const TargetContext& target, const CellUnit& unit,
                                               std::wstring_view text);
 

@@ -6,12 +6,10 @@
 #include <functional>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include "foundation/pane_context.h"
 #include "foundation/panel_output.h"
-#include "translation/display_mode.h"
-#include "translation/restore_rules.h"
+#include "translation/display_request.h"
 #include "translation/start_request.h"
 #include "translation/translation_session.h"
 #include "translation/ui_slices.h"
@@ -23,13 +21,16 @@ namespace qv {
 /// Switches what the session's cells show after a run: source and translation, the translation, or the
 /// source. Requests are worked off in order, in short slices between which the host handles its messages; a
 /// host that is busy is asked again later, a bounded number of times. While a run goes on they wait, or are
-/// refused where an answer can say so. Host UI thread.
+/// refused where an answer can say so; the restore before a run goes the same way. Host UI thread.
 class DisplayController : public std::enable_shared_from_this<DisplayController> {
  public:
+  /// Hears whether everything was tried; false when the host was too busy to the end. It may begin the next.
+  using RestoreEnd = std::function<void(bool complete)>;
+
   /// `target`, `session` and `output` are valid until `Stop`. `onIdle` is called when the last request is
   /// done.
   DisplayController(std::shared_ptr<PaneContext> pane, PanelOutput& output, TargetContext& target,
-                    TranslationSession& session, std::function<void()> onIdle);
+                    TranslationSession& session, std::function<void()> onIdle, Patience patience);
 
   /// Words as the page sends them; answered with "onExcelDisplayModeDone".
   void SetMode(std::wstring_view mode, std::wstring_view scope);
@@ -50,46 +51,41 @@ class DisplayController : public std::enable_shared_from_this<DisplayController>
   void Stop();
 
   /// Puts back what an earlier run wrote to the sheet (all sheets for an empty name), as far as nobody has
-  /// changed it since. Returns when it is done or nobody wants it any more; the host repaints meanwhile.
-  void RestoreBeforeCollect(std::wstring_view sheetName, const std::function<bool()>& stillWanted);
+  /// changed it since; what is short is done when this returns. Only while held; `Hold` drops it without a
+  /// word. The target is pinned.
+  void RestoreBeforeCollect(std::wstring_view sheetName, RestoreEnd restored);
 
  private:
-  enum class Kind { kSwitch, kRestyle, kRestoreAll, kApplyAll, kRestoreOne, kApplyOne };
-
-  struct Request {
-    Kind kind;
-    DisplayMode mode = DisplayMode::kOriginal;
-    DisplayScope scope = DisplayScope::kSession;
-    /// Of a single unit.
-    std::size_t index = 0;
-    TargetFont font{};
-
-    [[nodiscard]] bool IsRestore() const;
-  };
+  using Kind = DisplayRequest::Kind;
 
   /// The request that is being worked on.
   struct Job {
-    Request request;
-    std::unique_ptr<UnitPass> pass;
+    DisplayRequest request;
+    /// Of a restore before a run; else empty.
+    RestoreEnd restored{};
+    bool isPlanned = false;
+    DisplayPlan plan{};
+    bool gaveUp = false;
     /// In a row.
     int busyAnswers = 0;
-    std::size_t lastPosition = 0;
+    std::size_t lastProgress = 0;
+
+    [[nodiscard]] DisplayTally Tally() const;
   };
 
-  void Submit(Request request);
+  void Submit(DisplayRequest request);
   void Drain();
+  [[nodiscard]] bool HasWork() const;
   void WorkOff();
-  /// Takes the first request; it may be answered at once.
-  void BeginNext();
-  /// What the request is to change, or why there is nothing.
-  [[nodiscard]] std::unique_ptr<UnitPass> Prepare(const Request& request, std::wstring_view& message);
-  [[nodiscard]] UnitTest ScopeOf(const Request& request, std::wstring_view& message) const;
-  [[nodiscard]] std::vector<std::size_t> UnitsOf(const Request& request, std::wstring_view& message) const;
-  [[nodiscard]] bool IsSessionsWorkbook() const;
+  /// Plans the job or does a slice of it.
+  [[nodiscard]] UnitPass::Step Advance(const std::shared_ptr<Job>& job);
+  /// What is left fails. True when something is to be done even so.
+  [[nodiscard]] bool GiveUp(Job& job) const;
   /// Comes back later. False when it cannot or should not.
   [[nodiscard]] bool Rest(Job& job, UnitPass::Step step);
+  /// Works on when it is called.
+  [[nodiscard]] std::function<void()> Continuation();
   void FinishJob();
-  void Answer(const Request& request, const DisplayTally& tally, std::wstring_view message);
   void AbandonAll();
 
   std::shared_ptr<PaneContext> pane_;
@@ -98,10 +94,9 @@ class DisplayController : public std::enable_shared_from_this<DisplayController>
   TranslationSession& session_;
   std::function<void()> onIdle_;
   UiSlices slices_;
-  std::deque<Request> waiting_;
+  Patience patience_;
+  std::deque<DisplayRequest> waiting_;
   std::shared_ptr<Job> job_;
-  /// Counts what makes a request that is being prepared pointless.
-  std::uint64_t serial_ = 0;
   bool held_ = false;
   bool draining_ = false;
   /// A task or the timer brings the next slice.

@@ -104,9 +104,9 @@ std::wstring BatchDoneScript(std::wstring_view action) {
   return Concat(L"if(window.onBatchDone)onBatchDone({action:", JsonQuote(action), L"})");
 }
 
-std::wstring DisplayModeLogLine(DisplayMode mode, DisplayScope scope, const DisplayTally& tally) {
-  return Concat(L"Excel displayMode=", DisplayModeName(mode), L" scope=", DisplayScopeName(scope),
-                L" applied=", tally.applied, L" failed=", tally.failed, L"\r\n");
+std::wstring DisplayModeLogLine(std::wstring_view mode, DisplayScope scope, const DisplayTally& tally) {
+  return Concat(L"Excel displayMode=", mode, L" scope=", DisplayScopeName(scope), L" applied=", tally.applied,
+                L" failed=", tally.failed, L"\r\n");
 }
 
 std::wstring RestyleLogLine(const DisplayTally& tally) {

@@ -52,7 +52,8 @@ inline constexpr std::wstring_view kDisplayRunning = L"正在翻译，请稍候�
 /// `action` is "restoreAll" or "applyAll".
 [[nodiscard]] std::wstring BatchDoneScript(std::wstring_view action);
 
-[[nodiscard]] std::wstring DisplayModeLogLine(DisplayMode mode, DisplayScope scope,
+/// `mode` is a name, or what the page sent in its place.
+[[nodiscard]] std::wstring DisplayModeLogLine(std::wstring_view mode, DisplayScope scope,
                                               const DisplayTally& tally);
 [[nodiscard]] std::wstring RestyleLogLine(const DisplayTally& tally);
 

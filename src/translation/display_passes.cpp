@@ -31,9 +31,7 @@ void WritePass::EndSlice() {
 }
 
 WriteOutcome RestylePass::Change(std::size_t index) {
-  // Copies: the host may run a new start of the page before it comes back from a call.
-  const CellUnit unit = Session().units[index];
-  const TargetFont font = Session().font;
+  const CellUnit& unit = Session().units[index];
   if (!unit.written || !unit.bilingual) return WriteOutcome::kNothing;
   CellTarget place = finder_.Find(unit.SheetName(), unit.row, unit.col);
   Variant live;
@@ -48,7 +46,9 @@ WriteOutcome RestylePass::Change(std::size_t index) {
                    text.size(), L" start1Based=", value.start, L" transLen=", value.length, L"\r\n"));
     return WriteOutcome::kNothing;
   }
-  return StyleTranslation(place.cell.Get(), value, font) ? WriteOutcome::kWritten : WriteOutcome::kFailed;
+  const HostAnswer styled = StyleTranslation(place.cell.Get(), value, Session().font);
+  if (styled.IsBusy()) return WriteOutcome::kBusy;
+  return styled.Ok() ? WriteOutcome::kWritten : WriteOutcome::kFailed;
 }
 
 }  // namespace qv

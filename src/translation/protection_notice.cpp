@@ -58,7 +58,8 @@ void LogNotice(const CellUnit& unit, const CellWriteResult& result, const Obstac
 }  // namespace
 
 void ProtectionNotice::OnWriteFailed(const CellUnit& unit, const CellWriteResult& result, bool bilingual) {
-  const Obstacle obstacle = FindObstacle(target_, unit);
+  // A busy host would refuse the questions, too.
+  const Obstacle obstacle = result.IsBusy() ? Obstacle() : FindObstacle(target_, unit);
   LogRefusedWrite(unit, obstacle, bilingual);
   if (given_) {
     LogSilentFailure(unit, result, obstacle);

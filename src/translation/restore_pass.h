@@ -20,7 +20,8 @@ enum class RestoreRule {
 };
 
 /// Puts written units back, last one first: source text or former formula, former font, and at the end the
-/// heights of their rows. A unit that fails keeps its mark. Host UI thread.
+/// heights of all rows in which no written unit is left. A unit that fails keeps its mark, a row its height
+/// for the next restore. Host UI thread.
 class RestorePass final : public UnitPass {
  public:
   /// `target` and `session` outlive the pass. `units` in the session's order; `wholeSession` is for the log.
@@ -42,11 +43,10 @@ class RestorePass final : public UnitPass {
   CellFinder finder_;
   RestoreRule rule_;
   bool wholeSession_;
-  /// Units that are back.
-  std::vector<std::size_t> restored_;
   /// Rows whose height is still to be put back, last one first.
   std::vector<SheetRow> rows_;
   bool rowsKnown_ = false;
+  bool changedAnything_ = false;
   std::size_t heightsBefore_ = 0;
   std::size_t heightsRestored_ = 0;
 };

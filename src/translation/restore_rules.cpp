@@ -1,6 +1,7 @@
 #include "translation/restore_rules.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include "foundation/text.h"
@@ -12,10 +13,6 @@ namespace {
 
 std::wstring Normalised(std::wstring_view text) {
   return ReplaceAll(ReplaceAll(TrimRight(text), L"\r\n", L"\n"), L"\r", L"\n");
-}
-
-SheetRow RowOf(const CellUnit& unit) {
-  return {unit.SheetName(), unit.row};
 }
 
 }  // namespace
@@ -40,18 +37,23 @@ std::vector<std::size_t> UnitsThat(const TranslationSession& session, const Unit
   return indexes;
 }
 
-std::vector<SheetRow> RowsToRestore(const TranslationSession& session,
-                                    const std::vector<std::size_t>& units) {
-  std::set<SheetRow> rows;
-  if (session.previousRowHeights.empty()) return {};
-  for (const std::size_t index : units) {
-    SheetRow row = RowOf(session.units[index]);
-    if (session.previousRowHeights.contains(row)) rows.insert(std::move(row));
-  }
+std::vector<SheetRow> RowsToRestore(const TranslationSession& session) {
+  std::map<std::wstring_view, std::set<std::int32_t>> changed;
+  for (const auto& [row, height] : session.previousRowHeights)
+    changed[row.first].insert(row.second);
+  if (changed.empty()) return {};
   for (const CellUnit& unit : session.units) {
-    if (unit.written && unit.bilingual && !rows.empty()) rows.erase(RowOf(unit));
+    if (!unit.written) continue;
+    if (const auto sheet = changed.find(unit.SheetName()); sheet != changed.end()) {
+      sheet->second.erase(unit.row);
+    }
   }
-  return {rows.begin(), rows.end()};
+  std::vector<SheetRow> due;
+  for (const auto& [sheetName, rows] : changed) {
+    for (const std::int32_t row : rows)
+      due.emplace_back(sheetName, row);
+  }
+  return due;
 }
 
 double RestorableHeight(double points) {

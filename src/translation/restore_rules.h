@@ -29,10 +29,9 @@ using UnitTest = std::function<bool(const CellUnit&)>;
 /// Indexes (0-based) of the units that pass, in the session's order.
 [[nodiscard]] std::vector<std::size_t> UnitsThat(const TranslationSession& session, const UnitTest& passes);
 
-/// The rows whose former height is due: those of the given units, but no row in which a bilingual cell is
-/// left that needs the room.
-[[nodiscard]] std::vector<SheetRow> RowsToRestore(const TranslationSession& session,
-                                                  const std::vector<std::size_t>& units);
+/// The rows whose former height is due: those that write-back has changed and in which no written unit is
+/// left. It follows from the session alone, so that what one restore could not finish the next one does.
+[[nodiscard]] std::vector<SheetRow> RowsToRestore(const TranslationSession& session);
 
 /// A remembered height within the host's limits, in points.
 [[nodiscard]] double RestorableHeight(double points);

@@ -17,8 +17,7 @@ namespace {
 constexpr const wchar_t* kRowHeight = L"RowHeight";
 
 bool PutRowHeight(IDispatch* row, double points) {
-  const Variant value(points);
-  return SUCCEEDED(PutDispProperty(row, kRowHeight, &value));
+  return PutProperty(row, kRowHeight, Variant(points)).Ok();
 }
 
 CellMetrics MetricsOf(IDispatch* cell) {
@@ -39,12 +38,17 @@ std::wstring Place(std::wstring_view sheetName, std::int32_t row) {
 }  // namespace
 
 void RowFitter::NoteFrozenRows() {
+  workbookKey_ = target_.WorkbookKey();
   const ComPtr<IDispatch> window = target_.GetTargetWindowDrv();
   const ComPtr<IDispatch> sheet = target_.GetActiveSheetDispatch();
-  if (!GetFlagProperty(window.Get(), L"FreezePanes").value_or(false)) return;
-  const std::int32_t lastFrozenRow = GetIntProperty(window.Get(), L"SplitRow");
   const std::wstring sheetName = GetStringProperty(sheet.Get(), L"Name");
-  lastFrozenRows_.insert_or_assign(sheetName, lastFrozenRow);
+  const std::optional<bool> frozen = GetFlagProperty(window.Get(), L"FreezePanes");
+  const std::optional<double> split = GetNumberProperty(window.Get(), L"SplitRow");
+  // What cannot be read now is as it was.
+  if (sheetName.empty() || !frozen || !split) return;
+  const auto lastFrozenRow = static_cast<std::int32_t>(*frozen ? *split : 0.0);
+  session_.lastFrozenRows.insert_or_assign({workbookKey_, sheetName}, lastFrozenRow);
+  if (!*frozen) return;
   if (IsWorkbookReadOnly(target_.Application()) || IsSheetProtected(sheet.Get())) {
     PaneLog(Concat(L"Excel bilingual preserve freeze read-only sheet=", sheetName, L" lastFrozenRow=",
                    lastFrozenRow, L"\r\n"));
@@ -78,8 +82,8 @@ void RowFitter::FinishRow() {
 }
 
 bool RowFitter::IsFrozen(const OpenRow& row) const {
-  const auto entry = lastFrozenRows_.find(row.sheetName);
-  return entry != lastFrozenRows_.end() && row.row <= entry->second;
+  const auto entry = session_.lastFrozenRows.find({workbookKey_, row.sheetName});
+  return entry != session_.lastFrozenRows.end() && row.row <= entry->second;
 }
 
 void RowFitter::KeepHeight(const OpenRow& row) {

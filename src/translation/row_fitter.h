@@ -3,7 +3,6 @@
 #include <oaidl.h>
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,7 +23,8 @@ class RowFitter {
   /// Both outlive the fitter.
   RowFitter(const TargetContext& target, TranslationSession& session) : target_(target), session_(session) {}
 
-  /// Reads how many rows of the target window's active sheet are frozen. A window tells it of no other sheet.
+  /// Reads how many rows of the target window's active sheet are frozen. A window tells it of no other sheet;
+  /// for these the session keeps what was read when they were shown.
   void NoteFrozenRows();
 
   /// Before a cell of the row is written: notes the row's height, and fits the row written before.
@@ -54,8 +54,7 @@ class RowFitter {
 
   const TargetContext& target_;
   TranslationSession& session_;
-  /// By sheet name; 1-based.
-  std::map<std::wstring, std::int32_t, std::less<>> lastFrozenRows_;
+  std::wstring workbookKey_;
   std::optional<OpenRow> open_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,6 +19,7 @@
 #include "translation/start_request.h"
 #include "translation/terminology_bridge.h"
 #include "translation/translation_session.h"
+#include "translation/ui_slices.h"
 #include "translation/ui_timer.h"
 #include "workbook/collector.h"
 #include "workbook/target_context.h"
@@ -30,14 +32,14 @@ class RunController : private RunListener, private WriteListener {
  public:
   /// `context` is shared with workers that may outlive the pane; the others outlive the controller.
   RunController(std::shared_ptr<PaneContext> context, PanelOutput& output, TargetContext& target,
-                AccessTokens& tokens, TranslationSession& session);
+                AccessTokens& tokens, TranslationSession& session, Patience patience = {});
   RunController(const RunController&) = delete;
   RunController& operator=(const RunController&) = delete;
   /// Shuts down. Not from within one of the controller's own calls of the host.
   ~RunController() override;
 
   /// "start", "startSelection" or "restart" with the page's whole message; every refusal reaches the page as
-  /// an error script.
+  /// an error script. The run may begin later: when a write under way and the restore before it are done.
   void Start(std::wstring_view action, const std::wstring& message);
   void Cancel();
   void Pause();
@@ -96,10 +98,20 @@ class RunController : private RunListener, private WriteListener {
 
   [[nodiscard]] bool IsDuplicate(const std::wstring& clientTraceId);
   void TraceStart(const StartRequest& start, const std::wstring& message) const;
-  void Begin(const StartRequest& start, std::uint64_t serial);
-  /// A newer start, or the shutdown, came while the host was being called.
+  /// A newer start, or the shutdown, came while the host was being called or the start waited.
   [[nodiscard]] bool IsOutdated(std::uint64_t serial) const { return shutDown_ || serial != startSerial_; }
-  void RestoreBeforeCollect(const StartRequest& start, std::wstring_view sheetName, std::uint64_t serial);
+  /// Runs one step of a start. What neither waits nor has become a run gives the cells free, whatever ended
+  /// it.
+  void StepStart(std::uint64_t serial, const std::function<void()>& step);
+  void ReportBrokenStart();
+  void Begin(const StartRequest& start, std::uint64_t serial);
+  void WaitForWrites(const StartRequest& start, std::uint64_t serial);
+  void RestoreThenCollect(const StartRequest& start, std::uint64_t serial, const std::wstring& sheetName);
+  void OnRestored(const StartRequest& start, std::uint64_t serial, const std::wstring& sheetName,
+                  bool complete);
+  void BeginRun(const StartRequest& start, std::uint64_t serial, std::wstring sheetName);
+  /// Ends a start that waits. False when there is none.
+  [[nodiscard]] bool DropWaitingStart();
   [[nodiscard]] std::shared_ptr<Run> NewRun(const StartRequest& start, WriteBack writeBack,
                                             std::wstring sheetName);
   [[nodiscard]] bool Collect(Run& run);
@@ -127,6 +139,7 @@ class RunController : private RunListener, private WriteListener {
   std::shared_ptr<PendingRequests> pending_ = std::make_shared<PendingRequests>();
   std::shared_ptr<TerminologyBridge> terminology_;
   std::shared_ptr<RunMailbox> mailbox_;
+  Patience patience_;
   std::shared_ptr<DisplayController> display_;
 
   /// The last run id that was given out.
@@ -134,6 +147,9 @@ class RunController : private RunListener, private WriteListener {
   std::uint64_t startSerial_ = 0;
   std::wstring lastStartTraceId_;
   std::uint64_t lastStartTick_ = 0;
+  /// The newest start goes on later.
+  bool startWaits_ = false;
+  UiSlices startPause_;
   std::shared_ptr<Run> run_;
   UiTimer repayTimer_;
   int repaysLeft_ = 0;

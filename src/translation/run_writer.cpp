@@ -4,10 +4,10 @@
 
 #include "foundation/flag_scope.h"
 #include "foundation/guard.h"
-#include "foundation/variant.h"
-#include "workbook/host_state.h"
+#include "translation/host_slice.h"
 
 namespace qv {
+
 RunWriter::RunWriter(std::shared_ptr<PaneContext> pane, const TargetContext& target,
                      TranslationSession& session, WriteBack writeBack, Layout layout, WriteListener& listener,
                      Patience patience)
@@ -67,9 +67,7 @@ RunWriter::Slice RunWriter::WriteSlice() {
 }
 
 RunWriter::Slice RunWriter::WriteWaiting() {
-  const DisplayAlertsGuard alertsOff(target_.Application());
-  const ScreenUpdatingGuard stillScreen(target_.Application());
-  const ULONGLONG begin = GetTickCount64();
+  const HostSlice host(target_.Application(), session_);
   Slice slice = Slice::kAllTaken;
   while (!stopped_ && !waiting_.empty()) {
     if (nextUnit_ == waiting_.front().size()) {
@@ -77,7 +75,7 @@ RunWriter::Slice RunWriter::WriteWaiting() {
       nextUnit_ = 0;
       continue;
     }
-    if (GetTickCount64() - begin >= kUiSliceMs) {
+    if (host.IsOver()) {
       slice = Slice::kTimeIsUp;
       break;
     }

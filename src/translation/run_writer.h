@@ -31,13 +31,6 @@ class WriteListener {
 /// batch is given up. Host UI thread.
 class RunWriter : public std::enable_shared_from_this<RunWriter> {
  public:
-  /// Milliseconds between two tries of a busy host, and how often it is tried before a batch is given up:
-  /// about ten seconds, long enough for a cell to be left or a dialog to be answered.
-  struct Patience {
-    UINT delayMs = 250;
-    int maxBusyAnswers = 40;
-  };
-
   /// `target`, `session` and `listener` are valid until `Stop`.
   RunWriter(std::shared_ptr<PaneContext> pane, const TargetContext& target, TranslationSession& session,
             WriteBack writeBack, Layout layout, WriteListener& listener, Patience patience);

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "workbook/cell_unit.h"
-#include "workbook/range_reader.h"
+#include "workbook/range_geometry.h"
 #include "workbook/target_context.h"
 
 namespace qv {

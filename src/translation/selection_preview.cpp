@@ -15,12 +15,12 @@ std::wstring PreviewCall(std::wstring_view members) {
 }  // namespace
 
 WrittenCounts CountWritten(const std::vector<CellUnit>& units, std::wstring_view sheetName,
-                           std::span<const CellBlock> blocks) {
+                           std::span<const RangeGeometry> blocks) {
   WrittenCounts counts;
   for (const CellUnit& unit : units) {
     if (!unit.written || unit.SheetName() != sheetName) continue;
     ++counts.onSheet;
-    const auto holds = [&unit](const CellBlock& block) { return block.Holds(unit.row, unit.col); };
+    const auto holds = [&unit](const RangeGeometry& block) { return block.Holds(unit.row, unit.col); };
     if (std::ranges::any_of(blocks, holds)) ++counts.inSelection;
   }
   return counts;

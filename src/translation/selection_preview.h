@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "workbook/cell_unit.h"
+#include "workbook/range_geometry.h"
 
 namespace qv {
 
@@ -17,18 +18,6 @@ inline constexpr std::int64_t kMaxQuickTextCells = 64;
 
 inline constexpr std::wstring_view kSelectionUnreadableError = L"无法读取选区";
 inline constexpr std::wstring_view kSelectionFailedError = L"读取 Excel 选区异常";
-
-/// One rectangle of a selection; rows and columns are 1-based.
-struct CellBlock {
-  std::int32_t firstRow = 0;
-  std::int32_t firstCol = 0;
-  std::int32_t rows = 0;
-  std::int32_t cols = 0;
-
-  [[nodiscard]] bool Holds(std::int32_t row, std::int32_t col) const {
-    return row >= firstRow && row - firstRow < rows && col >= firstCol && col - firstCol < cols;
-  }
-};
 
 /// Units that hold their translation now.
 struct WrittenCounts {
@@ -51,7 +40,7 @@ struct SelectionPreview {
 /// Counts the written units of a sheet, and those of them inside the blocks. A unit in several blocks counts
 /// once; a chart title lies in none.
 [[nodiscard]] WrittenCounts CountWritten(const std::vector<CellUnit>& units, std::wstring_view sheetName,
-                                         std::span<const CellBlock> blocks);
+                                         std::span<const RangeGeometry> blocks);
 
 /// Adds a cell's text to a selection's: one line a cell, nothing for a blank one.
 void AppendQuickText(std::wstring& quickText, std::wstring_view cellText);

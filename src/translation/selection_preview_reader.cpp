@@ -9,7 +9,7 @@
 #include "translation/selection_preview.h"
 #include "workbook/automation.h"
 #include "workbook/collector.h"
-#include "workbook/range_reader.h"
+#include "workbook/selection_areas.h"
 #include "workbook/value_block.h"
 
 namespace qv {
@@ -20,10 +20,6 @@ bool IsBusyAt(IDispatch* object, const wchar_t* property) {
   HostAnswer answer;
   answer.hr = GetProperty(object, property, ignored, &answer.exceptionCode);
   return answer.IsBusy();
-}
-
-CellBlock BlockOf(const RangeGeometry& geometry) {
-  return {geometry.firstRow, geometry.firstCol, geometry.rows, geometry.cols};
 }
 
 void AppendTextOf(const VARIANT& value, std::wstring& text) {
@@ -47,26 +43,31 @@ void AppendTextsOf(IDispatch* range, const RangeGeometry& geometry, std::wstring
 
 std::wstring QuickTextOf(const ComPtr<IDispatch>& selection, const std::vector<RangeGeometry>& areas) {
   std::wstring text;
-  const ComPtr<IDispatch> collection = GetDispProperty(selection.Get(), L"Areas");
-  for (std::size_t i = 0; i < areas.size(); ++i) {
-    // One area is the selection itself, and so it is where the host has no areas.
-    const ComPtr<IDispatch> range =
-        areas.size() == 1 ? selection
-                          : GetCollectionItem(collection.Get(), Variant(static_cast<long>(i) + 1));
-    AppendTextsOf(range.Get(), areas[i], text);
-  }
+  const SelectionRanges ranges(selection);
+  std::int32_t number = 0;
+  for (const RangeGeometry& area : areas)
+    AppendTextsOf(ranges.At(++number).Get(), area, text);
   return text;
 }
 
-SelectionPreview PreviewOf(const CollectResult& collected, const TranslationSession& session) {
+/// Sheets of the same names in another workbook are not meant. A pane without a pin of its own may have
+/// followed the user to one.
+bool IsSessionsWorkbook(IDispatch* selection, const TargetContext& target,
+                        const TranslationSession& session) {
+  if (session.units.empty() || target.PinSerial() == session.pinSerial) return true;
+  const ComPtr<IDispatch> sheet = GetDispProperty(selection, L"Worksheet");
+  const ComPtr<IDispatch> workbook = GetDispProperty(sheet.Get(), L"Parent");
+  // The same two names as of the target's key.
+  std::wstring key = GetStringProperty(workbook.Get(), L"FullName");
+  if (key.empty()) key = GetStringProperty(workbook.Get(), L"Name");
+  return key.empty() || key == session.workbookKey;
+}
+
+SelectionPreview PreviewOf(const CollectResult& collected) {
   SelectionPreview preview;
   preview.fragments = collected.units.size();
   for (const CellUnit& unit : collected.units)
     preview.chars += unit.WorkText().size();
-  std::vector<CellBlock> blocks;
-  for (const RangeGeometry& area : collected.areas)
-    blocks.push_back(BlockOf(area));
-  preview.written = CountWritten(session.units, collected.sheetName, blocks);
   return preview;
 }
 
@@ -82,7 +83,9 @@ std::optional<std::wstring> ReadPreview(const TargetContext& target, const Trans
     if (IsBusyAt(selection.Get(), L"Address")) return std::nullopt;
     return SelectionPreviewErrorScript(kSelectionUnreadableError);
   }
-  SelectionPreview preview = PreviewOf(collected, session);
+  SelectionPreview preview = PreviewOf(collected);
+  if (IsSessionsWorkbook(selection.Get(), target, session))
+    preview.written = CountWritten(session.units, collected.sheetName, collected.areas);
   if (collected.cells <= kMaxQuickTextCells) preview.quickText = QuickTextOf(selection, collected.areas);
   preview.rangeAddress = GetStringProperty(selection.Get(), L"Address");
   return SelectionPreviewScript(preview);

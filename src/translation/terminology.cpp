@@ -13,24 +13,17 @@ namespace {
 
 constexpr std::wstring_view kResolveFailed = L"Terminology resolve failed";
 
-/// A page without a choice may also write null, which the plain reader would pass over to the next text.
-std::wstring IdMember(std::wstring_view message, std::wstring_view key) {
-  const std::wstring needle = JsonKeyNeedle(key);
-  const std::size_t at = message.find(needle);
-  if (at == std::wstring_view::npos) return {};
-  const std::size_t value = message.find_first_not_of(L" \t\r\n:", at + needle.size());
-  if (value == std::wstring_view::npos || message[value] != L'"') return {};
-  return JsonDecodeString(message, value + 1);
-}
-
 }  // namespace
 
 TerminologyChoice ParseTerminologyChoice(std::wstring_view message) {
   TerminologyChoice choice;
   choice.glossaryIds = JsonGetStringArray(message, L"glossaryIds").value_or(std::vector<std::wstring>());
   std::erase(choice.glossaryIds, L"");
-  choice.instructionId = IdMember(message, L"globalInstructionId");
-  if (choice.instructionId.empty()) choice.instructionId = IdMember(message, L"globalPresetId");
+  const JsonMembers members = JsonMembersOf(message).value_or(JsonMembers());
+  // A page without a choice may also write null.
+  for (const std::wstring_view name : {L"globalInstructionId", L"globalPresetId"}) {
+    if (choice.instructionId.empty()) choice.instructionId = JsonStringOf(members, name).value_or(L"");
+  }
   return choice;
 }
 

@@ -22,6 +22,9 @@ struct TranslationSession {
   std::vector<std::wstring> warnings;
   /// Heights in points of rows that write-back has changed, as they were before.
   std::map<SheetRow, double> previousRowHeights;
+  /// The last frozen row (1-based) of each sheet known to have one, by workbook key and sheet name. Outlives
+  /// the contents: a host tells it of the sheet that is shown, no other.
+  std::map<std::pair<std::wstring, std::wstring>, std::int32_t> lastFrozenRows;
   /// How the cells were written last, and what translations in bilingual cells look like.
   Layout layout = Layout::kTarget;
   TargetFont font;
@@ -30,12 +33,12 @@ struct TranslationSession {
   std::wstring workbookKey;
   std::uint64_t pinSerial = 0;
 
-  /// Counts the contents: a write that was under way while they were replaced must not touch the new ones.
-  std::uint64_t generation = 0;
+  /// Cells are being written in this very moment. A host may run messages inside a call, and with them a new
+  /// start of the page, which waits for it: contents are never replaced under a write.
+  bool isBeingWritten = false;
 
-  /// Begins a session with what a run has collected.
+  /// Begins a session with what a run has collected; not while cells are being written.
   void Replace(std::vector<CellUnit> newUnits, std::vector<std::wstring> newWarnings) {
-    ++generation;
     units = std::move(newUnits);
     warnings = std::move(newWarnings);
     previousRowHeights.clear();

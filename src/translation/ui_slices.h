@@ -14,6 +14,13 @@ namespace qv {
 /// How long a slice of long work may keep the host's UI thread.
 inline constexpr ULONGLONG kUiSliceMs = 60;
 
+/// How a busy host is waited for: milliseconds between two tries, and how many busy answers in a row are
+/// taken. Together about ten seconds, long enough for a cell to be left or a dialog to be answered.
+struct Patience {
+  UINT delayMs = 250;
+  int maxBusyAnswers = 40;
+};
+
 /// The pauses between the slices of long work, in which the host handles its messages. What follows runs as a
 /// task of the pane, so that what keeps the pane alive in its tasks does so here. Host UI thread.
 class UiSlices {

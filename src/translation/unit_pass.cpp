@@ -1,15 +1,17 @@
 #include "translation/unit_pass.h"
 
-#include <windows.h>
-
-#include "translation/ui_slices.h"
-#include "workbook/host_state.h"
+#include "translation/host_slice.h"
 
 namespace qv {
 
 UnitPass::Step UnitPass::Next() {
-  if (IsOutdated()) return Step::kDone;
-  if (position_ == units_.size()) return Finish();
+  if (refused_) return Step::kDone;
+  const Step step = position_ == units_.size() ? Finish() : ChangeNext();
+  if (step == Step::kMore) ++progress_;
+  return step;
+}
+
+UnitPass::Step UnitPass::ChangeNext() {
   const WriteOutcome outcome = Change(units_[position_]);
   if (outcome == WriteOutcome::kBusy) return Step::kBusy;
   Count(outcome);
@@ -32,17 +34,23 @@ void UnitPass::Count(WriteOutcome outcome) {
   }
 }
 
-void UnitPass::GiveUp() {
-  tally_.failed += units_.size() - position_;
+bool UnitPass::GiveUp() {
+  const std::size_t left = units_.size() - position_;
+  tally_.failed += left;
   position_ = units_.size();
+  return left > 0;
 }
 
-UnitPass::Step RunSlice(UnitPass& pass, IDispatch* application, const std::function<bool()>& stillWanted) {
-  const DisplayAlertsGuard alertsOff(application);
-  const ScreenUpdatingGuard stillScreen(application);
-  const ULONGLONG begin = GetTickCount64();
+void UnitPass::Refuse() {
+  static_cast<void>(GiveUp());
+  refused_ = true;
+}
+
+UnitPass::Step RunSlice(UnitPass& pass, IDispatch* application, TranslationSession& session,
+                        const std::function<bool()>& stillWanted) {
+  const HostSlice slice(application, session);
   UnitPass::Step step = UnitPass::Step::kMore;
-  while (step == UnitPass::Step::kMore && stillWanted() && GetTickCount64() - begin < kUiSliceMs)
+  while (step == UnitPass::Step::kMore && stillWanted() && !slice.IsOver())
     step = pass.Next();
   pass.EndSlice();
   return step;

@@ -43,8 +43,8 @@ class WriteBack {
   /// Reads what must not change about the active sheet before the first unit is written in `layout`.
   void PrepareLayout(Layout layout);
 
-  /// Writes one unit of the session (0-based) and remembers what was there before its first write. The caller
-  /// holds the host's alerts off.
+  /// Writes one unit of the session (0-based) and remembers what was there before its first write. Within a
+  /// `HostSlice` of the caller.
   [[nodiscard]] WriteOutcome WriteUnit(std::size_t index, Layout layout);
 
   /// Counts a unit as failed that the host was too busy to take, without telling the user of protection.
@@ -57,12 +57,11 @@ class WriteBack {
   void ReleaseReferences() { finder_.ReleaseReferences(); }
 
  private:
-  [[nodiscard]] CellWriteResult WriteCell(std::size_t index, const CellUnit& unit, Layout layout);
-  void CaptureBaseline(std::size_t index, IDispatch* cell);
+  [[nodiscard]] CellWriteResult WriteCell(CellUnit& unit, Layout layout);
+  void CaptureBaseline(CellUnit& unit, IDispatch* cell);
   /// Before the first bilingual write, the only one that changes it.
-  void CaptureWrap(std::size_t index, IDispatch* cell);
-  [[nodiscard]] CellWriteResult BilingualWrite(std::size_t index, const CellUnit& unit,
-                                               const CellTarget& place);
+  void CaptureWrap(CellUnit& unit, IDispatch* cell);
+  [[nodiscard]] CellWriteResult BilingualWrite(CellUnit& unit, const CellTarget& place);
 
   const TargetContext& target_;
   TranslationSession& session_;

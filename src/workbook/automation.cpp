@@ -121,6 +121,12 @@ HRESULT PutDispProperty(IDispatch* object, std::wstring_view name, const Variant
   return InvokeMember(object, name, DISPATCH_PROPERTYPUT, arguments, nullptr, exceptionCode);
 }
 
+HostAnswer PutProperty(IDispatch* object, std::wstring_view name, const Variant& value) {
+  HostAnswer answer;
+  answer.hr = PutDispProperty(object, name, &value, &answer.exceptionCode);
+  return answer;
+}
+
 HRESULT InvokeByName(IDispatch* object, std::wstring_view name, std::span<const Variant> arguments,
                      Variant* result, SCODE* exceptionCode) {
   return InvokeMember(object, name, DISPATCH_METHOD, arguments, result, exceptionCode);

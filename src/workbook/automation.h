@@ -64,6 +64,9 @@ struct HostAnswer {
 [[nodiscard]] HRESULT PutDispProperty(IDispatch* object, std::wstring_view name, const Variant* value,
                                       SCODE* exceptionCode = nullptr);
 
+/// The same with the whole answer.
+[[nodiscard]] HostAnswer PutProperty(IDispatch* object, std::wstring_view name, const Variant& value);
+
 /// Calls a method with 0 to 3 arguments in natural order.
 [[nodiscard]] HRESULT InvokeByName(IDispatch* object, std::wstring_view name,
                                    std::span<const Variant> arguments, Variant* result,

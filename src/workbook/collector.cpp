@@ -11,6 +11,8 @@
 #include "workbook/automation.h"
 #include "workbook/cell_access.h"
 #include "workbook/platform_letters.h"
+#include "workbook/range_reader.h"
+#include "workbook/selection_areas.h"
 
 namespace qv {
 namespace {
@@ -56,12 +58,6 @@ constexpr FallbackRules kSelectionRules = {
     .unreadable = kSelectionUnreadable,
 };
 
-/// One rectangular piece of what is collected.
-struct Area {
-  ComPtr<IDispatch> range;
-  RangeGeometry geometry;
-};
-
 /// What all areas of one collection share.
 struct Job {
   IDispatch* sheet;
@@ -81,7 +77,7 @@ ScanOutcome ScanByTypedRange(const RangeReader& typed, const RangeGeometry& geom
   return ScanCells(scan, units, error);
 }
 
-ScanOutcome ScanLateBoundCells(const Area& area, Job& job, UnitList& units, std::wstring& error) {
+ScanOutcome ScanLateBoundCells(const SelectionArea& area, Job& job, UnitList& units, std::wstring& error) {
   const RangeGeometry& geometry = area.geometry;
   PaneLog(L"Excel CollectCellsFromUsedRangeDispatch\r\n");
   PaneLog(Concat(L"Excel range collect rows=", geometry.rows, L" cols=", geometry.cols, L" r0=",
@@ -93,7 +89,7 @@ ScanOutcome ScanLateBoundCells(const Area& area, Job& job, UnitList& units, std:
 }
 
 /// Each way starts with an empty list, so that a way that failed midway leaves nothing behind.
-ScanOutcome ScanArea(const Area& area, Job& job, const UnitList& empty, UnitList& units,
+ScanOutcome ScanArea(const SelectionArea& area, Job& job, const UnitList& empty, UnitList& units,
                      std::wstring& error) {
   units = empty;
   const AreaScan bulk{RangeReader::LateBound(area.range), area.geometry, job.sheet, job.progress};
@@ -126,11 +122,11 @@ bool GiveUp(CollectResult& result) {
   return false;
 }
 
-bool ScanAreas(std::span<const Area> areas, Job& job, CollectResult& result) {
+bool ScanAreas(std::span<const SelectionArea> areas, Job& job, CollectResult& result) {
   const UnitList empty(result.sheetName, &IsPlatformLetter);
   UnitList all = empty;
   std::int64_t rowsBefore = 0;
-  for (const Area& area : areas) {
+  for (const SelectionArea& area : areas) {
     if (!job.progress.IsWanted()) return GiveUp(result);
     job.progress.SetRowsBefore(rowsBefore);
     UnitList units = empty;
@@ -151,27 +147,10 @@ bool ScanAreas(std::span<const Area> areas, Job& job, CollectResult& result) {
   return true;
 }
 
-/// Fills `areas` with the rectangles of a selection, checked against the limit before anything is read. The
-/// error text or null.
-const wchar_t* ReadSelectionAreas(const ComPtr<IDispatch>& selection, std::vector<Area>& areas) {
-  const ComPtr<IDispatch> collection = GetDispProperty(selection.Get(), L"Areas");
-  const std::int32_t count = GetIntProperty(collection.Get(), L"Count");
-  if (count > kMaxSelectionCells) return kSelectionTooLarge;
-  std::int64_t cells = 0;
-  for (std::int32_t i = 1; i <= std::max(count, 1); ++i) {
-    // One area is the selection itself, and so it is where the host has no areas.
-    ComPtr<IDispatch> range = count < 2 ? selection : GetCollectionItem(collection.Get(), Variant(i));
-    const std::optional<RangeGeometry> geometry = ReadGeometry(RangeReader::LateBound(range));
-    if (!geometry) return kSelectionUnreadable;
-    cells += geometry->Cells();
-    if (cells > kMaxSelectionCells) return kSelectionTooLarge;
-    areas.push_back({std::move(range), *geometry});
-  }
-  return nullptr;
-}
-
-bool IsCellRange(IDispatch* selection) {
-  return GetDispProperty(selection, L"Rows") != nullptr && GetDispProperty(selection, L"Columns") != nullptr;
+/// The error text of a selection that could not be taken, or null.
+const wchar_t* ErrorOf(SelectionRead read) {
+  if (read == SelectionRead::kTooLarge) return kSelectionTooLarge;
+  return read == SelectionRead::kUnreadable ? kSelectionUnreadable : nullptr;
 }
 
 ComPtr<IDispatch> SheetOf(IDispatch* range, const TargetContext& target) {
@@ -189,7 +168,7 @@ bool Collector::CollectUsedRangeCells(std::wstring_view sheetName, std::uint64_t
   result = {};
   if (target_.Application() == nullptr) return Fail(result, kNotConnected);
   const ComPtr<IDispatch> sheet = ResolveSheet(target_, sheetName);
-  Area area{GetDispProperty(sheet.Get(), L"UsedRange"), {}};
+  SelectionArea area{GetDispProperty(sheet.Get(), L"UsedRange"), {}};
   const std::optional<RangeGeometry> geometry = ReadGeometry(RangeReader::LateBound(area.range));
   if (!geometry) return Fail(result, kUsedRangeUnreadable);
   area.geometry = *geometry;
@@ -207,14 +186,15 @@ bool Collector::CollectSelectionCells(std::uint64_t runId, CollectResult& result
   if (target_.Application() == nullptr) return Fail(result, kNotConnected);
   const ComPtr<IDispatch> selection = target_.GetTargetSelectionDrv();
   if (!IsCellRange(selection.Get())) return Fail(result, kNotCells);
-  std::vector<Area> areas;
-  if (const wchar_t* error = ReadSelectionAreas(selection, areas)) return Fail(result, error);
+  std::vector<SelectionArea> areas;
+  const SelectionRead read = ReadSelectionAreas(selection, kMaxSelectionCells, areas);
+  if (const wchar_t* error = ErrorOf(read)) return Fail(result, error);
 
   const ComPtr<IDispatch> sheet = SheetOf(selection.Get(), target_);
   result.sheetName = GetStringProperty(sheet.Get(), L"Name");
   if (result.sheetName.empty()) return Fail(result, kSelectionUnreadable);
   std::int64_t rows = 0;
-  for (const Area& area : areas) {
+  for (const SelectionArea& area : areas) {
     result.cells += area.geometry.Cells();
     rows += area.geometry.rows;
     result.areas.push_back(area.geometry);

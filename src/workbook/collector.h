@@ -12,7 +12,7 @@
 #include "foundation/pane_context.h"
 #include "foundation/panel_output.h"
 #include "workbook/cell_unit.h"
-#include "workbook/range_reader.h"
+#include "workbook/range_geometry.h"
 #include "workbook/target_context.h"
 
 namespace qv {

@@ -52,10 +52,7 @@ void PutAlertsBack(IDispatch* application, const Variant& value) {
 }
 
 HostAnswer PutScreenOn(IDispatch* application) {
-  const Variant on = Variant::Short(VARIANT_TRUE);
-  HostAnswer answer;
-  answer.hr = PutDispProperty(application, kScreenUpdating, &on, &answer.exceptionCode);
-  return answer;
+  return PutProperty(application, kScreenUpdating, Variant::Short(VARIANT_TRUE));
 }
 
 void OweScreen(IDispatch* application, bool owed) {
@@ -96,6 +93,13 @@ ScreenUpdatingGuard::~ScreenUpdatingGuard() {
     IDispatch* const application = application_.Get();
     OweScreen(application, !PutScreenOn(application).Ok());
   });
+}
+
+HostAnswer AskHost(IDispatch* application) {
+  HostAnswer answer;
+  Variant ignored;
+  answer.hr = GetProperty(application, L"ActiveWorkbook", ignored, &answer.exceptionCode);
+  return answer;
 }
 
 bool SetScreenUpdating(IDispatch* application, bool on) {

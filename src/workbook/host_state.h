@@ -3,6 +3,7 @@
 #include <oaidl.h>
 
 #include "foundation/variant.h"
+#include "workbook/automation.h"
 
 namespace qv {
 
@@ -40,6 +41,10 @@ class ScreenUpdatingGuard {
   ComPtr<IDispatch> application_;
   bool changed_ = false;
 };
+
+/// How the host answers a question that it can always answer unless it is busy: where something is missing,
+/// this tells a busy host from one without it.
+[[nodiscard]] HostAnswer AskHost(IDispatch* application);
 
 /// Puts "ScreenUpdating"; false for a null Application or a refused put.
 [[nodiscard]] bool SetScreenUpdating(IDispatch* application, bool on);

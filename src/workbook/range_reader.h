@@ -8,6 +8,7 @@
 
 #include "foundation/variant.h"
 #include "workbook/automation.h"
+#include "workbook/range_geometry.h"
 
 namespace qv {
 
@@ -57,16 +58,6 @@ class RangeReader {
 
   ComPtr<IDispatch> range_;
   bool typed_;
-};
-
-/// Size and 1-based place of a rectangular range.
-struct RangeGeometry {
-  std::int32_t rows = 0;
-  std::int32_t cols = 0;
-  std::int32_t firstRow = 0;
-  std::int32_t firstCol = 0;
-
-  [[nodiscard]] std::int64_t Cells() const { return std::int64_t{rows} * cols; }
 };
 
 /// Nothing when any of the four values is below 1 or cannot be read.

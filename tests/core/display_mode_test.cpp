@@ -64,7 +64,7 @@ TEST(DisplayMode, AnswersAndLogLinesAreExact) {
             L"if(window.onTargetStyleDone)onTargetStyleDone({ok:false,applied:3,failed:1,skipped:2,"
             L"message:\"m\"})");
   EXPECT_EQ(BatchDoneScript(L"applyAll"), L"if(window.onBatchDone)onBatchDone({action:\"applyAll\"})");
-  EXPECT_EQ(DisplayModeLogLine(DisplayMode::kOriginal, DisplayScope::kSheet, {3, 1, 0}),
+  EXPECT_EQ(DisplayModeLogLine(L"original", DisplayScope::kSheet, {3, 1, 0}),
             L"Excel displayMode=original scope=sheet applied=3 failed=1\r\n");
   EXPECT_EQ(RestyleLogLine({3, 1, 2}), L"RestyleTranslatedCells applied=3 skipped=2 failed=1\r\n");
 }

@@ -32,26 +32,22 @@ TEST(RestoreRules, ACellIsOursWhenItShowsWhatWasWrittenOrItsSource) {
   EXPECT_FALSE(IsOurText(Written(1, false), L"One\nTwo\nUno\nDos"));
 }
 
-TEST(RestoreRules, ARowKeepsItsHeightWhileABilingualCellIsLeftInIt) {
+TEST(RestoreRules, ARowIsDueOnceNoWrittenUnitIsLeftInIt) {
   TranslationSession session;
-  session.units = {Written(1, true), Written(1, true), Written(2, true), Written(3, true), Written(4, true)};
+  EXPECT_TRUE(RowsToRestore(session).empty());
+  session.units = {Written(1, true), Written(1, true), Written(2, true), Written(3, false), Written(4, true)};
   session.units[1].col = 2;
   for (const std::int32_t row : {1, 2, 3})
     session.previousRowHeights[{L"Data", row}] = 15.0;
   session.previousRowHeights[{L"More", 4}] = 15.0;
   for (const std::size_t restored : {1U, 2U, 4U})
     session.units[restored].written = false;
-  const std::vector<SheetRow> second = {{L"Data", 2}};
-  EXPECT_EQ(RowsToRestore(session, {1, 2, 4}), second);
-  session.units[0].bilingual = false;
-  const std::vector<SheetRow> both = {{L"Data", 1}, {L"Data", 2}};
-  EXPECT_EQ(RowsToRestore(session, {1, 2, 4}), both);
-}
-
-TEST(RestoreRules, HeightsStayWithinTheHostsLimits) {
-  EXPECT_EQ(RestorableHeight(0.2), 1.0);
-  EXPECT_EQ(RestorableHeight(15.5), 15.5);
-  EXPECT_EQ(RestorableHeight(500.0), 409.0);
+  // The row of another sheet has no unit at all: nothing is left in it.
+  const std::vector<SheetRow> some = {{L"Data", 2}, {L"More", 4}};
+  EXPECT_EQ(RowsToRestore(session), some);
+  session.units[0].written = session.units[3].written = false;
+  const std::vector<SheetRow> all = {{L"Data", 1}, {L"Data", 2}, {L"Data", 3}, {L"More", 4}};
+  EXPECT_EQ(RowsToRestore(session), all);
 }
 
 }  // namespace

@@ -30,11 +30,12 @@ TEST(SelectionPreview, CountsWrittenUnitsOfTheSheetAndOfTheSelection) {
   units.push_back(title);
 
   // Overlapping blocks.
-  const std::array blocks = {CellBlock{2, 2, 2, 2}, CellBlock{3, 3, 1, 1}};
+  const std::array blocks = {RangeGeometry{.rows = 2, .cols = 2, .firstRow = 2, .firstCol = 2},
+                             RangeGeometry{.rows = 1, .cols = 1, .firstRow = 3, .firstCol = 3}};
   const WrittenCounts counts = CountWritten(units, L"Data", blocks);
   EXPECT_EQ(counts.onSheet, 7U);
   EXPECT_EQ(counts.inSelection, 2U);
-  const std::array wholeColumn = {CellBlock{1, 2, 1048576, 1}};
+  const std::array wholeColumn = {RangeGeometry{.rows = 1048576, .cols = 1, .firstRow = 1, .firstCol = 2}};
   EXPECT_EQ(CountWritten(units, L"Data", wholeColumn).inSelection, 2U);
   EXPECT_EQ(CountWritten(units, L"More", {}).onSheet, 1U);
   EXPECT_EQ(CountWritten(units, L"Nowhere", wholeColumn).onSheet, 0U);

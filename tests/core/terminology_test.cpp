@@ -21,6 +21,7 @@ TEST(Terminology, TheStartMessageNamesTheChoice) {
       {L"{\"globalInstructionId\":null,\"globalPresetId\" : \"p\"}", {{}, L"p"}},
       {L"{\"globalInstructionId\":null,\"globalPresetId\":7,\"sourceLang\":\"en\"}", {}},
       {L"{\"glossaryIds\":null,\"sourceLang\":\"en\"}", {}},
+      {L"{\"clientTraceId\":\"globalInstructionId\",\"globalInstructionId\":\"i\"}", {{}, L"i"}},
       {L"{\"globalPresetId\"", {}},
   };
   for (const Case& c : cases)

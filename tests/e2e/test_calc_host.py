@@ -90,6 +90,43 @@ def test_selecting_tells_what_changed(office, book, sheet):
     assert office.application.ActiveCell.Address == "$B$2"
 
 
+def test_edits_of_the_user_tell_what_they_changed(office, book, sheet):
+    def changed(operation, **options):
+        reply = office.request(op="engine", do=operation, **{"with": options})
+        return reply["r"] and [reply["r"][name]["type"] for name in ("sheet", "range")], reply.get("events", [])
+
+    both = ["Worksheet", "Range"]
+    assert changed("type", sheet="", address="B3", text="=1+1") == (both, [])
+    assert (cell(sheet, "B3").Value2, cell(sheet, "B3").Formula) == (2.0, "=1+1")
+    assert changed("insertRows", sheet="", row=2, count=2) == (both, [])
+    assert cell(sheet, "B3").Value2 is None and cell(sheet, "B5").Value2 == 2.0
+    office.application.put("EnableEvents", False)
+    assert changed("type", sheet="", address="A1", text="unheard") == (None, [])
+    office.application.put("EnableEvents", True)
+    book.Worksheets.call("Add", After=sheet).put("Name", "Other")
+    sheet.call("Protect")
+    office.engine("renameSheet", sheet="sheet1", name="First")
+    assert sheet.Name == "First" and sheet.ProtectContents is True
+    for operation, options in (("type", {"sheet": "First", "address": "A1", "text": "x"}),
+                               ("insertRows", {"sheet": "First", "row": 1, "count": 1}),
+                               ("insertRows", {"sheet": "Other", "row": 1048576, "count": 2}),
+                               ("renameSheet", {"sheet": "First", "name": "other"})):
+        refused(lambda: office.engine(operation, **options))
+    assert changed("deleteSheet", sheet="Other") == (None, ["sheet"])
+    refused(lambda: office.engine("deleteSheet", sheet=""))
+
+
+def test_only_calls_that_may_change_something_say_so(office, book, sheet):
+    def changes(target, kind, member, *args):
+        return "changed" in office.request(op="invoke", object=target.handle, kind=kind, member=member, args=list(args))
+
+    one = cell(sheet, "A1")
+    assert not any(changes(one, kind, "Value2") for kind in ("get", "any"))
+    assert not any(changes(book.Worksheets, kind, "Item", 1) for kind in ("get", "any"))
+    assert not changes(sheet, "any", "ChartObjects")
+    assert changes(one, "put", "Value2", 1) and changes(one, "any", "Select")
+
+
 def test_released_objects_are_forgotten(office, sheet):
     before = office.request(op="count")["r"]
     one = cell(sheet, "A1")

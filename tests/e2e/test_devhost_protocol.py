@@ -29,10 +29,18 @@ BAD_LINES = [
     ('{"do":"wait","script":"x","timeoutMs":99999999999999999999}', "from 0 to 600000"),
     ('{"do":"protect","on":1}', '"on" in "protect" must be true or false'),
     ('{"do":"select","address":"B1","shet":"Data"}', 'unknown member "shet" in "select"'),
+    ('{"do":"insert-rows","row":0}', '"row" in "insert-rows" must be a whole number from 1 to 1048576'),
+    ('{"do":"sheet","delete":"Data","activate":"Data"}', '"sheet" takes one of'),
+    ('{"do":"sheet","rename":"Data"}', '"rename" and "to" go together'),
     # well-formed, but there is no such thing
     ('{"do":"post","message":{"action":"trace"},"pane":99}', "no open pane 99"),
     ('{"do":"close-pane","pane":99}', "no open pane 99"),
     ('{"do":"cell","sheet":"Nowhere","address":"A1"}', "Nowhere"),
+    ('{"do":"sheet","delete":"Data"}', "the host refuses"),
+    ('{"do":"sheet","activate":"Nowhere"}', "Nowhere"),
+    ('{"do":"set-cell","address":"A1:B2","text":"x"}', "not one cell"),
+    ('{"do":"close-workbook","name":"Nowhere"}', "no such workbook: Nowhere"),
+    ('{"do":"fault","fault":{"fail":"*","on":"never"}}', "unknown word for on"),
     ('{"do":"save","path":"/nonexistent/copy.json"}', "nonexistent"),
     # too deep, too long
     ("[" * 100_000, "nested deeper than 64 levels"),

@@ -1,10 +1,14 @@
 #include "engines/calc/calc_engine.h"
 
+#include <array>
 #include <stdexcept>
+#include <vector>
 
 #include "engines/calc/office_path.h"
 #include "engines/calc/remote_application.h"
 #include "engines/calc/remote_session.h"
+#include "engines/calc/wire_values.h"
+#include "engines/common/member_fault_json.h"
 #include "foundation/text.h"
 
 namespace qv::devhost {
@@ -41,6 +45,31 @@ void CalcEngine::Select(const std::wstring& sheet, const std::string& address) {
   Change("select", {{"sheet", ToUtf8(sheet)}, {"address", address}});
 }
 
+void CalcEngine::ChangeCells(const char* operation, json options) {
+  const json changed = Change(operation, std::move(options));
+  // Nothing while the host's events are off.
+  if (!changed.is_object()) return;
+  const std::array args{calc::FromWire(changed.at("sheet"), session_),
+                        calc::FromWire(changed.at("range"), session_)};
+  application_->Events().Fire(AppEvent::kSheetChange, args);
+}
+
+void CalcEngine::Type(const std::wstring& sheet, std::string_view address, const std::wstring& text) {
+  ChangeCells("type", {{"sheet", ToUtf8(sheet)}, {"address", address}, {"text", ToUtf8(text)}});
+}
+
+void CalcEngine::InsertRows(const std::wstring& sheet, int row, int count) {
+  ChangeCells("insertRows", {{"sheet", ToUtf8(sheet)}, {"row", row}, {"count", count}});
+}
+
+void CalcEngine::RenameSheet(const std::wstring& sheet, const std::wstring& name) {
+  Change("renameSheet", {{"sheet", ToUtf8(sheet)}, {"name", ToUtf8(name)}});
+}
+
+void CalcEngine::DeleteSheet(const std::wstring& sheet) {
+  Change("deleteSheet", {{"sheet", ToUtf8(sheet)}});
+}
+
 void CalcEngine::Protect(const std::wstring& sheet, bool on) {
   Change("protect", {{"sheet", ToUtf8(sheet)}, {"on", on}});
 }
@@ -62,8 +91,20 @@ void CalcEngine::ResetCounters() {
   session_->ResetCalls();
 }
 
-void CalcEngine::Fault(const json&) {
-  throw std::runtime_error("the calc engine injects no faults");
+void CalcEngine::Fault(const json& fault) {
+  for (const auto& [member, value] : fault.items()) {
+    if (member != "clear" && member != "fail" && member != "busy" && !IsDetailOfFault(member))
+      ThrowBadFault("the calc engine has no " + member);
+  }
+  if (!fault.contains("clear") && !fault.contains("fail") && !fault.contains("busy"))
+    ThrowBadFault("nothing to do");
+  // Read as a whole before anything is done.
+  std::vector<MemberFault> failures;
+  if (fault.contains("fail")) failures.push_back(FailureFromJson(fault));
+  if (fault.contains("busy")) failures.push_back(BusyFromJson(fault));
+  if (fault.contains("clear")) session_->Faults().Clear();
+  for (MemberFault& failure : failures)
+    session_->Faults().Fail(std::move(failure));
 }
 
 }  // namespace qv::devhost

@@ -32,6 +32,7 @@ class CalcEngine final : public Engine {
   int OpenWindow(const std::wstring& path) override;
   int NewWindow() override;
   void ActivateWindow(int window) override;
+  void AnnounceClose(int window) override;
   void CloseWindow(int window) override;
   [[nodiscard]] ComPtr<IDispatch> WindowObject(int window) override;
   void SetWindowHandle(int window, HWND handle) override;
@@ -43,16 +44,24 @@ class CalcEngine final : public Engine {
 
   nlohmann::json Cell(const std::wstring& sheet, const std::string& address) override;
   void Select(const std::wstring& sheet, const std::string& address) override;
+  void Type(const std::wstring& sheet, std::string_view address, const std::wstring& text) override;
+  void InsertRows(const std::wstring& sheet, int row, int count) override;
+  void RenameSheet(const std::wstring& sheet, const std::wstring& name) override;
+  void DeleteSheet(const std::wstring& sheet) override;
   void Protect(const std::wstring& sheet, bool on) override;
   void Save(const std::wstring& path) override;
   void Shot(const std::wstring& path) override;
   nlohmann::json Counters() override;
   void ResetCounters() override;
+  /// See engines/common/member_fault_json.h; the classes are named as the office names them ("Sheets", not
+  /// "Worksheets").
   void Fault(const nlohmann::json& fault) override;
 
  private:
   /// An operation that changes what is shown, with the events that come of it.
   nlohmann::json Change(const char* operation, nlohmann::json options = nlohmann::json::object());
+  /// The same for an operation that answers with the sheet and the cells that it has changed.
+  void ChangeCells(const char* operation, nlohmann::json options);
 
   std::shared_ptr<calc::RemoteSession> session_;
   ComPtr<calc::RemoteApplication> application_;

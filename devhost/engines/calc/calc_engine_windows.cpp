@@ -1,3 +1,5 @@
+#include <stdexcept>
+
 #include "engines/calc/calc_engine.h"
 #include "engines/calc/grid_json.h"
 #include "engines/calc/office_path.h"
@@ -58,6 +60,13 @@ int CalcEngine::NewWindow() {
 
 void CalcEngine::ActivateWindow(int window) {
   Change("activateWindow", {{"window", window}});
+}
+
+void CalcEngine::AnnounceClose(int window) {
+  const json workbook = session_->Engine("closing", {{"window", window}});
+  // Nothing while the host's events are off.
+  if (workbook.is_object() && application_->Events().FireBeforeClose(calc::FromWire(workbook, session_)))
+    throw std::runtime_error("an add-in does not let the workbook close");
 }
 
 void CalcEngine::CloseWindow(int window) {

@@ -1,5 +1,6 @@
 #include "engines/calc/remote_object.h"
 
+#include "engines/calc/remote_picture.h"
 #include "engines/calc/wire_values.h"
 #include "engines/common/com_guard.h"
 #include "foundation/text.h"
@@ -12,6 +13,8 @@ namespace {
 
 /// The office's first handle is the Application, which stays and is not counted.
 constexpr int kApplicationHandle = 1;
+/// The general failure, which Excel reports of a clipboard that it does not get.
+constexpr auto kClipboardRefusal = static_cast<SCODE>(0x800A03EC);
 
 const char* KindOf(WORD flags) {
   if ((flags & DISPATCH_PROPERTYPUT) != 0) return "put";
@@ -82,6 +85,8 @@ HRESULT RemoteObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, D
     const std::string member = ToUtf8(names[0]);
     if (!session_->HasMember(type_, member)) return DISP_E_UNKNOWNNAME;
     ids[0] = session_->Names().IdOf(member);
+    const auto error = session_->Faults().Take(type_, session_->Names().NameOf(ids[0]), kOnNameLookup);
+    if (error) return error->hr;
     // Whether the member has an argument of that name shows when it is called.
     for (UINT i = 1; i < count; ++i)
       ids[i] = session_->Names().IdOf(ToUtf8(names[i]));
@@ -133,15 +138,21 @@ HRESULT RemoteObject::Perform(DISPID member, WORD flags, const DISPPARAMS& param
   const std::string name = session_->Names().NameOf(member);
   if (name.empty() || !session_->HasMember(type_, name)) return DISP_E_MEMBERNOTFOUND;
   session_->CountCall(type_, name);
+  if (const auto error = session_->Faults().Take(type_, name, flags))
+    return Report({error->hr, error->exception, {}}, exception);
   json request;
   try {
     request = Request(name, flags, params);
   } catch (const std::invalid_argument&) {
     return DISP_E_TYPEMISMATCH;
   }
-  if (flags != DISPATCH_PROPERTYGET) session_->NoteChange();
   const CallAnswer answer = session_->Call(std::move(request));
   if (answer.failure.code != S_OK) return Report(answer.failure, exception);
+  if (IsPicture(answer.value)) {
+    if (!PutOnClipboard(answer.value)) return Report({DISP_E_EXCEPTION, kClipboardRefusal, L""}, exception);
+    if (result != nullptr) *result = Variant(true).Detach();
+    return S_OK;
+  }
   // Made also when the caller does not want it, so that the office's handle is given back.
   Variant value = FromWire(answer.value, session_);
   if (result != nullptr) *result = value.Detach();

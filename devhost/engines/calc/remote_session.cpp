@@ -51,6 +51,7 @@ CallAnswer RemoteSession::Call(json request) {
     for (const auto& event : *events)
       events_.push_back(event.get<std::string>());
   }
+  if (reply.contains("changed")) NoteChange();
   if (reply.contains("hr")) return {FailureOf(reply), nullptr};
   return {{}, std::move(reply["r"])};
 }

@@ -15,6 +15,7 @@
 #include "engines/calc/dispatch_names.h"
 #include "engines/calc/office_connection.h"
 #include "engines/common/busy_intervals.h"
+#include "engines/common/member_faults.h"
 #include "engines/engine.h"
 
 namespace qv::devhost::calc {
@@ -59,6 +60,8 @@ class RemoteSession {
   }
   [[nodiscard]] BusyIntervals& Busy() { return busy_; }
 
+  [[nodiscard]] MemberFaults& Faults() { return faults_; }
+
   /// Grows with every call that may have changed what the office shows.
   [[nodiscard]] std::uint64_t Revision() const { return revision_; }
   void NoteChange() { ++revision_; }
@@ -83,6 +86,7 @@ class RemoteSession {
   std::map<std::string, std::set<std::string>> members_;
   std::map<std::string, long> calls_;
   BusyIntervals busy_;
+  MemberFaults faults_;
   std::uint64_t revision_ = 0;
   std::vector<std::string> events_;
   std::function<void()> afterCall_;

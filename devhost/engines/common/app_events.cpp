@@ -2,20 +2,23 @@
 
 #include <olectl.h>
 
+#include <array>
+#include <utility>
 #include <vector>
 
 #include "engines/common/com_guard.h"
 
 namespace qv::devhost {
 
-AppEvents::AppEvents(IUnknown& owner, EventStyle style) : owner_(owner), style_(style) {}
+AppEvents::AppEvents(IUnknown& owner, EventStyle style, REFIID events)
+    : owner_(owner), style_(style), iid_(events) {}
 
 void* AppEvents::Query(REFIID iid) {
   return IsEqualIID(iid, IID_IConnectionPointContainer) ? static_cast<IConnectionPointContainer*>(&container_)
                                                         : nullptr;
 }
 
-void AppEvents::Fire(AppEvent event, std::span<const Variant> args) {
+void AppEvents::Fire(DISPID event, std::span<const Variant> args) {
   std::vector<DWORD> cookies;
   for (const auto& [cookie, sink] : sinks_)
     cookies.push_back(cookie);
@@ -27,7 +30,16 @@ void AppEvents::Fire(AppEvent event, std::span<const Variant> args) {
   }
 }
 
-void AppEvents::CallSink(IDispatch& sink, AppEvent event, std::span<const Variant> args) const {
+bool AppEvents::FireBeforeClose(Variant workbook) {
+  VARIANT_BOOL cancel = VARIANT_FALSE;
+  std::array<Variant, 2> args{std::move(workbook), Variant()};
+  args[1].Get().vt = VT_BYREF | VT_BOOL;
+  args[1].Get().pboolVal = &cancel;
+  Fire(AppEvent::kWorkbookBeforeClose, args);
+  return cancel != VARIANT_FALSE;
+}
+
+void AppEvents::CallSink(IDispatch& sink, DISPID event, std::span<const Variant> args) const {
   // Borrowed copies: the callee may not free them.
   std::vector<VARIANT> values;
   std::vector<DISPID> names;
@@ -38,8 +50,8 @@ void AppEvents::CallSink(IDispatch& sink, AppEvent event, std::span<const Varian
   }
   DISPPARAMS params{values.data(), names.data(), static_cast<UINT>(values.size()),
                     static_cast<UINT>(names.size())};
-  static_cast<void>(sink.Invoke(static_cast<DISPID>(event), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
-                                &params, nullptr, nullptr, nullptr));
+  static_cast<void>(
+      sink.Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr));
 }
 
 HRESULT AppEvents::Container::QueryInterface(REFIID iid, void** object) {
@@ -61,7 +73,7 @@ HRESULT AppEvents::Container::EnumConnectionPoints(IEnumConnectionPoints**) {
 HRESULT AppEvents::Container::FindConnectionPoint(REFIID iid, IConnectionPoint** point) {
   if (point == nullptr) return E_POINTER;
   *point = nullptr;
-  if (events_.style_ == EventStyle::kRefuseFind || !IsEqualIID(iid, kAppEventsIid)) {
+  if (events_.style_ == EventStyle::kRefuseFind || !IsEqualIID(iid, events_.iid_)) {
     return CONNECT_E_NOCONNECTION;
   }
   events_.point_.AddRef();
@@ -88,7 +100,7 @@ ULONG AppEvents::Point::Release() {
 
 HRESULT AppEvents::Point::GetConnectionInterface(IID* iid) {
   if (iid == nullptr) return E_POINTER;
-  *iid = kAppEventsIid;
+  *iid = events_.iid_;
   return S_OK;
 }
 
@@ -106,7 +118,7 @@ HRESULT AppEvents::Point::Advise(IUnknown* sink, DWORD* cookie) {
     if (events_.style_ == EventStyle::kRefuseAdvise) return CONNECT_E_CANNOTCONNECT;
     ComPtr<IDispatch> dispatch;
     // The host asks for the event interface itself; its pointer is an IDispatch.
-    if (FAILED(sink->QueryInterface(kAppEventsIid, reinterpret_cast<void**>(dispatch.GetAddressOf())))) {
+    if (FAILED(sink->QueryInterface(events_.iid_, reinterpret_cast<void**>(dispatch.GetAddressOf())))) {
       return CONNECT_E_CANNOTCONNECT;
     }
     events_.sinks_.emplace(++events_.lastCookie_, std::move(dispatch));

@@ -41,26 +41,30 @@ enum class EventStyle {
   kRefuseAdvise,
 };
 
-/// The event source of an Application object: its IConnectionPointContainer and the one connection point.
-/// Both are parts of the Application and count their references on it. Host UI thread only.
+/// The event source of an object, normally the Application: its IConnectionPointContainer and the one
+/// connection point. Both are parts of the object and count their references on it. Host UI thread only.
 class AppEvents {
  public:
-  /// `owner` is the Application; borrowed, it contains this object.
-  AppEvents(IUnknown& owner, EventStyle style);
+  /// `owner` is borrowed and contains this object; `events` is the dispinterface that sinks answer.
+  AppEvents(IUnknown& owner, EventStyle style, REFIID events = kAppEventsIid);
   AppEvents(const AppEvents&) = delete;
   AppEvents& operator=(const AppEvents&) = delete;
   ~AppEvents() = default;
 
   void SetStyle(EventStyle style) { style_ = style; }
 
-  /// For the Application's QueryInterface: the IConnectionPointContainer without a new reference, or null for
+  /// For the owner's QueryInterface: the IConnectionPointContainer without a new reference, or null for
   /// any other interface.
   [[nodiscard]] void* Query(REFIID iid);
 
   /// Calls every sink that is connected when it is its turn; `args` stand in declared order. A sink may
   /// connect and disconnect sinks during the call; one that is added gets only later events. Failures of a
   /// sink are its own affair.
-  void Fire(AppEvent event, std::span<const Variant> args);
+  void Fire(AppEvent event, std::span<const Variant> args) { Fire(static_cast<DISPID>(event), args); }
+  void Fire(DISPID event, std::span<const Variant> args);
+
+  /// WorkbookBeforeClose; true when a sink has cancelled the closing.
+  [[nodiscard]] bool FireBeforeClose(Variant workbook);
 
   /// Sinks connected now; a test asks for zero after the add-in has gone.
   [[nodiscard]] size_t SinkCount() const { return sinks_.size(); }
@@ -97,10 +101,11 @@ class AppEvents {
     AppEvents& events_;
   };
 
-  void CallSink(IDispatch& sink, AppEvent event, std::span<const Variant> args) const;
+  void CallSink(IDispatch& sink, DISPID event, std::span<const Variant> args) const;
 
   IUnknown& owner_;
   EventStyle style_;
+  IID iid_;
   Container container_{*this};
   Point point_{*this};
   std::map<DWORD, ComPtr<IDispatch>> sinks_;

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <oaidl.h>
-#include <oleauto.h>
-#include <windows.h>
-
 #include <functional>
 #include <map>
 #include <optional>
@@ -12,40 +8,20 @@
 #include <string_view>
 #include <vector>
 
+#include "engines/common/member_faults.h"
+
 namespace qv::devhost::memory {
 
-/// How a failed call answers. A zero `exception` means that `hr` itself is the answer; otherwise the answer
-/// is DISP_E_EXCEPTION with this code in EXCEPINFO. Thrown by member handlers, caught by Invoke.
-struct HostError {
-  HRESULT hr = DISP_E_EXCEPTION;
-  SCODE exception = 0;
-};
-
-/// The host's general refusal.
-inline constexpr SCODE kGeneralFailure = static_cast<SCODE>(0x800A03EC);
-/// The host is editing a cell or showing a dialog.
-inline constexpr SCODE kHostBusy = static_cast<SCODE>(0x800AC472);
-
-/// Ways of calling a member that a fault applies to; the first three are the automation flags.
-inline constexpr unsigned kOnMethod = DISPATCH_METHOD;
-inline constexpr unsigned kOnGet = DISPATCH_PROPERTYGET;
-inline constexpr unsigned kOnPut = DISPATCH_PROPERTYPUT;
-inline constexpr unsigned kOnAnyCall = kOnMethod | kOnGet | kOnPut | DISPATCH_PROPERTYPUTREF;
-/// The name lookup instead of the call.
-inline constexpr unsigned kOnNameLookup = 0x100;
-
-/// "Always" as a number of times.
-inline constexpr long kAlways = -1;
-
-/// One member that fails. The member is "Class.Member", "*.Member", "Class.*" or "*".
-struct MemberFault {
-  std::string member = "*";
-  HostError error{DISP_E_EXCEPTION, kGeneralFailure};
-  long times = kAlways;
-  unsigned on = kOnAnyCall;
-  /// Calls that still succeed before the first failure.
-  long after = 0;
-};
+using qv::devhost::HostError;
+using qv::devhost::kAlways;
+using qv::devhost::kGeneralFailure;
+using qv::devhost::kHostBusy;
+using qv::devhost::kOnAnyCall;
+using qv::devhost::kOnGet;
+using qv::devhost::kOnMethod;
+using qv::devhost::kOnNameLookup;
+using qv::devhost::kOnPut;
+using qv::devhost::MemberFault;
 
 /// The only form in which a collection offers its items; hosts differ.
 enum class ItemForm { kEvery, kPropertyOnly, kMethodOnly, kDefaultOnly };
@@ -80,9 +56,6 @@ class Faults {
                                               unsigned on);
   void RunHooks(std::string_view className, std::string_view member, bool before);
 
-  /// Uses up one time of a counter such as `failBulkGets`; true while it is not used up.
-  [[nodiscard]] static bool TakeOne(long& times);
-
  private:
   struct HookEntry {
     std::string member;
@@ -90,7 +63,7 @@ class Faults {
     bool before;
   };
 
-  std::vector<MemberFault> faults_;
+  MemberFaults faults_;
   std::set<std::string, std::less<>> hidden_;
   std::map<std::string, ItemForm, std::less<>> itemForms_;
   std::vector<HookEntry> hooks_;

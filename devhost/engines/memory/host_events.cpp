@@ -56,6 +56,12 @@ void FireWindowEvent(const std::shared_ptr<Host>& host, AppEvent event,
   Fire(*host, event, std::array{Make<WorkbookObject>(host, workbook), Make<WindowObject>(host, window)});
 }
 
+bool FireBeforeClose(const std::shared_ptr<Host>& host, const std::shared_ptr<Workbook>& workbook) {
+  if (!IsHeard(*host)) return false;
+  const ComPtr<IDispatch> keptAlive(host->application);
+  return host->events->FireBeforeClose(Make<WorkbookObject>(host, workbook));
+}
+
 void ActivateWindow(const std::shared_ptr<Host>& host, const std::shared_ptr<Window>& window) {
   const auto before = host->ActiveWindow();
   if (before == window || window->closed) return;

@@ -23,6 +23,10 @@ void FireSheetAdded(const std::shared_ptr<Host>& host, const std::shared_ptr<Wor
 void FireWindowEvent(const std::shared_ptr<Host>& host, AppEvent event,
                      const std::shared_ptr<Window>& window);
 
+/// WorkbookBeforeClose; true when a sink has cancelled the closing.
+[[nodiscard]] bool FireBeforeClose(const std::shared_ptr<Host>& host,
+                                   const std::shared_ptr<Workbook>& workbook);
+
 /// Brings the window to the front, with WindowDeactivate and WindowActivate, and the workbook's twins of them
 /// when the workbook changes too.
 void ActivateWindow(const std::shared_ptr<Host>& host, const std::shared_ptr<Window>& window);

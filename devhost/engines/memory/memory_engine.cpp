@@ -9,6 +9,7 @@
 
 #include "engines/memory/application_object.h"
 #include "engines/memory/chart_objects.h"
+#include "engines/memory/engine_input.h"
 #include "engines/memory/fault_json.h"
 #include "engines/memory/host_events.h"
 #include "engines/memory/range_object.h"
@@ -17,35 +18,8 @@
 #include "foundation/text.h"
 
 namespace qv::devhost {
-namespace {
 
 using nlohmann::json;
-
-std::vector<memory::Area> AreasAt(std::string_view address) {
-  auto areas = memory::ParseAddress(FromUtf8(address));
-  if (!areas) throw std::runtime_error("not an address: " + std::string(address));
-  return std::move(*areas);
-}
-
-memory::Area CellAt(std::string_view address) {
-  const auto areas = AreasAt(address);
-  if (areas.size() != 1 || areas.front().Cells() != 1) {
-    throw std::runtime_error("not one cell: " + std::string(address));
-  }
-  return areas.front();
-}
-
-/// The object layer's refusals as errors for people.
-template <typename Action>
-void OrThrow(const std::string& what, Action&& action) {
-  try {
-    action();
-  } catch (const memory::HostError&) {
-    throw std::runtime_error(what + ": the host refuses");
-  }
-}
-
-}  // namespace
 
 MemoryEngine::MemoryEngine(HostStyle style)
     : host_(std::make_shared<memory::Host>(style == HostStyle::kWps)),
@@ -74,21 +48,6 @@ json MemoryEngine::Cell(const std::wstring& sheet, const std::string& address) {
           {"wrap", cell.Style().wrap},
           {"rowHeight", found->RowHeight(at.row1)},
           {"runs", memory::RunsToJson(cell, text)}};
-}
-
-void MemoryEngine::Select(const std::wstring& sheet, const std::string& address) {
-  Changed();
-  const auto found = FindSheet(sheet);
-  const auto areas = AreasAt(address);
-  OrThrow("select", [&] {
-    memory::ActivateSheet(host_, found);
-    memory::SelectAreas(host_, found, areas);
-  });
-}
-
-void MemoryEngine::Protect(const std::wstring& sheet, bool on) {
-  Changed();
-  FindSheet(sheet)->isProtected = on;
 }
 
 void MemoryEngine::Save(const std::wstring& path) {
@@ -142,12 +101,6 @@ std::shared_ptr<memory::Workbook> MemoryEngine::AddWorkbook(const std::wstring& 
   return host_->AddWorkbook(name, folder, std::move(made));
 }
 
-void MemoryEngine::ActivateSheet(const std::wstring& sheet) {
-  Changed();
-  const auto found = FindSheet(sheet);
-  OrThrow("activate", [&] { memory::ActivateSheet(host_, found); });
-}
-
 void MemoryEngine::SelectChart(const std::wstring& sheet, size_t index) {
   Changed();
   const auto found = FindSheet(sheet);
@@ -180,17 +133,6 @@ void MemoryEngine::SetFormula(const std::wstring& sheet, std::string_view addres
   Changed();
   FindSheet(sheet)->SetEntry(at.row1, at.col1,
                              memory::Entry{std::move(result), std::move(formula), false, L""});
-}
-
-void MemoryEngine::Type(const std::wstring& sheet, std::string_view address, const std::wstring& text) {
-  const auto found = FindSheet(sheet);
-  const memory::Area at = CellAt(address);
-  OrThrow("type", [&] { host_->RequireWritable(*found, {at}); });
-  const auto entry = memory::ParseEntry(text, found->StyleAt(at.row1, at.col1).numberFormat);
-  if (!entry) throw std::runtime_error("type: the host refuses the text");
-  Changed();
-  found->SetEntry(at.row1, at.col1, *entry);
-  memory::FireRangeEvent(host_, AppEvent::kSheetChange, found, {at});
 }
 
 void MemoryEngine::Merge(const std::wstring& sheet, std::string_view address) {

@@ -47,6 +47,7 @@ class MemoryEngine final : public Engine {
   int OpenWindow(const std::wstring& path) override;
   int NewWindow() override;
   void ActivateWindow(int window) override;
+  void AnnounceClose(int window) override;
   void CloseWindow(int window) override;
   [[nodiscard]] ComPtr<IDispatch> WindowObject(int window) override;
   void SetWindowHandle(int window, HWND handle) override;
@@ -58,6 +59,11 @@ class MemoryEngine final : public Engine {
 
   [[nodiscard]] nlohmann::json Cell(const std::wstring& sheet, const std::string& address) override;
   void Select(const std::wstring& sheet, const std::string& address) override;
+  void Type(const std::wstring& sheet, std::string_view address, const std::wstring& text) override;
+  /// Formulas keep their texts, and the new rows have no formats.
+  void InsertRows(const std::wstring& sheet, int row, int count) override;
+  void RenameSheet(const std::wstring& sheet, const std::wstring& name) override;
+  void DeleteSheet(const std::wstring& sheet) override;
   void Protect(const std::wstring& sheet, bool on) override;
   /// The active workbook in the form that Open reads.
   void Save(const std::wstring& path) override;
@@ -68,16 +74,10 @@ class MemoryEngine final : public Engine {
   [[nodiscard]] nlohmann::json Counters() override;
   void ResetCounters() override;
 
-  /// One or more of:
+  /// What engines/common/member_fault_json.h describes, and one or more of:
   /// {"clear":true} all failing members, hidden members, item forms, bulk failures, array answers and
   /// callbacks go;
-  /// {"fail":"Range.Value2","code":"0x800A03EC","as":"exception"|"result","times":n|"always","on":"any"|"get"|"put"|
-  ///  "method"|"names","after":n} ("*.Member", "Class.*" and "*" match more; codes 0x800Axxxx are exceptions
-  ///  unless "as" says otherwise; "after" calls still succeed);
   /// {"missing":"Window.Hwnd"} or a list: the name is unknown;
-  /// {"busy":n,"way":"exception"|"rejected"|"retry","member":"*"}: n times the host is editing a cell
-  /// (0x800AC472 in
-  ///  EXCEPINFO), refuses the name lookup (0x80010001), or answers 0x8001010A;
   /// {"item":"every"|"property"|"method"|"default","class":"*"}: the only form in which collections give
   /// items;
   /// {"bulkValue2":n|true|false} and {"bulkPut":…}: reads or writes of several cells at once fail;
@@ -110,8 +110,6 @@ class MemoryEngine final : public Engine {
   void Set(const std::wstring& sheet, std::string_view address, memory::CellValue value);
   void SetFormula(const std::wstring& sheet, std::string_view address, std::wstring formula,
                   memory::CellValue result);
-  /// As typed by the user: the host's reading of texts, then SheetChange; protection throws.
-  void Type(const std::wstring& sheet, std::string_view address, const std::wstring& text);
   void Merge(const std::wstring& sheet, std::string_view address);
   std::shared_ptr<memory::Chart> AddChart(const std::wstring& sheet, const std::wstring& title);
 

@@ -112,11 +112,26 @@ void MemoryEngine::ActivateWindow(int window) {
   ActivateWindow(FindWindow(window));
 }
 
+void MemoryEngine::AnnounceClose(int window) {
+  if (memory::FireBeforeClose(host_, FindWindow(window)->workbook.lock()))
+    throw std::runtime_error("an add-in does not let the workbook close");
+}
+
 void MemoryEngine::CloseWindow(int window) {
   const auto closing = FindWindow(window);
+  const auto workbook = closing->workbook.lock();
   const bool wasActive = host_->ActiveWindow() == closing;
+  if (wasActive) {
+    memory::FireWindowEvent(host_, AppEvent::kWindowDeactivate, closing);
+    if (workbook->windows.size() == 1)
+      memory::FireWorkbookEvent(host_, AppEvent::kWorkbookDeactivate, workbook);
+  }
   CloseWindow(closing);
-  if (wasActive) memory::FireWindowEvent(host_, AppEvent::kWindowActivate, host_->ActiveWindow());
+  const auto next = wasActive ? host_->ActiveWindow() : nullptr;
+  if (next == nullptr) return;
+  if (next->workbook.lock() != workbook)
+    memory::FireWorkbookEvent(host_, AppEvent::kWorkbookActivate, next->workbook.lock());
+  memory::FireWindowEvent(host_, AppEvent::kWindowActivate, next);
 }
 
 ComPtr<IDispatch> MemoryEngine::WindowObject(int window) {

@@ -65,6 +65,18 @@ Variant FormulaVariant(const Cell& cell) {
   return Variant(DisplayText(cell.value, L"General"));
 }
 
+/// A number that its column is too narrow for is rounded in the general format, else a row of '#'.
+std::wstring TextInColumn(const Cell& cell, double columnWidth) {
+  const std::wstring_view format = cell.Style().numberFormat;
+  std::wstring text = DisplayText(cell.value, format);
+  const auto room = static_cast<size_t>(columnWidth);
+  const auto* const number = std::get_if<double>(&cell.value);
+  if (number == nullptr) return text;
+  for (int digits = 10; format == L"General" && text.size() > room && digits > 0; --digits)
+    text = NumberText(*number, digits);
+  return text.size() > room ? std::wstring(room, L'#') : text;
+}
+
 Variant DateVariant(double serial) {
   Variant date;
   VARIANT* const out = date.Put();
@@ -170,10 +182,10 @@ Variant RangeObject::AccessContent(Call& call, Content content) {
   Faults& faults = GetHost().faults;
   const bool bulk = First().Cells() > 1;
   if (!call.IsPut()) {
-    if (bulk && Faults::TakeOne(faults.failBulkGets)) Refuse();
+    if (bulk && TakeOne(faults.failBulkGets)) Refuse();
     return ReadContent(content);
   }
-  if (bulk && Faults::TakeOne(faults.failBulkPuts)) Refuse();
+  if (bulk && TakeOne(faults.failBulkPuts)) Refuse();
   PutContent(call.Value());
   return {};
 }
@@ -296,7 +308,7 @@ Variant RangeObject::Text(Call&) {
   std::optional<std::wstring> common;
   const auto textAt = [&](long row, long col) {
     const Cell* cell = sheet_->Find(row, col);
-    return cell == nullptr ? std::wstring() : DisplayText(cell->value, cell->Style().numberFormat);
+    return cell == nullptr ? std::wstring() : TextInColumn(*cell, sheet_->ColumnWidth(col));
   };
   if (IsOneCell()) return Variant(textAt(First().row1, First().col1));
   Variant mixed;

@@ -85,10 +85,10 @@ class Sheet {
   /// Contents of a block, written again from `targetRow` on in the same columns.
   void CopyContents(const Area& source, long targetRow);
 
-  /// Whole rows or columns go, and what follows moves up: cells, merges, sizes, hidden lines.
+  /// Whole rows or columns go, and what follows moves up: cells, merges, sizes, hidden lines, charts.
   void DeleteLines(bool rows, long first, long count);
-  /// Empty rows or columns come in before `first`. False, and nothing changes, where that would push what is
-  /// in use over the sheet's edge.
+  /// Empty rows or columns come in before `first`; a merge around it grows. False, and nothing changes, where
+  /// that would push what is in use over the sheet's edge.
   [[nodiscard]] bool InsertLines(bool rows, long first, long count);
 
   /// Calls `change(CellStyle&)` for every cell of the area, creating those that are missing; of whole rows
@@ -153,6 +153,8 @@ class Sheet {
   template <typename Container, typename Visit>
   static void Walk(Container& container, const Area& area, Visit&& visit);
 
+  /// Points before a row or column.
+  [[nodiscard]] double StartOf(bool rows, long line) const;
   void ShiftLines(bool rows, long first, long count);
   Cell& Touch(long row, long col);
   void DropIfEmpty(std::map<CellKey, Cell>::iterator cell);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <tuple>
 #include <utility>
 
@@ -45,6 +46,14 @@ std::set<long> ShiftedSet(const std::set<long>& lines, const LineShift& shift) {
 
 void Sheet::ShiftLines(bool rows, long first, long count) {
   const LineShift shift{first, count};
+  const double edge = StartOf(rows, first);
+  const double grown =
+      count > 0 ? static_cast<double>(count) * (rows ? kDefaultRowHeight : ColumnPoints(kMaxColumn))
+                : edge - StartOf(rows, first - count);
+  for (const auto& chart : charts) {
+    double& start = rows ? chart->top : chart->left;
+    if (start >= edge) start = std::max(edge, start + grown);
+  }
   const std::vector<Area> merges = Merges();
   const auto cells = std::exchange(cells_, {});
   formulas_.clear();
@@ -67,6 +76,11 @@ void Sheet::ShiftLines(bool rows, long first, long count) {
   auto& hidden = rows ? hiddenRows_ : hiddenColumns_;
   sizes = ShiftedMap(sizes, shift);
   hidden = ShiftedSet(hidden, shift);
+}
+
+double Sheet::StartOf(bool rows, long line) const {
+  if (line <= 1) return 0;
+  return rows ? HeightOf({1, 1, line - 1, 1}) : WidthOf({1, 1, 1, line - 1});
 }
 
 void Sheet::DeleteLines(bool rows, long first, long count) {

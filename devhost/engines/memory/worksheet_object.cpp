@@ -30,6 +30,18 @@ size_t VisibleSheets(const Workbook& workbook) {
 
 }  // namespace
 
+void RenameSheet(Sheet& sheet, const std::wstring& name) {
+  Host::RequireOpenStructure(*sheet.workbook.lock());
+  const auto taken = sheet.workbook.lock()->FindSheet(name);
+  if (!IsGoodName(name) || (taken != nullptr && taken.get() != &sheet)) Refuse();
+  sheet.name = name;
+}
+
+void RequireDeletable(const Sheet& sheet) {
+  Host::RequireOpenStructure(*sheet.workbook.lock());
+  if (sheet.visible == kVisible && VisibleSheets(*sheet.workbook.lock()) == 1) Refuse();
+}
+
 void RequireAliveSheet(const Sheet& sheet) {
   const auto workbook = sheet.workbook.lock();
   if (sheet.deleted || workbook == nullptr || workbook->closed) throw HostError{RPC_E_DISCONNECTED};
@@ -69,11 +81,7 @@ std::shared_ptr<Workbook> WorksheetObject::Book() const {
 
 Variant WorksheetObject::Name(Call& call) {
   if (!call.IsPut()) return Variant(sheet_->name);
-  const std::wstring name = ToText(call.Value());
-  const auto taken = Book()->FindSheet(name);
-  Host::RequireOpenStructure(*Book());
-  if (!IsGoodName(name) || (taken != nullptr && taken != sheet_)) Refuse();
-  sheet_->name = name;
+  RenameSheet(*sheet_, ToText(call.Value()));
   return {};
 }
 
@@ -163,8 +171,7 @@ Variant WorksheetObject::Activate(Call&) {
 }
 
 Variant WorksheetObject::Delete(Call&) {
-  Host::RequireOpenStructure(*Book());
-  if (sheet_->visible == kVisible && VisibleSheets(*Book()) == 1) Refuse();
+  RequireDeletable(*sheet_);
   // The host would ask; nobody is here to say yes.
   if (GetHost().displayAlerts) return Variant(false);
   GetHost().DeleteSheet(sheet_);

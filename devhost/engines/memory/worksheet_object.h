@@ -9,6 +9,11 @@ namespace qv::devhost::memory {
 /// Throws RPC_E_DISCONNECTED for a deleted sheet or one of a closed workbook.
 void RequireAliveSheet(const Sheet& sheet);
 
+/// The host's general refusal for a name that is taken or not allowed, and for the deletion of the last
+/// visible sheet. The sheet is alive.
+void RenameSheet(Sheet& sheet, const std::wstring& name);
+void RequireDeletable(const Sheet& sheet);
+
 /// One worksheet.
 class WorksheetObject final : public DispatchObject {
  public:

@@ -1,6 +1,7 @@
 #include <array>
 #include <memory>
 
+#include "addin/ribbon_labels.h"
 #include "foundation/catalog.h"
 #include "foundation/text.h"
 #include "host/addin_library.h"
@@ -171,6 +172,28 @@ class LateBoundRibbon final : public devhost::HostDispatch<IDispatch> {
   int calls_ = 0;
 };
 
+/// What the host does when it has loaded a ribbon.
+void LoadRibbon(IDispatch* addin, IDispatch* ribbon) {
+  Variant argument(ribbon);
+  DISPPARAMS params{&argument.Get(), nullptr, 1, 0};
+  constexpr DISPID kOnRibbonLoad = 130;
+  EXPECT_EQ(addin->Invoke(kOnRibbonLoad, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr,
+                          nullptr, nullptr),
+            S_OK);
+}
+
+/// The texts of one ribbon are in one language, whatever another program stores between two of them.
+TEST_F(LanguageDialog, TheRibbonReadsItsLanguageOnceALoad) {
+  const auto label = [this](const wchar_t* id) { return HostRibbon().Label(*HostRibbon().Find(id)); };
+  EXPECT_EQ(label(L"btnSettings"), RibbonLabel(L"en", L"btnSettings"));
+  SettingsFile::WriteLanguage("de");
+  EXPECT_EQ(label(L"btnGlossary"), RibbonLabel(L"en", L"btnGlossary"));
+  EXPECT_EQ(HostRibbon().Screentip(*HostRibbon().Find(L"btnGlossary")),
+            RibbonScreentip(L"en", L"btnGlossary"));
+  LoadRibbon(host_->Session().Addin(), MakeCom<LateBoundRibbon>(S_OK).Get());
+  EXPECT_EQ(label(L"btnInstruction"), RibbonLabel(L"de", L"btnInstruction"));
+}
+
 TEST_F(LanguageDialog, RefreshesARibbonThatAnswersByNameOnly) {
   struct Case {
     HRESULT first;
@@ -182,12 +205,7 @@ TEST_F(LanguageDialog, RefreshesARibbonThatAnswersByNameOnly) {
     SCOPED_TRACE(c.first);
     HostRibbon();
     const auto ribbon = MakeCom<LateBoundRibbon>(c.first);
-    Variant argument(ribbon.Get());
-    DISPPARAMS params{&argument.Get(), nullptr, 1, 0};
-    constexpr DISPID kOnRibbonLoad = 130;
-    EXPECT_EQ(host_->Session().Addin()->Invoke(kOnRibbonLoad, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
-                                               &params, nullptr, nullptr, nullptr),
-              S_OK);
+    LoadRibbon(host_->Session().Addin(), ribbon.Get());
     Choose({Select(row++), Push(IDOK)});
     EXPECT_EQ(ribbon->Calls(), 1);
     EXPECT_EQ(devhost::PumpUntil([&] { return ribbon->Calls() > 1; }, 2500), c.calls == 2);

@@ -141,30 +141,18 @@ TEST_F(Messages, ExportWhatTheUserKeepsOnThisComputer) {
       << answer;
 }
 
-/// The id is the user's own, however long an installer made it.
-TEST_F(Messages, TellTheWholeInstallationId) {
-  const std::uint32_t view = OpenPane();
-  constexpr wchar_t kKey[] = L"Software\\Quorvantis";
-  const std::wstring id(300, L'7');
-  ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, kKey, L"InstallId", REG_SZ, id.c_str(),
-                            static_cast<DWORD>((id.size() + 1) * sizeof(wchar_t))),
-            ERROR_SUCCESS);
-  EXPECT_NE(Ask(view, L"clientInfoGet").find('"' + ToUtf8(id) + '"'), std::string::npos);
-  RegDeleteKeyValueW(HKEY_CURRENT_USER, kKey, L"InstallId");
-}
-
 wchar_t Unchanged(wchar_t unit) {
   return unit;
 }
 
 TEST_F(Messages, AskForTheDocumentKey) {
-  const auto workbook = engine_.AddWorkbook(L"RESUMÉ.xlsx", L"C:\\Books");
+  const auto workbook = engine_.AddWorkbook(L"RESUMÉ Ж.xlsx", L"C:\\Books");
   const std::uint32_t view = OpenPane();
   const auto reply = [](const std::wstring& key) {
     return std::string(kReplyStart) + R"({"docKey":")" + ToUtf8(key) + R"("}});)";
   };
   // Letters beyond ASCII are lowered too.
-  EXPECT_EQ(Ask(view, L"docKeyGet"), reply(DocKey(L"c:\\books\\resumé.xlsx", Unchanged)));
+  EXPECT_EQ(Ask(view, L"docKeyGet"), reply(DocKey(L"c:\\books\\resumé ж.xlsx", Unchanged)));
   while (const auto open = engine_.Host().ActiveWorkbook())
     engine_.CloseWorkbook(open);
   EXPECT_EQ(Ask(view, L"docKeyGet"), reply(L"_no_doc"));

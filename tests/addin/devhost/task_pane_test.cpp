@@ -79,6 +79,61 @@ TEST_F(TaskPaneTest, WidthIsInPointsAndFixedWhileDockedAtTheTop) {
   EXPECT_EQ(width, 0);
 }
 
+/// Notes each event and whether the pane's width could be set during it. Lives on the test's stack.
+class PaneSink final : public _CustomTaskPaneEvents {
+ public:
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+    const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, __uuidof(_CustomTaskPaneEvents));
+    *object = known ? this : nullptr;
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+  ULONG STDMETHODCALLTYPE Release() override { return 1; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
+                                   UINT*) override {
+    ComPtr<_CustomTaskPane> pane;
+    if (params->cArgs == 1 && params->rgvarg[0].vt == VT_DISPATCH)
+      params->rgvarg[0].pdispVal->QueryInterface(__uuidof(_CustomTaskPane),
+                                                 reinterpret_cast<void**>(pane.GetAddressOf()));
+    events.push_back(pane && FAILED(pane->put_Width(222)) ? id : DISPID_UNKNOWN);
+    return S_OK;
+  }
+
+  std::vector<DISPID> events;
+};
+
+TEST_F(TaskPaneTest, TellsOfEveryChangeOfItsStateWhoeverMadeIt) {
+  ASSERT_HRESULT_SUCCEEDED(Create(L"Quorvantis.ExcelPane"));
+  PaneSink sink;
+  ComPtr<IConnectionPointContainer> container;
+  ComPtr<IConnectionPoint> point;
+  DWORD cookie = 0;
+  ASSERT_HRESULT_SUCCEEDED(pane_.As(&container));
+  ASSERT_HRESULT_SUCCEEDED(
+      container->FindConnectionPoint(__uuidof(_CustomTaskPaneEvents), point.GetAddressOf()));
+  ASSERT_HRESULT_SUCCEEDED(point->Advise(&sink, &cookie));
+  const auto frame = host_->Panes().OpenPanes().front().frame;
+  ASSERT_HRESULT_SUCCEEDED(pane_->put_Visible(VARIANT_TRUE));
+  ASSERT_HRESULT_SUCCEEDED(pane_->put_Visible(VARIANT_TRUE));
+  frame->SetDock(PaneDock::kLeft);
+  ASSERT_HRESULT_SUCCEEDED(pane_->put_DockPosition(msoCTPDockPositionLeft));
+  ASSERT_HRESULT_SUCCEEDED(pane_->put_DockPosition(msoCTPDockPositionRight));
+  frame->SetVisible(false);
+  constexpr DISPID kVisibleStateChange = 1;
+  constexpr DISPID kDockPositionStateChange = 2;
+  EXPECT_EQ(sink.events, (std::vector<DISPID>{kVisibleStateChange, kDockPositionStateChange,
+                                              kDockPositionStateChange, kVisibleStateChange}));
+  EXPECT_HRESULT_SUCCEEDED(pane_->put_Width(222));
+  EXPECT_HRESULT_SUCCEEDED(point->Unadvise(cookie));
+  frame->SetVisible(true);
+  EXPECT_EQ(sink.events.size(), 4u);
+}
+
 TEST_F(TaskPaneTest, DeletedPaneFailsAndAnUnknownControlGivesNone) {
   ASSERT_HRESULT_SUCCEEDED(Create(L"Quorvantis.ExcelPane"));
   ASSERT_HRESULT_SUCCEEDED(pane_->Delete());

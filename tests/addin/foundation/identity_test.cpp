@@ -55,10 +55,21 @@ TEST_F(InstallId, IsMadeOnceInGuidFormAndKept) {
 TEST_F(InstallId, AcceptsOnlyNonEmptyTextValues) {
   Store(REG_EXPAND_SZ, L"%TEMP%-id");
   EXPECT_EQ(GetInstallId(), L"%TEMP%-id");
+  // The id is the user's own, however long an installer made it.
+  Store(REG_SZ, std::wstring(300, L'7'));
+  EXPECT_EQ(GetInstallId(), std::wstring(300, L'7'));
   Store(REG_BINARY, L"binary");
   EXPECT_EQ(GetInstallId().size(), 36u);
   Store(REG_SZ, L"");
   EXPECT_EQ(GetInstallId().size(), 36u);
+}
+
+/// Every request carries the facts: neither registry nor file is read for each of them.
+TEST_F(InstallId, IsReadOnceForTheFactsOfAProcess) {
+  const std::wstring id = GatherClientFacts().installId;
+  EXPECT_FALSE(id.empty());
+  Store(REG_SZ, L"another");
+  EXPECT_EQ(GatherClientFacts().installId, id);
 }
 
 TEST(Identity, OsStringNamesTheRunningSystem) {

@@ -35,6 +35,7 @@ class Sink final : public IDispatch {
       const UINT number =
           i < params->cNamedArgs ? static_cast<UINT>(params->rgdispidNamedArgs[i]) : params->cArgs - 1 - i;
       args.at(number) = Variant(params->rgvarg[i]);
+      if (cancels && params->rgvarg[i].vt == (VT_BYREF | VT_BOOL)) *params->rgvarg[i].pboolVal = VARIANT_TRUE;
     }
     if (onEvent) onEvent();
     return S_OK;
@@ -44,6 +45,7 @@ class Sink final : public IDispatch {
   std::vector<DISPID> events;
   std::vector<Variant> args;
   UINT named = 0;
+  bool cancels = false;
   std::function<void()> onEvent;
 };
 
@@ -100,6 +102,49 @@ TEST_F(Events, FollowWhatTheUserDoes) {
   ASSERT_HRESULT_SUCCEEDED(Put(Application(), L"EnableEvents", Variant(true)).hr);
   engine.Type(L"", "A1", L"heard");
   EXPECT_EQ(sink.events.back(), static_cast<DISPID>(AppEvent::kSheetChange));
+}
+
+TEST_F(Events, GoWithEveryEditOfTheUser) {
+  ASSERT_HRESULT_SUCCEEDED(Point()->Advise(&sink, &cookie));
+  ASSERT_HRESULT_SUCCEEDED(CallMethod(Follow(Application(), {L"Worksheets"}), L"Add").hr);
+  const auto heard = [&](const std::function<void()>& edit) {
+    sink.events.clear();
+    edit();
+    std::vector<AppEvent> events;
+    for (const DISPID id : sink.events)
+      events.push_back(static_cast<AppEvent>(id));
+    return events;
+  };
+  using enum AppEvent;
+  using Heard = std::vector<AppEvent>;
+  EXPECT_EQ(heard([&] { engine.Select(L"Data", "B2,D4:E5"); }),
+            (Heard{kSheetDeactivate, kSheetActivate, kSheetSelectionChange}));
+  EXPECT_EQ(Get(sink.args[1].Object(), L"Address").value.Text(), L"$B$2,$D$4:$E$5");
+  EXPECT_EQ(heard([&] { engine.InsertRows(L"Data", 2, 3); }), Heard{kSheetChange});
+  EXPECT_EQ(Get(sink.args[1].Object(), L"Address").value.Text(), L"$2:$4");
+  EXPECT_EQ(heard([&] { engine.RenameSheet(L"Data", L"Facts"); }), Heard{});
+  EXPECT_EQ(heard([&] { engine.DeleteSheet(L"facts"); }), (Heard{kSheetDeactivate, kSheetActivate}));
+  EXPECT_THROW(engine.DeleteSheet(L""), std::runtime_error);
+  engine.AddWorkbook(L"Other.xlsx");
+  const int last = engine.Windows().back().id;
+  EXPECT_EQ(heard([&] { engine.AnnounceClose(last); }), Heard{kWorkbookBeforeClose});
+  EXPECT_EQ(heard([&] { engine.CloseWindow(last); }),
+            (Heard{kWindowDeactivate, kWorkbookDeactivate, kWorkbookActivate, kWindowActivate}));
+  sink.args.clear();
+}
+
+TEST_F(Events, CanKeepAWorkbookOpenInBothStyles) {
+  ASSERT_HRESULT_SUCCEEDED(Point()->Advise(&sink, &cookie));
+  const int window = engine.Windows().front().id;
+  for (const EventStyle style : {EventStyle::kNamed, EventStyle::kPositional}) {
+    engine.SetEventStyle(style);
+    sink.cancels = true;
+    EXPECT_THROW(engine.AnnounceClose(window), std::runtime_error);
+    EXPECT_EQ(Get(sink.args[0].Object(), L"Name").value.Text(), L"Book.xlsx");
+    sink.cancels = false;
+    EXPECT_NO_THROW(engine.AnnounceClose(window));
+  }
+  sink.args.clear();
 }
 
 TEST_F(Events, LetSinksLeaveDuringACall) {

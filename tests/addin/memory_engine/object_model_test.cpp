@@ -285,5 +285,36 @@ TEST_F(MemoryEngineTest, ReadsManyCellsInLittleMoreThanTheArrayCosts) {
   EXPECT_LT((read - start).count(), (filled - read).count() * 20);
 }
 
+TEST_F(MemoryEngineTest, InsertsRowsAndMovesWhatIsBelow) {
+  memory::Sheet& sheet = engine.Sheet();
+  engine.Set(L"", "A1", L"above");
+  engine.Set(L"", "A3", L"at");
+  engine.SetFormula(L"", "B4", L"=A1", 1.0);
+  engine.Merge(L"", "C2:D3");
+  engine.Merge(L"", "C5:D6");
+  sheet.SetRowHeight(3, 30);
+  sheet.HideRow(4, true);
+  const auto chart = engine.AddChart(L"", L"below");
+  chart->top = sheet.HeightOf({1, 1, 2, 1});
+  engine.InsertRows(L"", 3, 2);
+  EXPECT_EQ(Get(Range("A1"), L"Value2").value.Text(), L"above");
+  EXPECT_EQ(Get(Range("A3"), L"Value2").value.Type(), VT_EMPTY);
+  EXPECT_EQ(Get(Range("A5"), L"Value2").value.Text(), L"at");
+  EXPECT_TRUE(sheet.HasFormula(6, 2));
+  EXPECT_FALSE(sheet.HasFormula(4, 2));
+  EXPECT_EQ(sheet.MergeAt(3, 3), (memory::Area{2, 3, 5, 4}));
+  EXPECT_EQ(sheet.MergeAt(7, 3), (memory::Area{7, 3, 8, 4}));
+  EXPECT_EQ(sheet.RowHeight(3), memory::Sheet::kDefaultRowHeight);
+  EXPECT_EQ(sheet.RowHeight(5), 30);
+  EXPECT_TRUE(sheet.IsRowHidden(6));
+  EXPECT_EQ(chart->top, 4 * memory::Sheet::kDefaultRowHeight);
+
+  EXPECT_THROW(engine.InsertRows(L"", 1048576, 2), std::runtime_error);
+  engine.Set(L"", "A1048576", L"last");
+  EXPECT_THROW(engine.InsertRows(L"", 3, 1), std::runtime_error);
+  engine.Protect(L"", true);
+  EXPECT_THROW(engine.InsertRows(L"", 1, 1), std::runtime_error);
+}
+
 }  // namespace
 }  // namespace qv::devhost

@@ -1,3 +1,4 @@
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,20 @@ TEST_F(ToolsTest, EveryToolIsFoundByItsExactNameOnly) {
     EXPECT_NE(Run(tool.action), Error(L"未知操作")) << std::string(tool.action.begin(), tool.action.end());
   for (const wchar_t* name : {L"ExcelReadRange", L"excelReadRange ", L"excelRead", L"", L"start"})
     EXPECT_EQ(Run(name), Error(L"未知操作"));
+}
+
+TEST_F(ToolsTest, TheProtocolsDocumentDescribesEveryToolInTheOrderOfTheTable) {
+  std::vector<std::string> built;
+  for (const WorkbookTool& tool : WorkbookToolTable())
+    built.emplace_back(tool.action.begin(), tool.action.end());
+  std::ifstream document(QV_PROTOCOL_DOCUMENT);
+  std::vector<std::string> described;
+  bool inside = false;
+  for (std::string line; std::getline(document, line);) {
+    if (line.starts_with("## ")) inside = line.starts_with("## Workbook tools");
+    if (inside && line.starts_with("| `")) described.push_back(line.substr(3, line.find('`', 3) - 3));
+  }
+  EXPECT_EQ(described, built);
 }
 
 TEST_F(ToolsTest, EveryToolSaysWhenThereIsNoHostOrNoSheet) {
@@ -193,6 +208,8 @@ TEST_F(ToolsTest, ContentIsCountedWhereTheRangeMeetsTheUsedRange) {
   EXPECT_EQ(engine.Calls("Range.Value2"), 0u);
   SetText("A5000", L"end");
   EXPECT_EQ(Run(L"excelRangeHasContent", LR"({"range":"B1:B5000"})"), content(L"true", 1));
+  // The used range begins in row 2 until here.
+  engine.Set(L"Sheet1", "A1", 1.0);
   engine.Set(L"Sheet1", "A5001", 1.0);
   engine.ResetCounters();
   EXPECT_EQ(Run(L"excelRangeHasContent", LR"({"range":"B:B"})"), content(L"true", -1));

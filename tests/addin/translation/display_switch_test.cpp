@@ -175,5 +175,95 @@ TEST_F(DisplaySwitchTest, ALongSwitchIsDoneInSlices) {
   EXPECT_EQ(Answer(L"onExcelDisplayModeDone("), Done(L"dual", 3, 0));
 }
 
+TEST_F(DisplaySwitchTest, ABusyHostIsNotTakenForOneWithoutCells) {
+  FillRows(2);
+  Translate({});
+  engine->Select(L"Data", "A1:A2");
+  for (const wchar_t* scope : {L"selection", L"sheet", L"session"}) {
+    for (const char* member : {"Application.*", "Window.Selection", "Window.ActiveSheet", "Worksheet.Name"}) {
+      SCOPED_TRACE(ToUtf8(Concat(scope, L" ")) + member);
+      engine->Fault({{"fail", member}, {"code", "0x800AC472"}, {"on", "get"}, {"times", 1}});
+      EXPECT_EQ(Switch(L"dual", scope), Done(L"dual", 2, 0));
+      engine->Fault({{"clear", true}});
+    }
+  }
+}
+
+TEST_F(DisplaySwitchTest, AHostThatStaysBusyIsToldApartFromAnEmptyScope) {
+  pane = std::make_unique<TestPane>(engine->Application(), Patience{1, 3});
+  FillRows(1);
+  Translate({});
+  engine->Fault({{"fail", "Window.*"}, {"code", "0x800AC472"}, {"on", "get"}, {"times", "always"}});
+  EXPECT_EQ(Switch(L"dual", L"selection"), Done(L"dual", 0, 0, L"无法读取当前选区"));
+  EXPECT_EQ(Switch(L"dual", L"sheet"), Done(L"dual", 0, 0, kSwitchFailed));
+  engine->Fault({{"clear", true}});
+  EXPECT_EQ(Switch(L"dual", L"sheet"), Done(L"dual", 1, 0));
+}
+
+TEST_F(DisplaySwitchTest, HeightsThatABusyHostRefusedArePutBackByTheNextRestore) {
+  pane = std::make_unique<TestPane>(engine->Application(), Patience{1, 3});
+  FillRows(2);
+  Translate(kDual);
+  engine->Fault({{"fail", "Range.RowHeight"}, {"code", "0x800AC472"}, {"on", "put"}, {"times", "always"}});
+  EXPECT_EQ(Switch(L"original"), Done(L"original", 2, 0));
+  EXPECT_EQ(engine->Sheet().RowHeight(1), 30.0);
+  engine->Fault({{"clear", true}});
+  EXPECT_EQ(Switch(L"original"), Done(L"original", 0, 0, kNothingToRestore));
+  EXPECT_EQ(engine->Sheet().RowHeight(1), 15.0);
+  EXPECT_EQ(engine->Sheet().RowHeight(2), 15.0);
+}
+
+TEST_F(DisplaySwitchTest, TheRowsOfCellsThatAreBackAreRestoredAlsoWhenOthersAreGivenUp) {
+  pane = std::make_unique<TestPane>(engine->Application(), Patience{1, 3});
+  FillRows(3);
+  Translate(kDual);
+  engine->Fault(
+      {{"fail", "Range.Value2"}, {"code", "0x800AC472"}, {"on", "put"}, {"times", 4}, {"after", 1}});
+  EXPECT_EQ(Switch(L"original"), Done(L"original", 1, 2));
+  EXPECT_EQ(engine->Sheet().RowHeight(3), 15.0);
+  EXPECT_EQ(engine->Sheet().RowHeight(2), 30.0);
+}
+
+TEST_F(DisplaySwitchTest, EachRowHasTheWholePatience) {
+  pane = std::make_unique<TestPane>(engine->Application(), Patience{1, 3});
+  FillRows(4);
+  Translate(kDual);
+  // Two busy answers a row are eight in all, but never four in a row.
+  int puts = 0;
+  engine->Faults().OnCall("Range.RowHeight", [&] {
+    if (++puts % 4 == 2) {
+      engine->Fault({{"fail", "Range.RowHeight"}, {"code", "0x800AC472"}, {"on", "put"}, {"times", 1}});
+    }
+  });
+  EXPECT_EQ(Switch(L"original"), Done(L"original", 4, 0));
+  for (const int row : {1, 2, 3, 4})
+    EXPECT_EQ(engine->Sheet().RowHeight(row), 15.0) << row;
+}
+
+TEST_F(DisplaySwitchTest, AStyleThatABusyHostRefusedIsPutAgain) {
+  FillRows(2);
+  Translate(kDual);
+  engine->Fault({{"fail", "Font.Color"}, {"code", "0x800AC472"}, {"on", "put"}, {"times", 1}});
+  TargetFont font;
+  font.color = 255;
+  Display().SetTargetStyle(font);
+  EXPECT_EQ(Answer(L"onTargetStyleDone("), L"{ok:true,applied:2,failed:0,skipped:0,message:\"\"}");
+  EXPECT_EQ(engine->Cell(L"", "A1").at("runs").at(1).at("color"), 255);
+}
+
+TEST_F(DisplaySwitchTest, HeadersOfASheetThatIsNotShownKeepTheirHeight) {
+  FillRows(2);
+  const auto window = engine->Host().ActiveWindow();
+  devhost::memory::SheetView& view = window->ViewOf(engine->Sheet(L"Data"));
+  view.splitRow = 1;
+  view.frozen = true;
+  Translate(kDual);
+  engine->ActivateSheet(L"More");
+  EXPECT_EQ(Switch(L"target"), Done(L"target", 2, 0));
+  EXPECT_EQ(Switch(L"dual"), Done(L"dual", 2, 0));
+  EXPECT_EQ(engine->Sheet(L"Data").RowHeight(1), 15.0);
+  EXPECT_EQ(engine->Sheet(L"Data").RowHeight(2), 30.0);
+}
+
 }  // namespace
 }  // namespace qv

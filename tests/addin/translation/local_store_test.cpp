@@ -1,8 +1,10 @@
 #include "translation/local_store.h"
+#include "translation/local_snapshot_worker.h"
 
 #include <gtest/gtest.h>
 
 #include "foundation/text.h"
+#include "run_fixture.h"
 #include "trace_tails.h"
 
 namespace qv {
@@ -71,6 +73,22 @@ TEST_F(LocalStore, WhatIsTooLargeIsSkippedAlone) {
   EXPECT_TRUE(Contains(logs.PaneLines(), L"Local store skipped unreadable or too large "));
   // The total counts what was read; a smaller item behind a skipped one may still fit.
   EXPECT_EQ(Ids(ReadLocalStore(scratch.Path(), {1000, 2 * fits.size()})), L"a;d;");
+}
+
+class LocalSnapshotAnswer : public RunTest {};
+
+TEST_F(LocalSnapshotAnswer, ComesLaterFromAWorker) {
+  const long uses = pane->context.use_count();
+  AnswerWithLocalSnapshot(pane->context, pane->page, L"r\"1");
+  EXPECT_TRUE(pane->page.received.empty()) << "the store was read on this thread";
+  ASSERT_TRUE(
+      PumpUntilPageHas(L"_onResponse({\"requestId\":\"r\\\"1\",\"ok\":true,\"data\":{\"glossaries\":["));
+  EXPECT_TRUE(PumpUntil([&] { return pane->context.use_count() == uses; }));
+
+  AnswerWithLocalSnapshot(pane->context, pane->page, L"late");
+  pane->Close();
+  EXPECT_TRUE(PumpUntil([&] { return pane->context.use_count() == uses; }));
+  EXPECT_FALSE(pane->page.Has(L"late"));
 }
 
 }  // namespace

@@ -124,8 +124,59 @@ TEST_F(PanelTransportTest, AWaitingWorkerIsWokenAtOnce) {
 TEST_F(PanelTransportTest, AClosedPaneIsNotWaitedFor) {
   const RunFlags flags;
   PanelTransport transport(std::make_shared<PendingRequests>(), pane->context, pane->page, flags);
+  pane->context->MarkClosing();
   pane->context->Tasks().Close();
   EXPECT_EQ(transport.Send(OneText()).code, L"cancelled");
+}
+
+/// A host that does not read its messages for a while has lost neither pane nor page.
+TEST_F(PanelTransportTest, ARefusedMessageIsPostedAgain) {
+  const auto pending = std::make_shared<PendingRequests>();
+  const RunFlags flags;
+  pane->page.onReceived = [&](const std::wstring&) {
+    AcceptBatchResult(*pending, L"{\"requestId\":\"tr-7-1\",\"ok\":true,\"translations\":[\"uno\"]}");
+  };
+  pane->context->Tasks().Close();
+  TranslateResult result;
+  std::thread worker([&] {
+    PanelTransport transport(pending, pane->context, pane->page, flags);
+    result = transport.Send(OneText());
+  });
+  EXPECT_TRUE(PumpUntil([&] { return pending->Has(L"tr-7-1"); }));
+  pane->context->Tasks().Open(pane->context->Window());
+  EXPECT_TRUE(PumpUntilPageHas(L"tr-7-1"));
+  worker.join();
+  EXPECT_EQ(result.translations, std::vector<std::wstring>{L"uno"});
+  EXPECT_EQ(pane->page.Count(L"tr-7-1"), 1);
+}
+
+TEST_F(PanelTransportTest, ARefusedMessageIsGivenUpInTimeAndWhenNobodyWantsIt) {
+  struct Case {
+    DWORD timeoutMs;
+    void (*end)(RunFlags& flags, PaneContext& context);
+    const wchar_t* code;
+  };
+  const Case cases[] = {
+      {50, [](RunFlags&, PaneContext&) {}, L"request_timeout"},
+      {kPanelTimeoutMs, [](RunFlags& flags, PaneContext&) { flags.Cancel(); }, L"cancelled"},
+      {kPanelTimeoutMs, [](RunFlags&, PaneContext& context) { context.MarkClosing(); }, L"cancelled"},
+  };
+  pane->context->Tasks().Close();
+  for (const Case& c : cases) {
+    const auto pending = std::make_shared<PendingRequests>();
+    RunFlags flags;
+    TranslateResult result;
+    std::thread worker([&] {
+      PanelTransport transport(pending, pane->context, pane->page, flags, c.timeoutMs);
+      result = transport.Send(OneText());
+    });
+    EXPECT_TRUE(PumpUntil([&] { return pending->Has(L"tr-7-1"); }));
+    c.end(flags, *pane->context);
+    worker.join();
+    EXPECT_EQ(result.code, c.code);
+    EXPECT_FALSE(pending->Has(L"tr-7-1"));
+  }
+  EXPECT_TRUE(pane->page.received.empty());
 }
 
 }  // namespace

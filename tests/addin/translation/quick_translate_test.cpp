@@ -8,6 +8,7 @@
 namespace qv {
 namespace {
 
+namespace memory = devhost::memory;
 using devhost::memory::kHostBusy;
 
 class QuickTranslateTest : public RunTest {
@@ -163,6 +164,40 @@ TEST_F(QuickWriteTest, AppendsToWhatANumberOrAFormulaShows) {
   EXPECT_EQ(Text("A2"), L"25\nneu");
 }
 
+/// What is shown in a narrow column is not what the cell says.
+TEST_F(QuickWriteTest, AppendsToTheWholeNumberInANarrowColumn) {
+  struct Case {
+    memory::CellValue value;
+    const wchar_t* formula;
+    const wchar_t* format;
+    double width;
+    const wchar_t* expected;
+  };
+  const Case cases[] = {
+      {1234.5678, L"", L"General", 5, L"1234.5678\nneu"},
+      {1234.5678, L"=A9*2", L"General", 2, L"1234.5678\nneu"},
+      {0.5, L"", L"0.00%", 9, L"50.00%\nneu"},
+      {0.5, L"", L"0.00%", 3, L"0.5\nneu"},
+      {0.5, L"=A9/4", L"0.00%", 3, L"0.5\nneu"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(ToUtf8(Concat(c.expected, L" ", c.formula)));
+    if (*c.formula == L'\0') {
+      engine->Set(L"", "A1", c.value);
+    } else {
+      engine->SetFormula(L"", "A1", c.formula, c.value);
+    }
+    const ComPtr<IDispatch> cell = engine->RangeObject(L"", "A1");
+    const Variant format(c.format);
+    const Variant width(c.width);
+    EXPECT_EQ(PutDispProperty(cell.Get(), L"NumberFormat", &format), S_OK);
+    EXPECT_EQ(PutDispProperty(cell.Get(), L"ColumnWidth", &width), S_OK);
+    engine->Select(L"Data", "A1");
+    Write(L"insert", L"neu");
+    EXPECT_EQ(Text("A1"), c.expected);
+  }
+}
+
 TEST_F(QuickWriteTest, UnknownModesAndEmptyTextsChangeNothing) {
   FillRows(1);
   engine->ResetCounters();
@@ -203,6 +238,17 @@ TEST_F(QuickWriteTest, ACellThatDoesNotTakeTheTextIsToldEachTime) {
     engine->Fault({{"clear", true}});
     expectTold(kOther, "busy");
   }
+  // Busy only when the text is put: it is not asked about locks any more.
+  engine->Protect(L"Data", true);
+  engine->Faults().Fail(
+      {.member = "Range.Value2", .error = {DISP_E_EXCEPTION, kHostBusy}, .on = devhost::memory::kOnPut});
+  engine->ResetCounters();
+  Write(L"replace", L"neu");
+  EXPECT_EQ(engine->Calls("Worksheet.ProtectContents") + engine->Calls("Range.Locked"), 0U);
+  engine->Fault({{"clear", true}});
+  expectTold(kOther, "busy at the end");
+  engine->Protect(L"Data", false);
+
   // What cannot be read is not written over.
   engine->Faults().Fail({.member = "Range.Value2", .on = devhost::memory::kOnGet});
   Write(L"insert", L"neu");

@@ -169,5 +169,20 @@ TEST_F(RestoreTest, ABusyHostIsAskedAgain) {
   EXPECT_EQ(Text("A1"), L"Text number 1");
 }
 
+TEST_F(RestoreTest, ATitleThatIsNotOursIsNeverWritten) {
+  engine->AddChart(L"Data", L"Sales by region");
+  engine->AddChart(L"Data", L"Costs by region");
+  Translate({});
+  auto& charts = engine->Sheet().charts;
+  ASSERT_EQ(charts[1]->title, L"ES:Costs by region");
+  // The first chart is gone: the second is number 1 now, and there is none with number 2.
+  charts.erase(charts.begin());
+  EXPECT_EQ(Switch(L"dual"), Done(L"dual", 0, 2, kSwitchFailed));
+  EXPECT_EQ(Switch(L"original"), Done(L"original", 0, 2, kSwitchFailed));
+  EXPECT_EQ(charts[0]->title, L"ES:Costs by region");
+  Translate({});
+  EXPECT_EQ(service.TranslateBodies().back().at("texts").at(0), "ES:Costs by region");
+}
+
 }  // namespace
 }  // namespace qv

@@ -163,7 +163,7 @@ TEST_F(RunTest, AHostThatStaysBusyCostsTheBatchButNoNotice) {
   const auto writer =
       std::make_shared<RunWriter>(pane->context, pane->target, pane->session,
                                   WriteBack(pane->target, pane->page, pane->session, TargetFont()),
-                                  Layout::kTarget, listener, RunWriter::Patience{1, 3});
+                                  Layout::kTarget, listener, Patience{1, 3});
   const long heldBefore = engine->LiveObjects();
   writer->Add({{0, false, L"x"}});
   // Nothing of the host is held while it is left alone.

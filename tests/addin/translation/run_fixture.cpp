@@ -66,12 +66,12 @@ std::wstring RecordedPage::Find(std::wstring_view part) const {
   return found == received.end() ? std::wstring() : *found;
 }
 
-TestPane::TestPane(IDispatch* application) : window_(MakePaneWindow(*context)) {
+TestPane::TestPane(IDispatch* application, Patience patience) : window_(MakePaneWindow(*context)) {
   context->SetWindows(window_, nullptr);
   context->Tasks().Open(window_);
   target.SetApplication(application);
   Token(L"dev-test");
-  controller = std::make_unique<RunController>(context, page, target, tokens, session);
+  controller = std::make_unique<RunController>(context, page, target, tokens, session, patience);
 }
 
 TestPane::~TestPane() {

@@ -40,7 +40,7 @@ class RecordedPage final : public PanelOutput {
 /// One pane with a window, a page that is recorded, and a run controller.
 class TestPane {
  public:
-  explicit TestPane(IDispatch* application);
+  explicit TestPane(IDispatch* application, Patience patience = {});
   TestPane(const TestPane&) = delete;
   TestPane& operator=(const TestPane&) = delete;
   ~TestPane();

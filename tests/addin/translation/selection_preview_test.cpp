@@ -71,6 +71,10 @@ TEST_F(SelectionPreviewTest, CountsTheCellsThatARunHasWritten) {
   engine->Select(L"More", "A1:A9");
   Push();
   EXPECT_TRUE(pane->page.Has(L",translatedCellsOnSheet:0,translatedCellsInSelection:0,"));
+
+  // A sheet of the same name in another workbook holds none of them.
+  engine->AddWorkbook(L"Other.xlsx", L"C:\\Books", {L"Data"});
+  EXPECT_TRUE(Contains(PreviewOf("A1:A5"), L",translatedCellsOnSheet:0,translatedCellsInSelection:0,"));
 }
 
 TEST_F(SelectionPreviewTest, WhatCannotBeReadIsToldAsSuch) {

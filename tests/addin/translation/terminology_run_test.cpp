@@ -165,6 +165,7 @@ TEST_F(TerminologyRun, ASilentPageIsWaitedForInVainOnlyOnce) {
   EXPECT_TRUE(bridge.WaitingMessages().empty());
   bridge.Accept(Answer(L"term-1", L"{}"));
 
+  pane->context->MarkClosing();
   pane->context->Tasks().Close();
   EXPECT_EQ(bridge.Resolve({{L"g"}, L""}, {L"a"}, 1, flags).code, L"cancelled");
   EXPECT_TRUE(bridge.WaitingMessages().empty());

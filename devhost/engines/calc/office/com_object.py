@@ -88,6 +88,10 @@ class HResultError(Exception):
         self.hresult = hresult
 
 
+# Methods that only look something up.
+LOOKUPS = {"item", "chartobjects", "characters", "axes"}
+
+
 def plain_name(name):
     """The form in which names are compared: `AutoFit`, `autofit` and `auto_fit` are one name."""
     return name.replace("_", "").lower()
@@ -178,6 +182,12 @@ class ComObject:
             raise ComError("Unable to set the %s property of the %s class" % (name, self.TYPE))
         value_of_put = args[-1] if args else MISSING
         return member.put.function(self, *member.put.arrange(list(args[:-1]) + [value_of_put], {}))
+
+    @classmethod
+    def may_change(cls, name, kind):
+        """Whether the call may change what is shown. Callers may get a property as if it were a method."""
+        member = cls.members.get(plain_name(name))
+        return kind == "put" or bool(member and member.call and plain_name(name) not in LOOKUPS)
 
     def get_creator(self):
         # "XCEL" as a four-character code.

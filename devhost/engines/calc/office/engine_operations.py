@@ -86,6 +86,41 @@ def select(sheet, address):
     ranges.select(target.document, target.areas)
 
 
+def type_text(sheet, address, text):
+    """What the user types into a cell; gives what has changed."""
+    found = _range(sheet, address)
+    if not found.is_one_cell():
+        raise ComError("%r is not one cell" % address)
+    found.put_value2(text)
+    return _changed(found)
+
+
+def insert_rows(sheet, row, count):
+    if row < 1 or count < 1 or row + count - 1 > units.MAX_ROWS:
+        raise ComError("no such rows")
+    rows = _worksheet(sheet).get_range("%d:%d" % (row, row + count - 1))
+    rows.call_insert()
+    # The range itself has moved down with its cells.
+    return _changed(_worksheet(sheet).get_range("%d:%d" % (row, row + count - 1)))
+
+
+def _changed(found):
+    """The arguments of the event; none while events are off."""
+    return {"sheet": found.get_worksheet(), "range": found} if calc.Host.enable_events else None
+
+
+def rename_sheet(sheet, name):
+    _worksheet(sheet).put_name(name)
+
+
+def delete_sheet(sheet):
+    worksheet = _worksheet(sheet)
+    was_active = worksheet.sheet.Name == worksheet.document.CurrentController.ActiveSheet.Name
+    worksheet.call_delete()
+    if was_active:
+        calc.note("sheet")
+
+
 def selection():
     """What is active, for the arguments of events."""
     _document()
@@ -127,6 +162,10 @@ def close_all():
 OPERATIONS = {
     "cell": cell,
     "select": select,
+    "type": type_text,
+    "insertRows": insert_rows,
+    "renameSheet": rename_sheet,
+    "deleteSheet": delete_sheet,
     "selection": selection,
     "protect": protect,
     "save": save,

@@ -5,7 +5,8 @@ Requests, one JSON object a line; each may carry "release": [handles that the cl
   {"op":"invoke","object":h,"kind":"get"|"call"|"any"|"put","member":"…","args":[…],"named":{…}}
   {"op":"engine","do":"…","with":{…}}                an operation beside the model, see engine_operations
   {"op":"count"}                                     objects that the client holds, the Application among them
-Answers: {"r":value} or {"hr":code,"scode":code,"text":"…"}, with "events" when the sheet or the selection changed.
+Answers: {"r":value} or {"hr":code,"scode":code,"text":"…"}, with "events" when the sheet or the selection changed and
+"changed" after a call that may have changed what is shown.
 """
 
 import json
@@ -22,9 +23,11 @@ from office.com_object import (DISP_E_EXCEPTION, DISP_E_UNKNOWNNAME, E_NOTIMPL, 
 class Session:
     def __init__(self):
         self._handles = wire.Handles(application.Application())
+        self._changed = False
 
     def answer(self, line):
         """The answer line to one request line. Never raises for what a client may send."""
+        self._changed = False
         try:
             request = json.loads(line)
             self._handles.release(request.get("release", ()))
@@ -40,6 +43,8 @@ class Session:
         except Exception as error:  # pylint: disable=broad-except
             traceback.print_exc()
             reply = _failure("%s: %s" % (type(error).__name__, str(error)[:300]))
+        if self._changed:
+            reply["changed"] = True
         events = calc.take_events()
         if events:
             reply["events"] = events
@@ -71,6 +76,7 @@ class Session:
             raise HResultError(DISP_E_UNKNOWNNAME, name)
         args = [wire.decode(value, self._handles) for value in request.get("args", ())]
         kind = request["kind"]
+        self._changed = target.may_change(name, kind)
         if kind == "put":
             target.write(name, args)
             return None

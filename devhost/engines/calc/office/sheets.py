@@ -81,6 +81,12 @@ class Worksheet(ComObject):
                     for other in self.document.Sheets.ElementNames)
         if not name or units.utf16_length(name) > LONGEST_NAME or BAD_NAME.search(name) or taken:
             raise ComError("That name is already taken or not allowed for a sheet.")
+        state = DocumentState.of(self.document)
+        if self.sheet.Name in state.very_hidden:
+            state.very_hidden.remove(self.sheet.Name)
+            state.very_hidden.add(name)
+        if self.sheet.Name in state.protection_allows:
+            state.protection_allows[name] = state.protection_allows.pop(self.sheet.Name)
         self.sheet.Name = name
 
     def get_code_name(self):

@@ -43,6 +43,12 @@ def activate_window(window):
     window_list.activate(window_list.by_number(window))
 
 
+def closing(window):
+    """The workbook that an event about its closing is about; none while events are off."""
+    shown = window_list.by_number(window)
+    return workbooks.Workbook(shown.document) if Host.enable_events else None
+
+
 def close_window(window):
     windows.Window(window_list.by_number(window)).call_close(False)
 
@@ -101,6 +107,7 @@ OPERATIONS = {
     "windows": list_windows,
     "newWindow": new_window,
     "activateWindow": activate_window,
+    "closing": closing,
     "closeWindow": close_window,
     "windowObject": window_object,
     "setHandle": set_handle,

@@ -25,6 +25,8 @@ const START = [
   'excelTranslateAllSheets',
   'excelBilingualBelow',
   'nativeTranslateViaJs',
+  'glossaryIds',
+  'globalInstructionId',
   ...STYLE,
 ];
 
@@ -47,13 +49,23 @@ export const ACTIONS = {
   pause: [],
   resume: [],
   requestSelectionPreview: [], // answered by the event onSelectionPreview
-  // after a run
+  // after a run; while one goes on these two are refused, the other four wait for its end
   setExcelDisplayMode: ['mode', 'scope'], // "dual", "target", "original"; "selection", "sheet", "session"
   setTargetStyle: STYLE,
+  applyParagraph: ['index'], // from 0; the cell shows it, nothing answers
+  restoreParagraph: ['index'],
+  applyAll: [], // answered by the event onBatchDone
+  restoreAll: [],
+  // one text, whatever a run does
+  // answered by the event onQuickTranslateResult
+  quickTranslate: ['requestId', 'text', 'targetLang', 'sourceLang', 'accessToken', 'instruction'],
+  quickTranslateWrite: ['mode', 'text'], // "replace", "insert"; only a cell that refuses it is told of
   // answers to messages of the add-in
   translateBatchResult: ['requestId', 'ok', 'translations', 'code', 'message'],
   terminologyResolveResult: ['requestId', 'result', 'code', 'message'],
   // requests, see `request`
+  docKeyGet: ['requestId'], // {docKey}: names the workbook; "_unsaved" and "_no_doc" name none
+  exportLocalSnapshot: ['requestId'], // {glossaries, instructions} of this computer, each with its id
   clientInfoGet: ['requestId'], // {productId, platform, version, commit, buildDate, os, installId, hostApp, …}
 };
 
@@ -83,9 +95,13 @@ export const EVENTS = [
   'onExcelActiveSheetChanged', // {sheetName}: the user did; a run over one sheet pauses when it is another one
   'onExcelTranslateResumed', // {reason: "manual" | "sheet_changed"}
   'onExcelTranslateResumeBlocked', // {sheetName, sourceSheetName}: the wrong sheet is shown, the run stays paused
-  'onSelectionPreview', // {fragments, chars, rangeAddress, …, quickText} or {error}
+  // {fragments, chars, rangeAddress, translatedCellsOnSheet, translatedCellsInSelection, quickText} or {error};
+  // quickText for 1 to 64 cells only
+  'onSelectionPreview',
   'onExcelDisplayModeDone', // {ok, mode, applied, failed, message}
   'onTargetStyleDone', // {ok, applied, failed, skipped, message}
+  'onBatchDone', // {action: "applyAll" | "restoreAll"}
+  'onQuickTranslateResult', // {requestId, ok, translation or error}, in any order
   'quorvantisOnWorkspaceOpen',
   'quorvantisOnWorkspaceClosed',
   'quorvantisSetMode', // (mode), a text
@@ -135,7 +151,7 @@ export function onEvents(handlers) {
 
 /**
  * Asks the add-in; the answer is matched by its id, so several may be open.
- * @param {'clientInfoGet'} action
+ * @param {'clientInfoGet' | 'docKeyGet' | 'exportLocalSnapshot'} action
  * @returns {Promise<any>} the answer's data; rejected when it is a refusal, or none came in time
  */
 export function request(action) {

@@ -10,7 +10,7 @@ import { load, save } from './storage.js';
  * @property {boolean} allSheets
  * @property {string} font empty: the cell's own
  * @property {number} fontSize points; 0: the cell's own
- * @property {boolean} bold
+ * @property {'' | 'bold' | 'regular'} weight empty: the cell's own
  * @property {string} color "#rrggbb"
  */
 
@@ -28,7 +28,7 @@ const MEMBERS = {
   allSheets: { initial: false, fits: isFlag },
   font: { initial: '', fits: isText },
   fontSize: { initial: 0, fits: (value) => value === 0 || (value >= SMALLEST_FONT && value <= LARGEST_FONT) },
-  bold: { initial: false, fits: isFlag },
+  weight: { initial: '', fits: (value) => ['', 'bold', 'regular'].includes(value) },
   color: { initial: DEFAULT_COLOR, fits: (value) => /^#[0-9a-f]{6}$/.test(value) },
 };
 

@@ -10,8 +10,8 @@ import { openSession, token } from './session.js';
 import { openTerminologyAnswers } from './terminology_answers.js';
 
 /** The pages of the navigation, and those that count as one of them. */
-const NAVIGATION = ['translate', 'account', 'support'];
-const COUNTS_AS = { login: 'account' };
+const NAVIGATION = ['translate', 'glossary', 'account', 'support'];
+const COUNTS_AS = { login: 'account', instruction: 'glossary' };
 
 const TOAST_MS = 6000;
 let toastTimer = 0;

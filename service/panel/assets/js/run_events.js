@@ -4,6 +4,7 @@ import { onEvents, onMessages } from './bridge.js';
 import { advance, hasEnded, isBusy, noRun, readRun } from './run_state.js';
 import { dropToken, token } from './session.js';
 import { load, save } from './storage.js';
+import { addUnit, beginUnits, openUnits } from './unit_store.js';
 
 const NAME = 'run';
 const VIA_PAGE = 'viaPage';
@@ -24,6 +25,7 @@ let run = noRun();
 /** The sheet that the user looks at; empty until the add-in has told of one. */
 let activeSheet = '';
 let changed = () => {};
+let writeBlockedListener = () => {};
 let shown = false;
 /** The last start that the twin has told of. @type {{runId: number, dual: boolean, trace: string, at: number} | null} */
 let heard = null;
@@ -82,8 +84,8 @@ export function openRunEvents() {
       else describe();
     },
     onScanProgress: (message) => step('scanned', message),
-    onReady: (message) => step('ready', message),
-    onProgress: (message) => step('progressed', message),
+    onReady: (message) => stepThen(beginUnits, 'ready', message, message.runId),
+    onProgress: (message) => stepThen(addUnit, 'progressed', message, message),
     onComplete: (message) => {
       resumeKept(message);
       step('completed', message);
@@ -105,20 +107,38 @@ export function openRunEvents() {
       activeSheet = message.sheetName;
       step('sheetOpened', message);
     },
-    onSheetWriteBlocked: (message) => step('writeBlocked', message),
+    onSheetWriteBlocked: writeBlocked,
   });
   // The same notice comes as a message and as a call.
-  onMessages({ sheetWriteBlocked: (message) => step('writeBlocked', message) });
+  onMessages({ sheetWriteBlocked: writeBlocked });
   twin.onmessage = ({ data }) => {
     if (data.paused && data.paused === run.trace) step('pausePosted');
     if (!data.started) return;
     heard = { ...data.started, at: Date.now() };
     describe();
   };
+  openUnits();
   kept = readRun(load(sessionStorage, NAME));
   save(sessionStorage, NAME, null);
   if (kept && hasEnded(kept)) setRun(kept);
   addEventListener('pagehide', keepRun);
+}
+
+/** @param {(message: string) => void} listener called with the add-in's words for cells that it could not write */
+export function onWriteBlocked(listener) {
+  writeBlockedListener = listener;
+}
+
+function writeBlocked(message) {
+  step('writeBlocked', message);
+  writeBlockedListener(message.message || ' ');
+}
+
+/** What an earlier run still says is not taken. */
+function stepThen(act, name, message, argument) {
+  const before = run;
+  step(name, message);
+  if (run !== before) act(argument);
 }
 
 /** For the next page: a run that goes on, and an end that nobody has seen yet. */

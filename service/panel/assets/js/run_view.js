@@ -106,8 +106,6 @@ function drawSummary(run) {
   const somethingRead = run.units > 0 || run.phase === 'done';
   byId('summary').hidden = !ended || !somethingRead;
   byId('dismiss').hidden = !ended;
-  // A run that was left unfinished has changed the sheet as well.
-  byId('display').hidden = !ended || run.done - run.skipped === 0;
   if (!ended) return;
   const rows = [...summaryRows(run), [t('done.time'), formatDuration(run.elapsed)]];
   byId('summary').replaceChildren(

@@ -14,14 +14,22 @@ export class ApiError extends Error {
   }
 }
 
+/** Browsers let 64 KiB outlive the page, and a character may take three bytes. */
+const OUTLIVING_LENGTH = 20000;
+
+/** @param {any} body @returns {boolean} whether its request goes on although the page is left */
+export const outlivesPage = (body) => JSON.stringify(body).length <= OUTLIVING_LENGTH;
+
 async function call(method, path, { token, body, signal } = {}) {
   const headers = {};
   if (token) headers.Authorization = `Bearer ${token}`;
   if (body) headers['Content-Type'] = 'application/json';
+  // What the user has just changed arrives even when the page is left at once.
+  const keepalive = method === 'PUT' && outlivesPage(body);
   let response;
   let text;
   try {
-    response = await fetch(path, { method, headers, body: body && JSON.stringify(body), signal });
+    response = await fetch(path, { method, headers, body: body && JSON.stringify(body), signal, keepalive });
     text = await response.text();
   } catch (error) {
     throw new ApiError(0, error.name === 'TimeoutError' ? 'request_timeout' : 'network_error', error.message);
@@ -69,3 +77,34 @@ export async function resolveTerminology(token, question, signal) {
   if (!Array.isArray(answer?.entries)) throw new ApiError(0, 'network_error', 'The answer holds no entries');
   return answer;
 }
+
+/** @typedef {'glossaries' | 'instructions'} Kind of the user's own items */
+
+/**
+ * @param {string} token
+ * @param {Kind} kind
+ * @returns {Promise<{id: string, name: string, updatedAt: string}[]>} in the order in which they came
+ */
+export async function fetchItems(token, kind) {
+  const items = (await call('GET', `/v1/${kind}`, { token }))?.[kind];
+  if (!Array.isArray(items)) throw new ApiError(0, 'network_error', 'The answer holds no items');
+  return items;
+}
+
+const pathOf = (kind, id) => `/v1/${kind}/${encodeURIComponent(id)}`;
+
+/** @param {string} token @param {Kind} kind @param {string} id @returns {Promise<object>} the item with its contents */
+export const fetchItem = (token, kind, id) => call('GET', pathOf(kind, id), { token });
+
+/**
+ * Adds or replaces an item.
+ * @param {string} token
+ * @param {Kind} kind
+ * @param {{id: string, name: string, entries?: object[], content?: string}} item
+ * @returns {Promise<object>} as it is kept
+ */
+export const putItem = (token, kind, { id, name, entries, content }) =>
+  call('PUT', pathOf(kind, id), { token, body: { name, entries, content } });
+
+/** @param {string} token @param {Kind} kind @param {string} id */
+export const deleteItem = (token, kind, id) => call('DELETE', pathOf(kind, id), { token });

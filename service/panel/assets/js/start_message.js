@@ -15,11 +15,11 @@ export function newTraceId() {
  * @param {import('./choices.js').Choices} choices
  * @returns {object} the style fields of a message; only what the user has set
  */
-export function styleFields({ font, fontSize, bold, color }) {
+export function styleFields({ font, fontSize, weight, color }) {
   const fields = {};
   if (font) fields.targetFont = font;
   if (fontSize > 0) fields.targetFontSize = fontSize;
-  if (bold) fields.targetFontBold = true;
+  if (weight) fields.targetFontBold = weight === 'bold';
   if (color !== DEFAULT_COLOR) fields.targetFontColor = hostColor(color);
   return fields;
 }

@@ -1,8 +1,9 @@
 /** How translations are styled below their source text, and restyling those that are in the sheet already. */
-import { onEvents, onMessages, post } from './bridge.js';
+import { onMessages } from './bridge.js';
 import { byId, chooseRadio, chosenRadio, fillSelect } from './dom.js';
 import { t } from './i18n.js';
 import { readChoices } from './choices.js';
+import { askSheet } from './sheet_changes.js';
 import { styleFields } from './start_message.js';
 
 let fonts = [];
@@ -10,9 +11,8 @@ let fonts = [];
 /**
  * @param {import('./choices.js').Choices} choices
  * @param {() => void} changed
- * @param {(answer: object) => void} restyled told what "onTargetStyleDone" said
  */
-export function openStyleFields(choices, changed, restyled) {
+export function openStyleFields(choices, changed) {
   const read = () => {
     const size = Number(byId('font-size').value);
     Object.assign(
@@ -22,7 +22,7 @@ export function openStyleFields(choices, changed, restyled) {
         layout: chosenRadio('layout'),
         font: byId('font').value,
         fontSize: size,
-        bold: byId('bold').checked,
+        weight: byId('weight').value,
         color: byId('color').value,
       }),
     );
@@ -38,8 +38,7 @@ export function openStyleFields(choices, changed, restyled) {
       drawStyleFields(choices);
     },
   });
-  onEvents({ onTargetStyleDone: restyled });
-  byId('apply-style').addEventListener('click', () => post('setTargetStyle', styleFields(choices)));
+  byId('apply-style').addEventListener('click', () => askSheet('setTargetStyle', styleFields(choices)));
 }
 
 /** @param {import('./choices.js').Choices} choices */
@@ -52,6 +51,6 @@ export function drawStyleFields(choices) {
   fillSelect(byId('font'), [kept, ...names.map((name) => ({ value: name, text: name }))], choices.font);
   byId('font-size').value = choices.fontSize > 0 ? choices.fontSize : '';
   byId('font-size').placeholder = '–';
-  byId('bold').checked = choices.bold;
+  byId('weight').value = choices.weight;
   byId('color').value = choices.color;
 }

@@ -2,19 +2,22 @@
 import { announce } from './announcer.js';
 import { isHosted, onEvents, post } from './bridge.js';
 import { loadChoices, readChoices, saveChoices } from './choices.js';
-import { cellsChanged, openDisplaySwitch } from './display_switch.js';
 import { byId } from './dom.js';
 import { onLanguage, t } from './i18n.js';
 import { drawLanguageFields, openLanguageFields } from './language_fields.js';
 import { openPage } from './page.js';
 import { currentRun, goesThroughPage, pausePosted, runPosted, showRun, step, takeRun } from './run_events.js';
 import { hasEnded, isBusy } from './run_state.js';
+import { drawResults, openResults } from './results_view.js';
 import { drawElapsed, drawRun } from './run_view.js';
 import { drawScopeFields, openScopeFields, scopeMode } from './scope_fields.js';
 import { fetchAccount } from './service_api.js';
+import { openSelectionPreview } from './selection_preview.js';
 import { dropToken, onSession, token } from './session.js';
 import { newTraceId, startMessage } from './start_message.js';
 import { drawStyleFields, openStyleFields } from './style_fields.js';
+import { loadTerminology, openTerminologyFields, terminologyFields } from './terminology_fields.js';
+import { exportUnits, importUnits } from './unit_store.js';
 
 const SECOND_MS = 1000;
 
@@ -32,7 +35,7 @@ function start() {
   });
   const { excelTranslateAllSheets: allSheets, excelBilingualBelow: dual, clientTraceId: trace } = fields;
   runPosted({ allSheets, dual, trace });
-  post(action, fields);
+  post(action, { ...fields, ...terminologyFields() });
 }
 
 /** Why nothing can be started, empty when it can. */
@@ -55,6 +58,7 @@ function draw() {
   const run = currentRun();
   drawForm();
   drawRun(run, Date.now());
+  drawResults(run);
   announce(run);
   keepFocus(run);
   drawnPhase = run.phase;
@@ -111,7 +115,7 @@ function openButtons() {
 
 /** The pane's page and the workspace's page hand each other where they are. */
 function exportState() {
-  return { version: 1, choices, mode: scopeMode(), run: currentRun() };
+  return { version: 1, choices, mode: scopeMode(), run: currentRun(), units: exportUnits() };
 }
 
 function importState(state) {
@@ -119,6 +123,7 @@ function importState(state) {
   Object.assign(choices, readChoices(state.choices));
   globalThis.quorvantisSetMode(state.mode);
   takeRun(state.run);
+  importUnits(state.units);
   saveChoices(choices);
   redraw();
 }
@@ -133,10 +138,12 @@ async function checkAccount() {
 }
 
 openButtons();
-openDisplaySwitch();
+openResults(draw);
+openSelectionPreview(draw);
 showRun(draw);
 openScopeFields(choices, changed);
-openStyleFields(choices, changed, cellsChanged);
+openStyleFields(choices, changed);
+openTerminologyFields();
 onEvents({
   quorvantisExportState: exportState,
   quorvantisImportState: importState,
@@ -147,8 +154,9 @@ onSession(() => {
   void checkAccount();
 });
 await openPage();
+void loadTerminology();
 openLanguageFields(choices, changed);
-if (isHosted()) post('getFontList');
+for (const question of ['getFontList', 'requestSelectionPreview']) post(question);
 void checkAccount();
 setInterval(() => {
   if (isBusy(currentRun())) drawElapsed(currentRun(), Date.now());
