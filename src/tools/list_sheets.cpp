@@ -69,7 +69,9 @@ std::wstring ListSheets(const ToolContext& context, const std::wstring&) {
   const Reading counted = Read(worksheets.Get(), L"Count");
   const std::int32_t count = counted.answer.Ok() ? IntegerOf(counted.value) : 0;
   PaneLog(Concat(L"ExcelListSheets: Count", counted.LogText(), L" val=", count, L"\r\n"));
-  if (count < 1) return Failure(counted.answer, kNoCountText);
+  // A workbook of chart sheets only has no worksheets.
+  const bool isCount = count > 0 || counted.value.Type() == VT_I4;
+  if (!isCount) return Failure(counted.answer, kNoCountText);
 
   const std::wstring active = GetStringProperty(context.target.GetActiveSheetDispatch().Get(), L"Name");
   PaneLog(L"ExcelListSheets: enumerate begin\r\n");
