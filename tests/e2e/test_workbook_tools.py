@@ -95,8 +95,7 @@ def test_a_screenshot_shows_the_cells(ask):
     assert picture.at(width * 5 // 6, height * 5 // 6) == (255, 255, 255)
     assert min(sum(colour) for colour in picture.colours(4, 2, width // 3 - 4, height // 3 - 2)) < 200
     blank = screenshot(ask, "F10:H12")
-    assert (blank.width, blank.height) == (width, height)
-    assert len(blank.colours(4, 2, width // 3 - 4, height // 3 - 2)) == 1
+    assert blank.width > 100 and blank.colours(0, 0, blank.width, blank.height) == {(255, 255, 255)}
 
 
 def test_sheets_rows_duplicates_and_charts_are_in_the_saved_file(ask, tmp_path):
