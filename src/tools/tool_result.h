@@ -14,6 +14,10 @@ inline constexpr std::wstring_view kUnknownSheetText = L"找不到工作表";
 inline constexpr std::wstring_view kUnknownActionText = L"未知操作";
 inline constexpr std::wstring_view kHostBusyText = L"Excel 正忙，请稍后重试";
 inline constexpr std::wstring_view kUnreadableText = L"无法读取区域";
+inline constexpr std::wstring_view kInvalidRangeText = L"invalid range";
+inline constexpr std::wstring_view kNoWorkbookText = L"无活动工作簿";
+inline constexpr std::wstring_view kNoWorksheetsText = L"无 Worksheets";
+inline constexpr std::wstring_view kNoCountText = L"无法读取 Count";
 inline constexpr std::wstring_view kBadRangeText = L"range 参数缺失或无效";
 
 /// {"error":"…"}

@@ -1,8 +1,14 @@
 #include "tools/tool_table.h"
 
+#include "tools/calculation_tools.h"
+#include "tools/chart_tool.h"
 #include "tools/format_tools.h"
+#include "tools/line_tools.h"
 #include "tools/merge_tools.h"
 #include "tools/range_tools.h"
+#include "tools/remove_duplicates.h"
+#include "tools/screenshot_tool.h"
+#include "tools/sheet_tools.h"
 #include "tools/tool_result.h"
 #include "tools/undo_tools.h"
 
@@ -16,8 +22,21 @@ constexpr WorkbookTool kTools[] = {
     {L"excelSetSize", &SetSize},
     {L"excelMergeCells", &MergeCells},
     {L"excelUnmergeCells", &UnmergeCells},
+    {L"excelListSheets", &ListSheets},
+    {L"excelSetActiveSheet", &SetActiveSheet},
+    {L"excelAddSheet", &AddSheet},
+    {L"excelDeleteSheet", &DeleteSheet},
+    {L"excelRenameSheet", &RenameSheet},
+    {L"excelDeleteRowsCols", &DeleteRowsCols},
+    {L"excelInsertRowsCols", &InsertRowsCols},
+    {L"excelRemoveDuplicates", &RemoveDuplicates},
     {L"excelPushUndoMarker", &PushUndoMarker},
     {L"excelUndoMessage", &UndoMessage},
+    {L"excelCalcSetMode", &CalcSetMode},
+    {L"excelCalculateNow", &CalculateNow},
+    {L"excelCalcGetMode", &CalcGetMode},
+    {L"excelChartCreate", &ChartCreate},
+    {L"excelScreenshotRange", &ScreenshotRange},
     {L"excelGetWriteContext", &GetWriteContext},
     {L"excelRangeHasContent", &RangeHasContent},
 };

@@ -1,5 +1,7 @@
 #include "tools/tool_targets.h"
 
+#include <algorithm>
+
 #include "foundation/text.h"
 #include "tools/tool_result.h"
 #include "workbook/automation.h"
@@ -26,6 +28,24 @@ ToolSheet FindToolSheet(const ToolContext& context, const ToolArguments& argumen
 
 RangeGeometry GeometryOf(const RangeArgs& block) {
   return {block.row2 - block.row1 + 1, block.col2 - block.col1 + 1, block.row1, block.col1};
+}
+
+std::optional<RangeGeometry> ReadUsedRange(IDispatch* sheet) {
+  return ReadGeometry(RangeReader::LateBound(GetDispProperty(sheet, L"UsedRange")));
+}
+
+std::optional<RangeGeometry> Intersect(const RangeArgs& range, const RangeGeometry& used) {
+  RangeArgs met{used.firstRow, used.firstCol, used.firstRow + used.rows - 1, used.firstCol + used.cols - 1};
+  if (!range.IsWholeColumns()) {
+    met.row1 = std::max(met.row1, range.row1);
+    met.row2 = std::min(met.row2, range.row2);
+  }
+  if (!range.IsWholeRows()) {
+    met.col1 = std::max(met.col1, range.col1);
+    met.col2 = std::min(met.col2, range.col2);
+  }
+  if (met.row1 > met.row2 || met.col1 > met.col2) return std::nullopt;
+  return GeometryOf(met);
 }
 
 ComPtr<IDispatch> FindRange(IDispatch* sheet, const RangeArgs& range) {

@@ -2,6 +2,7 @@
 
 #include <oaidl.h>
 
+#include <optional>
 #include <string>
 
 #include "foundation/variant.h"
@@ -28,6 +29,12 @@ struct ToolSheet {
 
 /// Place and size of a block.
 [[nodiscard]] RangeGeometry GeometryOf(const RangeArgs& block);
+
+/// Place and size of the sheet's used range; nothing when it cannot be read.
+[[nodiscard]] std::optional<RangeGeometry> ReadUsedRange(IDispatch* sheet);
+
+/// Where a range meets the used range; nothing when they do not.
+[[nodiscard]] std::optional<RangeGeometry> Intersect(const RangeArgs& range, const RangeGeometry& used);
 
 /// The Range object of a block, of whole rows or of whole columns; null when the sheet has no such cells.
 [[nodiscard]] ComPtr<IDispatch> FindRange(IDispatch* sheet, const RangeArgs& range);
