@@ -73,7 +73,9 @@ constexpr char kWrite[] = R"({"method":"tools/call","id":5,"params":{"name":"ran
 
 class AgentServices : public AddinTest {
  protected:
-  /// The data of the reply to a request of the page.
+  void SetUp() override { static_cast<void>(engine_.AddWorkbook(L"Book.xlsx", L"C:\\Books")); }
+
+  /// The reply to a request of the page, from its success on.
   std::string Ask(std::uint32_t view, const std::wstring& action) {
     Post(view, L"{\"requestId\":\"r1\",\"action\":\"" + action + L"\"}");
     const std::string script = WaitForItem(PageItemKind::kScript, L"_onResponse");
