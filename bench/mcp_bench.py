@@ -10,7 +10,7 @@ ROOT = Path(__file__).resolve().parent.parent
 LOAD = ROOT / "tests" / "e2e" / "node" / "mcp_load.mjs"
 URL = "http://127.0.0.1:7878"
 SECONDS = 3
-SESSION_CALLS = 60
+ROUNDS = 500
 # Warm, then the many after which no memory may be missing.
 FEW, MANY = 5_000, 100_000
 LIMIT_S = 300
@@ -20,8 +20,9 @@ READ_MANY = {"action": "read", "range": "A1:T250"}
 WRITE_ONE = {"action": "write", "range": "A1", "values": [["one"]]}
 WRITE_MANY = {"action": "write", "range": "A1:T250",
               "values": [[f"{row} {column}" for column in range(20)] for row in range(250)]}
-CALLS = (("read 1 cell", READ_ONE), ("read 5 000 cells", READ_MANY), ("write 1 cell", WRITE_ONE),
-         ("write 5 000 cells", WRITE_MANY))
+# How often each is measured; one in ten more comes before.
+CALLS = (("read 1 cell", READ_ONE, 100), ("read 5 000 cells", READ_MANY, 20), ("write 1 cell", WRITE_ONE, 100),
+         ("write 5 000 cells", WRITE_MANY, 2))
 
 
 def rpc(method, **members):
@@ -34,8 +35,9 @@ REQUESTS = (("bare answer", "/", "{}"), ("initialize", "/mcp", rpc("initialize")
 
 
 def run_load(loads, calls):
-    plan = {"url": URL, "sessionCalls": SESSION_CALLS, "loads": loads,
-            "calls": [{"name": name, "tool": "range", "arguments": arguments} for name, arguments in calls]}
+    plan = {"url": URL, "loads": loads,
+            "calls": [{"name": name, "tool": "range", "arguments": arguments, "times": times}
+                      for name, arguments, times in calls]}
     ended = subprocess.run(["node", str(LOAD)], input=json.dumps(plan), capture_output=True, text=True, timeout=LIMIT_S)
     if ended.returncode != 0:
         sys.exit(f"mcp_load failed: {ended.stderr.strip()}")
@@ -56,7 +58,7 @@ def resident_kib(host):
 
 
 def request_rows():
-    result = run_load([load_of(*request, seconds=SECONDS) for request in REQUESTS], [])
+    result = run_load([load_of(*request, seconds=SECONDS, times=ROUNDS) for request in REQUESTS], [])
     for load in result["loads"]:
         yield f"MCP {load['name']}, at once", f"{load['perSecond']:.0f}", "1/s"
         yield f"MCP {load['name']}, median", f"{load['p50']:.2f}", "ms"
@@ -67,12 +69,12 @@ def request_rows():
 
 def call_rows(host):
     """Each call alone, so that what the host is asked can be told."""
-    for name, arguments in CALLS:
+    for name, arguments, times in CALLS:
         host.do("reset-counters")
         before = sum(last - first for first, last in host.do("counters")["busy"])
-        call = run_load([], [(name, arguments)])["calls"][0]
+        call = run_load([], [(name, arguments, times)])["calls"][0]
         counters = host.do("counters")
-        done = SESSION_CALLS + 20
+        done = times + -(-times // 10)
         in_host = (sum(last - first for first, last in counters["busy"]) - before) / done
         yield f"MCP {name}, median", f"{call['p50']:.2f}", "ms"
         yield f"MCP {name}, p99", f"{call['p99']:.2f}", "ms"
@@ -99,7 +101,7 @@ def mcp_rows(start_host):
             if '"running":true' not in host.wait('"requestId":"bench"'):
                 sys.exit("The tool server did not start; another host may have its port.")
             yield from request_rows()
-            run_load([], [("fill", WRITE_MANY)])
+            run_load([], [("fill", WRITE_MANY, 1)])
             yield from call_rows(host)
             yield from memory_rows(host)
             host.quit()

@@ -1,9 +1,10 @@
 // Loads the tool server for measurements. Reads one JSON object from standard input:
-// {"url", "sessionCalls": n, "loads": [{"name", "path", "body", "seconds" or "amount", "connections"}],
-//  "calls": [{"name", "tool", "arguments"}]}
+// {"url", "loads": [{"name", "path", "body", "seconds" or "amount", "connections", "times"}],
+//  "calls": [{"name", "tool", "arguments", "times"}]}
 // and prints {"loads": [{"name", "perSecond", "failed", "p50", "p99"}], "calls": [{"name", "p50", "p99"}]}: requests a second as the
 // load program counts them, and milliseconds of single requests, one after the other: of the calls through the official
-// client, of the loads by a bare connection.
+// client, of the loads by a bare connection, in turn, so that a busy moment of the machine meets all of them. The first
+// of ten is not counted.
 
 import { Agent as HttpAgent, request } from "node:http";
 import { text } from "node:stream/consumers";
@@ -11,7 +12,6 @@ import autocannon from "autocannon";
 import { Client } from "@modelcontextprotocol/sdk/client/index.js";
 import { StreamableHTTPClientTransport } from "@modelcontextprotocol/sdk/client/streamableHttp.js";
 
-const WARM_UP = 20;
 const plan = JSON.parse(await text(process.stdin));
 const connection = new HttpAgent({ keepAlive: true, maxSockets: 1 });
 
@@ -24,15 +24,20 @@ function bareRequest({ path, body }) {
   });
 }
 
-async function latencies(once) {
-  const times = [];
-  for (let i = -WARM_UP; i < plan.sessionCalls; i += 1) {
-    const begin = performance.now();
-    await once();
-    if (i >= 0) times.push(performance.now() - begin);
+/** Runs each once in every round; the latencies of each. */
+async function latencies(rounds, each) {
+  const times = each.map(() => []);
+  for (let round = -Math.ceil(rounds / 10); round < rounds; round += 1) {
+    for (const [index, once] of each.entries()) {
+      const begin = performance.now();
+      await once();
+      if (round >= 0) times[index].push(performance.now() - begin);
+    }
   }
-  times.sort((a, b) => a - b);
-  return { p50: times[Math.floor(times.length * 0.5)], p99: times[Math.floor(times.length * 0.99)] };
+  return times.map((all) => {
+    const sorted = all.sort((a, b) => a - b);
+    return { p50: sorted[Math.floor(sorted.length * 0.5)], p99: sorted[Math.floor(sorted.length * 0.99)] };
+  });
 }
 
 async function load({ name, path, body, seconds, amount, connections }) {
@@ -46,11 +51,15 @@ await client.connect(new StreamableHTTPClientTransport(new URL(`${plan.url}/mcp`
 
 const loads = [];
 for (const each of plan.loads) {
-  loads.push({ ...(await load(each)), ...(each.amount ? {} : await latencies(() => bareRequest(each))) });
+  loads.push(await load(each));
 }
+const rounds = plan.loads[0]?.times ?? 0;
+const single = await latencies(rounds, plan.loads.map((each) => () => bareRequest(each)));
+loads.forEach((each, index) => Object.assign(each, single[index]));
 const calls = [];
-for (const { name, tool, arguments: members } of plan.calls) {
-  calls.push({ name, ...(await latencies(() => client.callTool({ name: tool, arguments: members }))) });
+for (const { name, tool, arguments: members, times } of plan.calls) {
+  const once = () => client.callTool({ name: tool, arguments: members });
+  calls.push({ name, ...(await latencies(times, [once]))[0] });
 }
 await client.close();
 connection.destroy();
