@@ -14,12 +14,23 @@
 namespace qv {
 namespace {
 
-/// The sheet that "name", else "index" means; null when there is none.
-ComPtr<IDispatch> FindSheet(IDispatch* worksheets, const ToolArguments& arguments) {
+std::wstring Failure(const HostAnswer& answer, std::wstring_view message) {
+  return ErrorResult(answer.IsBusy() ? kHostBusyText : message);
+}
+
+/// The sheet that "name", else "index" means; null when there is none. `answer` as of `GetDispProperty`.
+ComPtr<IDispatch> FindSheet(IDispatch* worksheets, const ToolArguments& arguments, HostAnswer& answer) {
   const std::wstring name = arguments.Text(L"name");
-  if (!name.empty()) return GetCollectionItem(worksheets, name);
+  if (!name.empty()) return GetCollectionItem(worksheets, name, &answer);
   const std::int32_t index = arguments.Integer(L"index");
-  return index >= 1 ? GetCollectionItem(worksheets, Variant(index)) : nullptr;
+  return index >= 1 ? GetCollectionItem(worksheets, Variant(index), &answer) : nullptr;
+}
+
+/// The same in the pane's workbook.
+ComPtr<IDispatch> FindOwnSheet(const ToolContext& context, const ToolArguments& arguments,
+                               HostAnswer& answer) {
+  const ComPtr<IDispatch> worksheets = context.target.GetActiveWorkbookWorksheets(&answer);
+  return worksheets != nullptr ? FindSheet(worksheets.Get(), arguments, answer) : nullptr;
 }
 
 /// Where a new sheet goes: the arguments Before and After of "Add".
@@ -43,11 +54,12 @@ NewSheetPlace FindPlace(IDispatch* worksheets, const ToolArguments& arguments) {
     sheet = Variant(after);
     missing = L"找不到 after 工作表";
   }
-  const ComPtr<IDispatch> found = GetCollectionItem(worksheets, sheet);
+  HostAnswer answer;
+  const ComPtr<IDispatch> found = GetCollectionItem(worksheets, sheet, &answer);
   if (found != nullptr) {
     *argument = Variant(found.Get());
-  } else if (!missing.empty()) {
-    place.error = ErrorResult(missing);
+  } else if (!missing.empty() || answer.IsBusy()) {
+    place.error = Failure(answer, missing);
   }
   return place;
 }
@@ -74,16 +86,16 @@ std::wstring SetActiveSheet(const ToolContext& context, const std::wstring& json
   HostAnswer answer;
   const ComPtr<IDispatch> workbook =
       GetDispProperty(context.target.Application(), L"ActiveWorkbook", &answer);
-  if (workbook == nullptr) return ErrorResult(answer.IsBusy() ? kHostBusyText : kNoWorkbookText);
-  const ComPtr<IDispatch> worksheets = GetDispProperty(workbook.Get(), L"Worksheets");
-  if (worksheets == nullptr) return ErrorResult(kNoWorksheetsText);
+  if (workbook == nullptr) return Failure(answer, kNoWorkbookText);
+  const ComPtr<IDispatch> worksheets = GetDispProperty(workbook.Get(), L"Worksheets", &answer);
+  if (worksheets == nullptr) return Failure(answer, kNoWorksheetsText);
   const std::int32_t index = arguments.Integer(L"index");
   if (name.empty() && (index < 1 || index > GetIntProperty(worksheets.Get(), L"Count"))) {
     return ErrorResult(L"索引越界");
   }
-  const ComPtr<IDispatch> sheet = FindSheet(worksheets.Get(), arguments);
+  const ComPtr<IDispatch> sheet = FindSheet(worksheets.Get(), arguments, answer);
   if (sheet == nullptr) {
-    return name.empty() ? ErrorResult(L"索引越界") : ErrorResult(Concat(L"找不到工作表：", name));
+    return Failure(answer, name.empty() ? std::wstring(L"索引越界") : Concat(L"找不到工作表：", name));
   }
   const bool activated = SUCCEEDED(InvokeByName(sheet.Get(), L"Activate", {}, nullptr));
   return activated ? OkResult() : ErrorResult(L"激活失败");
@@ -92,8 +104,9 @@ std::wstring SetActiveSheet(const ToolContext& context, const std::wstring& json
 std::wstring AddSheet(const ToolContext& context, const std::wstring& json) {
   const ToolArguments arguments(json);
   const std::wstring asked = arguments.Text(L"name");
-  const ComPtr<IDispatch> worksheets = context.target.GetActiveWorkbookWorksheets();
-  if (worksheets == nullptr) return ErrorResult(kNoWorksheetsText);
+  HostAnswer answer;
+  const ComPtr<IDispatch> worksheets = context.target.GetActiveWorkbookWorksheets(&answer);
+  if (worksheets == nullptr) return Failure(answer, kNoWorksheetsText);
   const DisplayAlertsGuard alertsOff(context.target.Application());
   const NewSheetPlace place = FindPlace(worksheets.Get(), arguments);
   if (!place.error.empty()) return place.error;
@@ -115,8 +128,9 @@ std::wstring AddSheet(const ToolContext& context, const std::wstring& json) {
 
 std::wstring DeleteSheet(const ToolContext& context, const std::wstring& json) {
   const ToolArguments arguments(json);
-  const ComPtr<IDispatch> sheet = FindSheet(context.target.GetActiveWorkbookWorksheets().Get(), arguments);
-  if (sheet == nullptr) return ErrorResult(kUnknownSheetText);
+  HostAnswer found;
+  const ComPtr<IDispatch> sheet = FindOwnSheet(context, arguments, found);
+  if (sheet == nullptr) return Failure(found, kUnknownSheetText);
   const DisplayAlertsGuard alertsOff(context.target.Application());
   Variant answer;
   const HRESULT hr = InvokeByName(sheet.Get(), L"Delete", {}, &answer);
@@ -129,8 +143,9 @@ std::wstring RenameSheet(const ToolContext& context, const std::wstring& json) {
   const ToolArguments arguments(json);
   const std::wstring wanted = arguments.Text(L"new_name");
   if (wanted.empty()) return ErrorResult(L"new_name 必填");
-  const ComPtr<IDispatch> sheet = FindSheet(context.target.GetActiveWorkbookWorksheets().Get(), arguments);
-  if (sheet == nullptr) return ErrorResult(kUnknownSheetText);
+  HostAnswer found;
+  const ComPtr<IDispatch> sheet = FindOwnSheet(context, arguments, found);
+  if (sheet == nullptr) return Failure(found, kUnknownSheetText);
   const DisplayAlertsGuard alertsOff(context.target.Application());
   const Variant name(CleanSheetName(wanted));
   return SUCCEEDED(PutDispProperty(sheet.Get(), L"Name", &name)) ? OkResult() : ErrorResult(L"重命名失败");

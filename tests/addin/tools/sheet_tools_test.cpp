@@ -183,6 +183,18 @@ TEST_F(SheetTools, RenameCleansTheNameAndRefusesATakenOne) {
   EXPECT_EQ(Run(L"excelRenameSheet", LR"({"index":2,"new_name":"x"})"), Error(L"重命名失败"));
 }
 
+TEST_F(SheetTools, ABusyHostIsToldOfAsSuch) {
+  for (const char* member : {"Workbook.Worksheets", "Worksheets.Item"}) {
+    MakeBusy(member);
+    EXPECT_EQ(Run(L"excelSetActiveSheet", LR"({"name":"Data"})"), Error(kBusyText)) << member;
+    EXPECT_EQ(Run(L"excelAddSheet", LR"({"name":"New"})"), Error(kBusyText)) << member;
+    EXPECT_EQ(Run(L"excelDeleteSheet", LR"({"name":"Data"})"), Error(kBusyText)) << member;
+    EXPECT_EQ(Run(L"excelRenameSheet", LR"({"index":2,"new_name":"x"})"), Error(kBusyText)) << member;
+    engine.Faults().Clear();
+  }
+  EXPECT_EQ(Names(), L"Sheet1|Data|");
+}
+
 TEST_F(SheetTools, EveryFormOfACollectionsItemsWillDo) {
   for (const auto form : {devhost::memory::ItemForm::kMethodOnly, devhost::memory::ItemForm::kDefaultOnly}) {
     engine.Faults().SetItemForm("Worksheets", form);
