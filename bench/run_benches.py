@@ -15,6 +15,7 @@ sys.path.insert(0, str(ROOT / "devhost" / "client"))
 
 from devhost_client import Devhost  # noqa: E402
 from local_service import LocalService  # noqa: E402
+from mcp_bench import mcp_rows  # noqa: E402
 
 CELLS = 2000
 REPEATS = 3
@@ -108,7 +109,8 @@ def run_overhead(service):
 def main():
     service = LocalService()
     try:
-        rows = [*windows_benches(service), *run_overhead(service)]
+        rows = [*windows_benches(service), *run_overhead(service),
+                *mcp_rows(lambda workbook: Devhost("--workbook", workbook, "--engine", "calc", "--service", service.url))]
     finally:
         service.close()
     width = max(len(name) for name, _, _ in rows)

@@ -48,13 +48,18 @@ if [ ${#missing[@]} -gt 0 ]; then
   rm -f "$log"
 fi
 
-modules=$QV_ROOT/service/node_modules
-if [ ! -e "$modules/.package-lock.json" ] || [ "$QV_ROOT/service/package-lock.json" -nt "$modules/.package-lock.json" ]; then
+# install_modules FOLDER WHAT — the npm packages that the folder's lock file names.
+install_modules() {
+  local modules=$1/node_modules log
+  [ -e "$modules/.package-lock.json" ] && [ ! "$1/package-lock.json" -nt "$modules/.package-lock.json" ] && return 0
   log=$(mktemp)
-  if ! (cd "$QV_ROOT/service" && npm ci --no-audit --no-fund) >"$log" 2>&1; then
+  if ! (cd "$1" && npm ci --no-audit --no-fund) >"$log" 2>&1; then
     tail -n 20 "$log" >&2
-    die "The local service's packages could not be installed."
+    die "The packages of $2 could not be installed."
   fi
   rm -f "$log"
   touch "$modules/.package-lock.json"
-fi
+}
+
+install_modules "$QV_ROOT/service" "the local service"
+install_modules "$QV_ROOT/tests/e2e/node" "the agents' clients"

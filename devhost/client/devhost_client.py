@@ -132,6 +132,11 @@ class Devhost:
         self._log.close()
 
     @property
+    def session(self):
+        """The session id that all processes of the host share."""
+        return self._process.pid
+
+    @property
     def exit_code(self):
         return self._process.poll()
 

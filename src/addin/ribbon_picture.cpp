@@ -2,13 +2,12 @@
 
 #include <olectl.h>
 #include <shlwapi.h>
-// GDI+ wants the headers above first.
-#include <gdiplus.h>
 
 #include <cstddef>
 
 #include "addin/module_resource.h"
 #include "foundation/com_object.h"
+#include "foundation/gdi_plus_session.h"
 #include "foundation/unique_gdi.h"
 
 namespace qv {
@@ -51,26 +50,6 @@ HRESULT Decode(IStream* png, UniqueBitmap& bitmap) {
 }
 
 }  // namespace
-
-/// GDI+ is there while this lives.
-class RibbonPictures::GdiplusSession {
- public:
-  GdiplusSession() {
-    const Gdiplus::GdiplusStartupInput input;
-    started_ = Gdiplus::GdiplusStartup(&token_, &input, nullptr) == Gdiplus::Ok;
-  }
-  GdiplusSession(const GdiplusSession&) = delete;
-  GdiplusSession& operator=(const GdiplusSession&) = delete;
-  ~GdiplusSession() {
-    if (started_) Gdiplus::GdiplusShutdown(token_);
-  }
-
-  [[nodiscard]] bool Started() const { return started_; }
-
- private:
-  ULONG_PTR token_ = 0;
-  bool started_ = false;
-};
 
 RibbonPictures::RibbonPictures() = default;
 RibbonPictures::~RibbonPictures() = default;

@@ -10,6 +10,8 @@
 
 namespace qv {
 
+class GdiplusSession;
+
 /// Makes the ribbon's pictures. GDI+, whose start is slow and which the ribbon needs for every button in
 /// turn, runs from the first picture until `Release`. Host UI thread.
 class RibbonPictures {
@@ -27,8 +29,6 @@ class RibbonPictures {
   void Release();
 
  private:
-  class GdiplusSession;
-
   std::unique_ptr<GdiplusSession> session_;
 };
 

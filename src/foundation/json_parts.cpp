@@ -159,4 +159,16 @@ std::optional<std::wstring> JsonStringOf(const JsonMembers& members, std::wstrin
   return JsonDecodeString(value, 1);
 }
 
+std::wstring_view JsonFindObject(std::wstring_view json, std::wstring_view name) {
+  const std::wstring needle = JsonKeyNeedle(name);
+  for (std::size_t at = json.find(needle); at != std::wstring_view::npos; at = json.find(needle, at)) {
+    at += needle.size();
+    PartReader reader(json.substr(at));
+    if (!reader.Take(L':')) continue;
+    const std::wstring_view value = reader.TakeValue();
+    return value.starts_with(L'{') ? value : std::wstring_view();
+  }
+  return {};
+}
+
 }  // namespace qv

@@ -31,4 +31,8 @@ using JsonMembers = std::vector<JsonMember>;
 /// The decoded value of a string member; nothing when it is absent or no string.
 [[nodiscard]] std::optional<std::wstring> JsonStringOf(const JsonMembers& members, std::wstring_view name);
 
+/// The text of the object behind the first occurrence of the quoted name that a colon follows, wherever in
+/// the text; empty when something else stands there or the object is not closed.
+[[nodiscard]] std::wstring_view JsonFindObject(std::wstring_view json, std::wstring_view name);
+
 }  // namespace qv

@@ -140,6 +140,15 @@ void PaneActions::RequestSelectionPreview(const PanelMessage&) {
   if (navigator_.CurrentPage() != kImageTranslatePage) selectionPreview_.Push();
 }
 
+void PaneActions::WorkbookTool(const PanelMessage& message) {
+  tools_.HandleAutofillMessage(message.action, message.text);
+}
+
+void PaneActions::AgentService(const PanelMessage& message) {
+  const std::wstring reply = agents_.Handle(message);
+  if (!reply.empty()) bridge_.RunPanelScript(reply);
+}
+
 void PaneActions::QuickTranslate(const PanelMessage& message) {
   quickTranslator_.Translate(message.text);
 }

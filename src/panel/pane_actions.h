@@ -7,11 +7,13 @@
 
 #include "foundation/access_tokens.h"
 #include "foundation/pane_context.h"
+#include "panel/agent_services.h"
 #include "panel/image_preview_window.h"
 #include "panel/panel_actions.h"
 #include "panel/panel_bridge.h"
 #include "panel/panel_navigator.h"
 #include "panel/workspace_window.h"
+#include "tools/workbook_tools.h"
 #include "translation/quick_translate_worker.h"
 #include "translation/run_controller.h"
 #include "translation/selection_preview_reader.h"
@@ -27,7 +29,7 @@ class PaneActions final : public PanelActions {
   PaneActions(std::shared_ptr<PaneContext> context, PanelBridge& bridge, WorkspaceWindow& workspace,
               ImagePreviewWindow& preview, const PanelNavigator& navigator, AccessTokens& tokens,
               const TargetContext& target, RunController& run, QuickTranslator& quickTranslator,
-              SelectionPreviewReader& selectionPreview)
+              SelectionPreviewReader& selectionPreview, WorkbookTools& tools, AgentServices& agents)
       : context_(std::move(context)),
         bridge_(bridge),
         workspace_(workspace),
@@ -37,7 +39,9 @@ class PaneActions final : public PanelActions {
         target_(target),
         run_(run),
         quickTranslator_(quickTranslator),
-        selectionPreview_(selectionPreview) {}
+        selectionPreview_(selectionPreview),
+        tools_(tools),
+        agents_(agents) {}
 
   void OpenWorkspace(const PanelMessage& message) override;
   void CloseWorkspace(const PanelMessage& message) override;
@@ -66,6 +70,8 @@ class PaneActions final : public PanelActions {
   void RestoreAll(const PanelMessage& message) override;
   void ApplyAll(const PanelMessage& message) override;
   void RequestSelectionPreview(const PanelMessage& message) override;
+  void WorkbookTool(const PanelMessage& message) override;
+  void AgentService(const PanelMessage& message) override;
   void QuickTranslate(const PanelMessage& message) override;
   void QuickTranslateWrite(const PanelMessage& message) override;
 
@@ -83,6 +89,8 @@ class PaneActions final : public PanelActions {
   RunController& run_;
   QuickTranslator& quickTranslator_;
   SelectionPreviewReader& selectionPreview_;
+  WorkbookTools& tools_;
+  AgentServices& agents_;
 };
 
 }  // namespace qv

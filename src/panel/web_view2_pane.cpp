@@ -29,8 +29,10 @@ CWebView2Pane::CWebView2Pane()
       run_(context_, bridge_, target_, tokens_, session_),
       quickTranslator_(context_, bridge_),
       selectionPreview_(target_, session_, *context_, bridge_),
+      tools_(context_, target_, bridge_),
+      agents_(tools_.Dispatcher()),
       actions_(context_, bridge_, workspace_, preview_, navigator_, tokens_, target_, run_, quickTranslator_,
-               selectionPreview_),
+               selectionPreview_, tools_, agents_),
       window_(*this) {
   PaneRegistry::Add(*this);
 }
@@ -45,6 +47,7 @@ void CWebView2Pane::FinalConstruct() {
   Log(L"FinalConstruct (excel)", S_OK);
   Log(Concat(L"FinalConstruct pane=", context_->Number(), L" target ", host.Endpoint().host), S_OK);
   target_.SetApplication(host.Application());
+  tools_.Connect();
   const HRESULT hr =
       hostEvents_.Subscribe(host.Application().Get(), [this](const HostEvent& event) { OnHostEvent(event); });
   if (FAILED(hr)) Log(L"DispEventAdvise Excel AppEvents failed (selection preview may lag)", hr);
@@ -216,6 +219,9 @@ void CWebView2Pane::BeginShutdownEarly() {
   }
   run_.BeginShutdownEarly();
   hostEvents_.Unsubscribe();
+  // First whoever waits for a tool, then who waits for the waiting ones.
+  tools_.Close();
+  agents_.Close();
   target_.ReleaseReferences();
 }
 

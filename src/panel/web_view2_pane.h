@@ -8,6 +8,7 @@
 
 #include "foundation/access_tokens.h"
 #include "foundation/pane_context.h"
+#include "panel/agent_services.h"
 #include "panel/app_events.h"
 #include "panel/image_preview_window.h"
 #include "panel/ole_control.h"
@@ -17,6 +18,7 @@
 #include "panel/panel_navigator.h"
 #include "panel/web_view.h"
 #include "panel/workspace_window.h"
+#include "tools/workbook_tools.h"
 #include "translation/quick_translate_worker.h"
 #include "translation/run_controller.h"
 #include "translation/selection_preview_reader.h"
@@ -119,6 +121,8 @@ class CWebView2Pane final : public OleControl,
   RunController run_;
   QuickTranslator quickTranslator_;
   SelectionPreviewReader selectionPreview_;
+  WorkbookTools tools_;
+  AgentServices agents_;
   PaneActions actions_;
   AppEvents hostEvents_;
   PaneWindow window_;

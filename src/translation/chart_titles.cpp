@@ -8,20 +8,12 @@
 #include "translation/restore_rules.h"
 #include "workbook/automation.h"
 #include "workbook/cell_text.h"
+#include "workbook/chart_collection.h"
 #include "workbook/host_state.h"
 #include "workbook/platform_letters.h"
 
 namespace qv {
 namespace {
-
-/// "ChartObjects" is a method in Excel; other hosts offer it as a property.
-ComPtr<IDispatch> ChartObjectsOf(IDispatch* sheet) {
-  Variant value;
-  if (SUCCEEDED(InvokeByName(sheet, L"ChartObjects", {}, &value))) {
-    if (ComPtr<IDispatch> charts = value.Object()) return charts;
-  }
-  return GetDispProperty(sheet, L"ChartObjects");
-}
 
 /// The title object, or null for a chart without one, which some hosts answer with an error and others with
 /// an empty object.

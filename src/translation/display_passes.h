@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
-#include "translation/cell_finder.h"
 #include "translation/unit_pass.h"
 #include "translation/write_back.h"
+#include "workbook/cell_finder.h"
 
 namespace qv {
 

@@ -62,9 +62,10 @@ CellWriteResult RestorePass::RestoreCell(std::size_t index, const CellUnit& unit
   if (rule_ == RestoreRule::kOnlyOurs) {
     if (const CellWriteResult check = CheckCell(cell, unit); !check.Ok()) return check;
   }
-  const CellWriteResult result =
-      unit.formulaBeforeWrite ? PutProperty(cell, L"Formula", Variant(*unit.formulaBeforeWrite))
-                              : PutCellText(place, unit.SheetName(), unit.row, unit.col, unit.sourceText);
+  const CellContent former = unit.formulaBeforeWrite
+                                 ? CellContent{*unit.formulaBeforeWrite, CellContentKind::kFormula}
+                                 : CellContent{std::wstring(unit.sourceText), CellContentKind::kText};
+  const CellWriteResult result = RestoreCellContent(place, unit.SheetName(), unit.row, unit.col, former);
   if (!result.Ok() || !unit.baseline) return result;
   PaneLog(Concat(L"RestoreBaselineFont idx=", index, L" row=", unit.row, L" col=", unit.col, L"\r\n"));
   return RestoreBaseline(cell, *unit.baseline);

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "translation/cell_finder.h"
 #include "translation/restore_rules.h"
 #include "translation/translation_session.h"
 #include "translation/unit_pass.h"
+#include "workbook/cell_finder.h"
 #include "workbook/target_context.h"
 
 namespace qv {

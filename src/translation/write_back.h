@@ -8,13 +8,13 @@
 #include "foundation/panel_output.h"
 #include "foundation/variant.h"
 #include "translation/bilingual_text.h"
-#include "translation/cell_finder.h"
 #include "translation/layout.h"
 #include "translation/protection_notice.h"
 #include "translation/row_fitter.h"
 #include "translation/start_request.h"
 #include "translation/translation_session.h"
 #include "workbook/cell_access.h"
+#include "workbook/cell_finder.h"
 #include "workbook/target_context.h"
 
 namespace qv {

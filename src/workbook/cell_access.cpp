@@ -26,14 +26,17 @@ std::wstring FailedCellText(std::int32_t row, std::int32_t col, HRESULT hr, cons
 }
 
 /// One try to write a value: "Value2", then "Value". A busy host is not asked a second time.
-CellWriteResult PutText(IDispatch* cell, std::wstring_view text) {
-  const Variant value(text);
+CellWriteResult PutValue(IDispatch* cell, const Variant& value) {
   CellWriteResult result;
   for (const wchar_t* name : {L"Value2", L"Value"}) {
     result.hr = PutDispProperty(cell, name, &value, &result.exceptionCode);
     if (result.Ok() || result.IsBusy()) break;
   }
   return result;
+}
+
+CellWriteResult PutText(IDispatch* cell, std::wstring_view text) {
+  return PutValue(cell, Variant(text));
 }
 
 /// The host drops one leading apostrophe and takes the rest as text.
@@ -127,6 +130,42 @@ void LogSheetLookupFailure(const TargetContext& target, std::wstring_view sheetN
   }
 }
 
+/// "Formula" takes the language-neutral spelling whatever the user's language; "Value2" does not.
+CellWriteResult PutFormula(IDispatch* cell, std::wstring_view formula) {
+  const Variant value(formula);
+  CellWriteResult result;
+  result.hr = PutDispProperty(cell, L"Formula", &value, &result.exceptionCode);
+  return result;
+}
+
+CellWriteResult PutContent(IDispatch* cell, const CellContent& content) {
+  switch (content.kind) {
+    case CellContentKind::kFormula:
+      return PutFormula(cell, content.text);
+    case CellContentKind::kNumber:
+      return PutValue(cell, Variant(NumberOfText(content.text)));
+    case CellContentKind::kFlag:
+      return PutValue(cell, Variant(content.text == L"TRUE"));
+    case CellContentKind::kTyped:
+      return PutText(cell, content.text);
+    default:
+      return PutLiteralText(cell, content.text);
+  }
+}
+
+CellWriteResult PutFound(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
+                         std::int32_t col, const CellContent& content) {
+  if (target.cell == nullptr) return target.status;
+  const CellWriteResult result = PutContent(target.cell.Get(), content);
+  const std::wstring where = Concat(sheetName, L" row=", row, L" col=", col);
+  if (result.Ok()) {
+    PaneLog(Concat(L"Excel PutCellValueDispatch ok sheet=", where, L"\r\n"));
+  } else {
+    PaneLog(Concat(L"Excel PutCellValueDispatch failed sheet=", where, L" hr=0x", Hex8(result.hr), L"\r\n"));
+  }
+  return result;
+}
+
 }  // namespace
 
 ComPtr<IDispatch> GetCellDispatch(IDispatch* sheet, std::int32_t row, std::int32_t col) {
@@ -196,13 +235,22 @@ HostAnswer ReadFormula(IDispatch* cell, std::wstring& formula) {
 
 CellWriteResult PutCellText(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
                             std::int32_t col, std::wstring_view text) {
-  if (target.cell == nullptr) return target.status;
-  const CellWriteResult result = PutLiteralText(target.cell.Get(), text);
-  const std::wstring where = Concat(sheetName, L" row=", row, L" col=", col);
-  if (result.Ok()) {
-    PaneLog(Concat(L"Excel PutCellValueDispatch ok sheet=", where, L"\r\n"));
-  } else {
-    PaneLog(Concat(L"Excel PutCellValueDispatch failed sheet=", where, L" hr=0x", Hex8(result.hr), L"\r\n"));
+  return PutFound(target, sheetName, row, col, {std::wstring(text), CellContentKind::kText});
+}
+
+CellWriteResult PutCellContent(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
+                               std::int32_t col, const CellContent& content) {
+  LogCellPut(sheetName, row, col, content.text);
+  return PutFound(target, sheetName, row, col, content);
+}
+
+CellWriteResult RestoreCellContent(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
+                                   std::int32_t col, const CellContent& content) {
+  const CellWriteResult result =
+      target.cell == nullptr ? target.status : PutContent(target.cell.Get(), content);
+  if (!result.Ok()) {
+    PaneLog(Concat(L"Excel put_Value2 failed sheet=", sheetName, L" row=", row, L" col=", col, L" hr=0x",
+                   Hex8(result.hr), L"\r\n"));
   }
   return result;
 }
@@ -211,7 +259,8 @@ CellWriteResult PutCellValueDispatch(const TargetContext& target, std::wstring_v
                                      std::int32_t row, std::int32_t col, std::wstring_view text) {
   LogCellPut(sheetName, row, col, text);
   const DisplayAlertsGuard alertsOff(target.Application());
-  return PutCellText(FindCell(target, sheetName, row, col), sheetName, row, col, text);
+  return PutFound(FindCell(target, sheetName, row, col), sheetName, row, col,
+                  {std::wstring(text), CellContentKind::kText});
 }
 
 bool IsSheetProtected(IDispatch* sheet) {

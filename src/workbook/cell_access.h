@@ -8,6 +8,7 @@
 
 #include "foundation/variant.h"
 #include "workbook/automation.h"
+#include "workbook/cell_content.h"
 #include "workbook/target_context.h"
 
 namespace qv {
@@ -57,10 +58,21 @@ void LogCellPut(std::wstring_view sheetName, std::int32_t row, std::int32_t col,
 [[nodiscard]] CellWriteResult PutCellText(const CellTarget& target, std::wstring_view sheetName,
                                           std::int32_t row, std::int32_t col, std::wstring_view text);
 
+/// `LogCellPut`, and the same for content of any kind: formulas through "Formula", the rest through "Value2",
+/// else "Value".
+[[nodiscard]] CellWriteResult PutCellContent(const CellTarget& target, std::wstring_view sheetName,
+                                             std::int32_t row, std::int32_t col, const CellContent& content);
+
 /// `LogCellPut`, `FindCell` and `PutCellText` with the host's alerts off.
 [[nodiscard]] CellWriteResult PutCellValueDispatch(const TargetContext& target, std::wstring_view sheetName,
                                                    std::int32_t row, std::int32_t col,
                                                    std::wstring_view text);
+
+/// Puts former content back into a cell already found, through the same members; gives the status of a cell
+/// that was not found. A failure is logged. The caller holds the host's alerts off.
+[[nodiscard]] CellWriteResult RestoreCellContent(const CellTarget& target, std::wstring_view sheetName,
+                                                 std::int32_t row, std::int32_t col,
+                                                 const CellContent& content);
 
 /// "ProtectContents", else "Protected"; false when neither can be read.
 [[nodiscard]] bool IsSheetProtected(IDispatch* sheet);

@@ -34,14 +34,6 @@ wchar_t* WriteNumberBefore(wchar_t* end, std::int32_t value) {
   return end;
 }
 
-std::wstring ColumnLetters(std::int32_t col) {
-  std::wstring letters;
-  for (std::int64_t rest = col; rest > 0; rest = (rest - 1) / 26)
-    letters.push_back(static_cast<wchar_t>(L'A' + (rest - 1) % 26));
-  std::ranges::reverse(letters);
-  return letters;
-}
-
 }  // namespace
 
 bool IsUntranslatable(std::wstring_view text, AlphabeticTest isAlphabetic) {
@@ -69,6 +61,14 @@ std::wstring UnitIdOf(std::int32_t row, std::int32_t col) {
   at = WriteNumberBefore(at, row);
   *--at = L'R';
   return {at, end};
+}
+
+std::wstring ColumnLetters(std::int32_t col) {
+  std::wstring letters;
+  for (std::int64_t rest = col; rest > 0; rest = (rest - 1) / 26)
+    letters.push_back(static_cast<wchar_t>(L'A' + (rest - 1) % 26));
+  std::ranges::reverse(letters);
+  return letters;
 }
 
 std::wstring A1Address(std::int32_t row, std::int32_t col) {

@@ -25,6 +25,9 @@ using AlphabeticTest = bool (*)(wchar_t unit);
 /// "R3C2".
 [[nodiscard]] std::wstring UnitIdOf(std::int32_t row, std::int32_t col);
 
+/// "AB" for column 28; empty below 1.
+[[nodiscard]] std::wstring ColumnLetters(std::int32_t col);
+
 /// "B3" for row 3, column 2 (both 1-based); "R3C0" where the column has no letters.
 [[nodiscard]] std::wstring A1Address(std::int32_t row, std::int32_t col);
 

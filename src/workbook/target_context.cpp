@@ -103,10 +103,10 @@ ComPtr<IDispatch> TargetContext::GetActiveWorkbookSheets(HostAnswer* answer) con
   return sheets;
 }
 
-ComPtr<IDispatch> TargetContext::GetActiveWorkbookWorksheets() const {
+ComPtr<IDispatch> TargetContext::GetActiveWorkbookWorksheets(HostAnswer* answer) const {
   const ComPtr<IDispatch> workbook =
-      WorkbookOr(L"GetActiveWorkbookWorksheets: degraded ActiveWorkbook (no pinned book)\r\n");
-  return GetDispProperty(workbook.Get(), L"Worksheets");
+      WorkbookOr(L"GetActiveWorkbookWorksheets: degraded ActiveWorkbook (no pinned book)\r\n", answer);
+  return workbook != nullptr ? GetDispProperty(workbook.Get(), L"Worksheets", answer) : nullptr;
 }
 
 void TargetContext::ReleaseReferences() {

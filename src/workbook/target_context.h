@@ -48,8 +48,8 @@ class TargetContext {
   /// "Worksheets", else "Sheets", of the pinned or active workbook. `answer` (may be null) receives a busy
   /// answer of any of the calls, else the last one.
   [[nodiscard]] ComPtr<IDispatch> GetActiveWorkbookSheets(HostAnswer* answer = nullptr) const;
-  /// "Worksheets" of the pinned or active workbook.
-  [[nodiscard]] ComPtr<IDispatch> GetActiveWorkbookWorksheets() const;
+  /// "Worksheets" of the pinned or active workbook. `answer` as of `GetDispProperty`.
+  [[nodiscard]] ComPtr<IDispatch> GetActiveWorkbookWorksheets(HostAnswer* answer = nullptr) const;
 
   /// Releases every host object; the texts stay for log lines and the workbook key.
   void ReleaseReferences();

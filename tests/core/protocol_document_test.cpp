@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -37,6 +38,20 @@ TEST(ProtocolDocument, ListsEveryActionOfTheRouterInItsOrder) {
   for (const PanelActionRow& row : PanelActionTable())
     built.push_back(ToUtf8(row.name));
   EXPECT_EQ(FirstColumn("From a page"), built);
+}
+
+TEST(ProtocolDocument, DescribesEveryToolThatItDoesNotPutOff) {
+  std::vector<std::string> offered;
+  for (const std::string& line : DocumentLines()) {
+    if (line.starts_with("| `") && line.find("a workbook tool (below)") != std::string::npos) {
+      offered.push_back(line.substr(3, line.find('`', 3) - 3));
+    }
+  }
+  std::vector<std::string> described = FirstColumn("Workbook tools");
+  EXPECT_FALSE(described.empty());
+  for (std::vector<std::string>* names : {&offered, &described})
+    std::ranges::sort(*names);
+  EXPECT_EQ(offered, described);
 }
 
 TEST(ProtocolDocument, ListsEveryPage) {

@@ -278,3 +278,25 @@ def test_a_protected_sheet_refuses(sheet, write):
 
 
 # --- application, windows, sheets ------------------------------------------------------------------------------------
+
+
+def test_borders_are_put_and_read_edge_by_edge(sheet):
+    """Thin and thick lines around a block, lines inside it, and none again; colours are the host's numbers."""
+    block = sheet.get("Range", "B2:C3")
+    for edge, weight in ((7, 2), (8, 4), (11, 2), (12, 4)):
+        border = block.Borders.get("Item", edge)
+        border.put("LineStyle", 1)
+        border.put("Weight", weight)
+        border.put("Color", 255)
+    for edge, weight in ((7, 2), (8, 4), (11, 2), (12, 4)):
+        border = block.Borders.get("Item", edge)
+        assert (edge, border.LineStyle, border.Weight, border.Color) == (edge, 1, weight, 255)
+    assert block.Borders.get("Item", 10).LineStyle == -4142
+    # What lies inside the block is drawn between its cells.
+    assert sheet.get("Range", "B2").Borders.get("Item", 10).LineStyle == 1
+    assert sheet.get("Range", "B2").Borders.get("Item", 9).Weight == 4
+    block.Borders.get("Item", 8).put("LineStyle", -4115)
+    assert block.Borders.get("Item", 8).LineStyle == -4115
+    for edge in range(7, 13):
+        block.Borders.get("Item", edge).put("LineStyle", -4142)
+    assert {block.Borders.get("Item", edge).LineStyle for edge in range(7, 13)} == {-4142}

@@ -1,5 +1,6 @@
 #include "engines/calc/calc_engine.h"
 
+#include <algorithm>
 #include <array>
 #include <stdexcept>
 #include <vector>
@@ -14,6 +15,13 @@
 namespace qv::devhost {
 
 using nlohmann::json;
+
+namespace {
+
+/// What can be asked to go wrong; the other members of a description go with one of these.
+constexpr std::string_view kFaults[] = {"clear", "fail", "busy", "slow"};
+
+}  // namespace
 
 CalcEngine::CalcEngine(unsigned short port, HostStyle style, HWND frame)
     : session_(std::make_shared<calc::RemoteSession>(port, style, frame)) {
@@ -93,15 +101,16 @@ void CalcEngine::ResetCounters() {
 
 void CalcEngine::Fault(const json& fault) {
   for (const auto& [member, value] : fault.items()) {
-    if (member != "clear" && member != "fail" && member != "busy" && !IsDetailOfFault(member))
+    if (std::ranges::count(kFaults, member) == 0 && !IsDetailOfFault(member))
       ThrowBadFault("the calc engine has no " + member);
   }
-  if (!fault.contains("clear") && !fault.contains("fail") && !fault.contains("busy"))
+  if (std::ranges::none_of(kFaults, [&](std::string_view name) { return fault.contains(name); }))
     ThrowBadFault("nothing to do");
   // Read as a whole before anything is done.
   std::vector<MemberFault> failures;
   if (fault.contains("fail")) failures.push_back(FailureFromJson(fault));
   if (fault.contains("busy")) failures.push_back(BusyFromJson(fault));
+  if (fault.contains("slow")) failures.push_back(DelayFromJson(fault));
   if (fault.contains("clear")) session_->Faults().Clear();
   for (MemberFault& failure : failures)
     session_->Faults().Fail(std::move(failure));

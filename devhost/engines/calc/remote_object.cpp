@@ -1,5 +1,6 @@
 #include "engines/calc/remote_object.h"
 
+#include "engines/calc/remote_picture.h"
 #include "engines/calc/wire_values.h"
 #include "engines/common/com_guard.h"
 #include "foundation/text.h"
@@ -12,6 +13,8 @@ namespace {
 
 /// The office's first handle is the Application, which stays and is not counted.
 constexpr int kApplicationHandle = 1;
+/// The general failure, which Excel reports of a clipboard that it does not get.
+constexpr auto kClipboardRefusal = static_cast<SCODE>(0x800A03EC);
 
 const char* KindOf(WORD flags) {
   if ((flags & DISPATCH_PROPERTYPUT) != 0) return "put";
@@ -145,6 +148,11 @@ HRESULT RemoteObject::Perform(DISPID member, WORD flags, const DISPPARAMS& param
   }
   const CallAnswer answer = session_->Call(std::move(request));
   if (answer.failure.code != S_OK) return Report(answer.failure, exception);
+  if (IsPicture(answer.value)) {
+    if (!PutOnClipboard(answer.value)) return Report({DISP_E_EXCEPTION, kClipboardRefusal, L""}, exception);
+    if (result != nullptr) *result = Variant(true).Detach();
+    return S_OK;
+  }
   // Made also when the caller does not want it, so that the office's handle is given back.
   Variant value = FromWire(answer.value, session_);
   if (result != nullptr) *result = value.Detach();

@@ -73,6 +73,14 @@ MemberFault BusyFromJson(const json& fault) {
   return busy;
 }
 
+MemberFault DelayFromJson(const json& fault) {
+  MemberFault delay;
+  delay.slowMs = fault.at("slow").get<unsigned>();
+  delay.member = fault.value("member", std::string("*"));
+  if (fault.contains("times")) delay.times = TimesFromJson(fault.at("times"));
+  return delay;
+}
+
 bool IsDetailOfFault(const std::string& member) {
   return member == "code" || member == "as" || member == "times" || member == "on" || member == "after" ||
          member == "way" || member == "member";

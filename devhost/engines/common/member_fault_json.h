@@ -17,6 +17,8 @@ namespace qv::devhost {
 // {"busy":n,"way":"exception"|"rejected"|"retry","member":"*"}
 //   n times the host is editing a cell (0x800AC472 in EXCEPINFO), refuses the name lookup (0x80010001), or
 //   answers 0x8001010A.
+// {"slow":milliseconds,"member":"*","times":n|"always"}
+//   The next n calls, by default all, take that much longer and block the host's thread meanwhile.
 // Members are "Class.Member", "*.Member", "Class.*" or "*". What is wrong in a description throws
 // std::runtime_error, json::exception or std::logic_error.
 
@@ -24,7 +26,9 @@ namespace qv::devhost {
 [[nodiscard]] MemberFault FailureFromJson(const nlohmann::json& fault);
 /// The failure that the description's member "busy" asks for.
 [[nodiscard]] MemberFault BusyFromJson(const nlohmann::json& fault);
-/// Members that only go with "fail" and "busy".
+/// The delay that the description's member "slow" asks for.
+[[nodiscard]] MemberFault DelayFromJson(const nlohmann::json& fault);
+/// Members that only go with "fail", "busy" and "slow".
 [[nodiscard]] bool IsDetailOfFault(const std::string& member);
 
 /// A number of times: a number, true or "always" for `kAlways`, false for 0.

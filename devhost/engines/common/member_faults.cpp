@@ -10,7 +10,9 @@ std::optional<HostError> MemberFaults::Take(std::string_view className, std::str
       --fault.after;
       continue;
     }
-    if (TakeOne(fault.times)) return fault.error;
+    if (!TakeOne(fault.times)) continue;
+    if (fault.slowMs == 0) return fault.error;
+    Sleep(fault.slowMs);
   }
   return std::nullopt;
 }

@@ -35,7 +35,7 @@ inline constexpr unsigned kOnNameLookup = 0x100;
 /// "Always" as a number of times.
 inline constexpr long kAlways = -1;
 
-/// One member that fails. The member is "Class.Member", "*.Member", "Class.*" or "*".
+/// One member that fails or is slow. The member is "Class.Member", "*.Member", "Class.*" or "*".
 struct MemberFault {
   std::string member = "*";
   HostError error{DISP_E_EXCEPTION, kGeneralFailure};
@@ -43,6 +43,8 @@ struct MemberFault {
   unsigned on = kOnAnyCall;
   /// Calls that still succeed before the first failure.
   long after = 0;
+  /// When not zero, the call takes that many milliseconds longer and does not fail.
+  unsigned slowMs = 0;
 };
 
 /// The members of an object model that were asked to fail. Host UI thread.
@@ -50,7 +52,8 @@ class MemberFaults {
  public:
   void Fail(MemberFault fault) { faults_.push_back(std::move(fault)); }
   void Clear() { faults_.clear(); }
-  /// The error of this call, if it is to fail; uses up one time of the fault. `on` is one way of calling or,
+  /// The error of this call, if it is to fail; uses up one time of the fault. Takes its time for a call that
+  /// is to be slow. `on` is one way of calling or,
   /// where the caller leaves it open, several.
   [[nodiscard]] std::optional<HostError> Take(std::string_view className, std::string_view member,
                                               unsigned on);

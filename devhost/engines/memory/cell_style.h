@@ -24,6 +24,14 @@ struct FontStyle {
   bool operator==(const FontStyle&) const = default;
 };
 
+/// One border of a cell; style and weight are the host's numbers.
+struct BorderLine {
+  long style = kNone;
+  long weight = 2;
+  long color = 0;
+  bool operator==(const BorderLine&) const = default;
+};
+
 /// Everything about a cell but its content.
 struct CellStyle {
   FontStyle font;
@@ -34,6 +42,10 @@ struct CellStyle {
   long verticalAlignment = -4107;
   long fillPattern = kNone;
   long fillColor = 0xFFFFFF;
+  BorderLine leftBorder;
+  BorderLine topBorder;
+  BorderLine bottomBorder;
+  BorderLine rightBorder;
   bool operator==(const CellStyle&) const = default;
 };
 

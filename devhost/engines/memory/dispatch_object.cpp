@@ -178,8 +178,10 @@ HRESULT DispatchObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
       ++host_->wrongThread;
       return RPC_E_WRONG_THREAD;
     }
+    // The class first: its names have numbers from its first use on.
+    const ClassInfo& members = Class();
     const DISPID id = FindNameId(names[0]);
-    const ClassInfo::Entry* entry = id == DISPID_UNKNOWN ? nullptr : Class().Find(id);
+    const ClassInfo::Entry* entry = id == DISPID_UNKNOWN ? nullptr : members.Find(id);
     if (entry == nullptr || Lacks(entry->name)) return DISP_E_UNKNOWNNAME;
     if (host_->faults.Any()) {
       const bool hidden = host_->faults.IsHidden(Class().Name(), entry->name);

@@ -48,6 +48,8 @@ void AddStep(const std::string& member, const json& value, const json& fault, St
     steps.push_back([failure = FailureFromJson(fault)](Host& host) { host.faults.Fail(failure); });
   } else if (member == "busy") {
     steps.push_back([busy = BusyFromJson(fault)](Host& host) { host.faults.Fail(busy); });
+  } else if (member == "slow") {
+    steps.push_back([delay = DelayFromJson(fault)](Host& host) { host.faults.Fail(delay); });
   } else if (member == "missing") {
     AddMissing(value, steps);
   } else if (member == "item") {

@@ -164,6 +164,10 @@ void Host::RequireWritable(const Sheet& sheet, const std::vector<Area>& areas) {
   }
 }
 
+void Host::RequireOpenStructure(const Workbook& workbook) {
+  if (workbook.isStructureProtected) Refuse();
+}
+
 void Host::RequireFormattable(const Sheet& sheet) {
   if (sheet.isProtected) Refuse();
 }

@@ -55,6 +55,8 @@ struct Workbook {
   bool readOnly = false;
   bool saved = true;
   bool closed = false;
+  /// No sheet comes, goes, moves or changes its name.
+  bool isStructureProtected = false;
   std::vector<std::shared_ptr<Sheet>> sheets;
   /// In the order of their making, which numbers their captions.
   std::vector<std::shared_ptr<Window>> windows;
@@ -131,6 +133,7 @@ struct Host {
   static void RequireWritable(const Sheet& sheet, const std::vector<Area>& areas);
   /// Formats, heights and widths of a protected sheet are refused for every cell.
   static void RequireFormattable(const Sheet& sheet);
+  static void RequireOpenStructure(const Workbook& workbook);
 
  private:
   int lastWindowId_ = 0;

@@ -44,10 +44,9 @@ void MemoryEngine::InsertRows(const std::wstring& sheet, int row, int count) {
   const auto found = FindSheet(sheet);
   const memory::Area rows{row, 1, row + count - 1, memory::kMaxColumn};
   if (row < 1 || count < 1 || !memory::kWholeSheet.Contains(rows)) throw std::runtime_error("no such rows");
-  if (found->isProtected || found->UsedArea().row2 + count > memory::kMaxRow)
+  if (found->isProtected || !found->InsertLines(true, row, count))
     throw std::runtime_error("insert rows: the host refuses");
   Changed();
-  found->InsertRows(row, count);
   memory::FireRangeEvent(host_, AppEvent::kSheetChange, found, {rows});
 }
 

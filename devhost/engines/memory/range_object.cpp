@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "engines/memory/areas_object.h"
+#include "engines/memory/borders_object.h"
 #include "engines/memory/characters_object.h"
 #include "engines/memory/font_object.h"
 #include "engines/memory/host_events.h"
@@ -83,8 +84,13 @@ const ClassInfo& RangeObject::Class() const {
           {L"Top", kGet, Do<&R::Top>},
           {L"Hidden", kGet | kPut, Do<&R::Hidden>},
           {L"AutoFit", kMethod, Do<&R::AutoFit>},
+          {L"Delete", kMethod, Do<&R::Delete>},
+          {L"Insert", kMethod, Do<&R::Insert>},
+          {L"RemoveDuplicates", kMethod, Do<&R::RemoveDuplicates>},
+          {L"CopyPicture", kMethod, Do<&R::CopyPicture>},
           {L"Font", kGet, Do<&R::Font>},
           {L"Interior", kGet, Do<&R::Interior>},
+          {L"Borders", kGet, Do<&R::Borders>},
           {L"Characters", kGet, Do<&R::Characters>},
           {L"WrapText", kGet | kPut, Do<&R::StyleOf<kWrapText>>},
           {L"Locked", kGet | kPut, Do<&R::StyleOf<kLocked>>},
@@ -242,6 +248,13 @@ Variant RangeObject::Font(Call&) {
 
 Variant RangeObject::Interior(Call&) {
   return Make<InteriorObject>(SharedHost(), sheet_, areas_);
+}
+
+Variant RangeObject::Borders(Call& call) {
+  if (const VARIANT* edge = call.Arg(0)) {
+    return Make<BorderObject>(SharedHost(), sheet_, areas_, ToLong(*edge));
+  }
+  return Make<BordersObject>(SharedHost(), sheet_, areas_);
 }
 
 Variant RangeObject::Characters(Call& call) {

@@ -49,6 +49,7 @@ class RangeObject final : public DispatchObject {
   Variant MergeArea(Call& call);
   Variant Font(Call& call);
   Variant Interior(Call& call);
+  Variant Borders(Call& call);
   Variant Characters(Call& call);
   // Content (range_content.cpp)
   Variant Default(Call& call);
@@ -74,6 +75,11 @@ class RangeObject final : public DispatchObject {
   Variant Top(Call& call);
   Variant Hidden(Call& call);
   Variant AutoFit(Call& call);
+  // Rows and columns that go and come, and the picture (range_edit.cpp)
+  Variant Delete(Call& call);
+  Variant Insert(Call& call);
+  Variant RemoveDuplicates(Call& call);
+  Variant CopyPicture(Call& call);
 
  protected:
   void* OtherInterface(REFIID iid) override;
@@ -81,6 +87,8 @@ class RangeObject final : public DispatchObject {
  private:
   [[nodiscard]] const Area& First() const { return areas_.front(); }
   [[nodiscard]] bool IsOneCell() const { return areas_.size() == 1 && First().Cells() == 1; }
+  /// Whether all blocks are whole rows, or whole columns.
+  [[nodiscard]] bool IsEntire(bool rows) const;
   [[nodiscard]] long long CountAll() const;
   [[nodiscard]] Variant Sub(const Area& area, RangeView view = RangeView::kCells) const;
   [[nodiscard]] Variant RowOrColumnPart(Call& call, RangeView view);

@@ -82,6 +82,14 @@ class Sheet {
   void SetResult(long row, long col, CellValue value);
   void SetRuns(long row, long col, std::vector<FontRun> runs);
   void ClearContents(const Area& area);
+  /// Contents of a block, written again from `targetRow` on in the same columns.
+  void CopyContents(const Area& source, long targetRow);
+
+  /// Whole rows or columns go, and what follows moves up: cells, merges, sizes, hidden lines, charts.
+  void DeleteLines(bool rows, long first, long count);
+  /// Empty rows or columns come in before `first`; a merge around it grows. False, and nothing changes, where
+  /// that would push what is in use over the sheet's edge.
+  [[nodiscard]] bool InsertLines(bool rows, long first, long count);
 
   /// Calls `change(CellStyle&)` for every cell of the area, creating those that are missing; of whole rows
   /// and columns only the part within the used area.
@@ -125,10 +133,6 @@ class Sheet {
   [[nodiscard]] double WidthOf(const Area& area) const;
   [[nodiscard]] double HeightOf(const Area& area) const;
 
-  /// Moves everything from the row on down by `count` rows; a merge around the row grows. The caller makes
-  /// sure that nothing leaves the sheet.
-  void InsertRows(long row, long count);
-
   [[nodiscard]] bool IsRowHidden(long row) const { return hiddenRows_.contains(row); }
   void HideRow(long row, bool hide);
   [[nodiscard]] bool IsColumnHidden(long col) const { return hiddenColumns_.contains(col); }
@@ -149,6 +153,9 @@ class Sheet {
   template <typename Container, typename Visit>
   static void Walk(Container& container, const Area& area, Visit&& visit);
 
+  /// Points before a row or column.
+  [[nodiscard]] double StartOf(bool rows, long line) const;
+  void ShiftLines(bool rows, long first, long count);
   Cell& Touch(long row, long col);
   void DropIfEmpty(std::map<CellKey, Cell>::iterator cell);
 

@@ -28,6 +28,9 @@ const ClassInfo& WorkbookObject::Class() const {
                                               {L"Windows", kGet, Do<&W::Windows>},
                                               {L"NewWindow", kMethod, Do<&W::NewWindow>},
                                               {L"Activate", kMethod, Do<&W::Activate>},
+                                              {L"ProtectStructure", kGet, Do<&W::ProtectStructure>},
+                                              {L"Protect", kMethod, Do<&W::Protect>},
+                                              {L"Unprotect", kMethod, Do<&W::Unprotect>},
                                               {L"Close", kMethod, Do<&W::Close>},
                                               {L"Application", kGet, Do<&W::Application>},
                                               {L"Parent", kGet, Do<&W::Application>},
@@ -38,6 +41,20 @@ const ClassInfo& WorkbookObject::Class() const {
 Variant WorkbookObject::Saved(Call& call) {
   if (!call.IsPut()) return Variant(workbook_->saved);
   workbook_->saved = ToBool(call.Value());
+  return {};
+}
+
+Variant WorkbookObject::ProtectStructure(Call&) {
+  return Variant(workbook_->isStructureProtected);
+}
+
+Variant WorkbookObject::Protect(Call& call) {
+  workbook_->isStructureProtected = call.Bool(1, false);
+  return {};
+}
+
+Variant WorkbookObject::Unprotect(Call&) {
+  workbook_->isStructureProtected = false;
   return {};
 }
 

@@ -23,6 +23,9 @@ class WorkbookObject final : public DispatchObject {
   Variant Path(Call&) { return Variant(workbook_->path); }
   Variant ReadOnly(Call&) { return Variant(workbook_->readOnly); }
   Variant Saved(Call& call);
+  Variant ProtectStructure(Call& call);
+  Variant Protect(Call& call);
+  Variant Unprotect(Call& call);
   Variant Worksheets(Call& call);
   Variant ActiveSheet(Call& call);
   Variant Windows(Call& call);

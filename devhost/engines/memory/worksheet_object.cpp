@@ -31,12 +31,14 @@ size_t VisibleSheets(const Workbook& workbook) {
 }  // namespace
 
 void RenameSheet(Sheet& sheet, const std::wstring& name) {
+  Host::RequireOpenStructure(*sheet.workbook.lock());
   const auto taken = sheet.workbook.lock()->FindSheet(name);
   if (!IsGoodName(name) || (taken != nullptr && taken.get() != &sheet)) Refuse();
   sheet.name = name;
 }
 
 void RequireDeletable(const Sheet& sheet) {
+  Host::RequireOpenStructure(*sheet.workbook.lock());
   if (sheet.visible == kVisible && VisibleSheets(*sheet.workbook.lock()) == 1) Refuse();
 }
 

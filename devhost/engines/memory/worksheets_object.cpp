@@ -55,6 +55,7 @@ Variant WorksheetsObject::Add(Call& call) {
   const auto* before = dynamic_cast<WorksheetObject*>(NativeObject(call.Arg(0)));
   const auto* after = dynamic_cast<WorksheetObject*>(NativeObject(call.Arg(1)));
   const long count = call.Long(2, 1);
+  Host::RequireOpenStructure(*workbook_);
   if ((before != nullptr && after != nullptr) || count < 1) Refuse();
   size_t position = 0;
   if (before != nullptr) {

@@ -1,11 +1,50 @@
 """ChartObjects, ChartObject, Chart and its titles."""
 
-from office import guards, shapes, sheets, units
-from office.com_object import (MISSING, ComError, ComObject, HResultError, DISP_E_BADINDEX, as_boolean, as_integer,
-                               as_text)
+import uno
+from com.sun.star.awt import Rectangle
+
+from office import chart_kinds, guards, ranges, shapes, sheets, units
+from office.com_object import (MISSING, ComError, ComObject, HResultError, DISP_E_BADINDEX, DISP_E_TYPEMISMATCH,
+                               as_boolean, as_integer, as_number, as_text)
 
 CHART_DOCUMENT = "com.sun.star.chart.ChartDocument"
+PLOT_BY_ROWS = 1
+# com.sun.star.sheet.FormulaResult.STRING
+TEXT_RESULT = 2
 NO_TITLE = "This object has no title."
+
+
+def add(document, sheet, kind, left, top, width, height):
+    """A chart without data as a new shape, which is on top and has the next free name."""
+    guards.require_unprotected(sheet)
+    chart_kinds.require(kind)
+    place = Rectangle(*(units.hundredths(as_number(length)) for length in (left, top, width, height)))
+    names = {shape.Name for shape in chart_shapes(sheet)} | set(sheet.Charts.ElementNames)
+    number = len(chart_shapes(sheet)) + 1
+    while "Chart %d" % number in names:
+        number += 1
+    # A chart that begins without cells keeps data of its own for good.
+    first_cell = sheet.getCellByPosition(0, 0).RangeAddress
+    sheet.Charts.addNewByName("Chart %d" % number, place, (first_cell,), False, False)
+    shape = next(shape for shape in chart_shapes(sheet) if shape.PersistName == "Chart %d" % number)
+    shape.Name = "Chart %d" % number
+    chart_kinds.set_kind(shapes.chart_of(shape), kind)
+    return shape
+
+
+def _part_in_use(source):
+    """A range without what lies beyond the used area of its sheet."""
+    used = ranges.used_area(source.sheet).RangeAddress
+    area = source.first.RangeAddress
+    right, bottom = min(area.EndColumn, used.EndColumn), min(area.EndRow, used.EndRow)
+    if right < area.StartColumn or bottom < area.StartRow:
+        return source.first
+    return source.sheet.getCellRangeByPosition(area.StartColumn, area.StartRow, right, bottom)
+
+
+def _is_label(area, column, row):
+    cell = area.getCellByPosition(column, row)
+    return cell.Type.value == "TEXT" or (cell.Type.value == "FORMULA" and cell.FormulaResultType2 == TEXT_RESULT)
 
 
 def chart_shapes(sheet):
@@ -29,6 +68,10 @@ class ChartObjects(ComObject):
 
     def get_count(self):
         return len(chart_shapes(self._sheet))
+
+    def call_add(self, left, top, width, height):
+        add(self.document, self._sheet, chart_kinds.COLUMN, left, top, width, height)
+        return self._all()[-1]
 
     def call_item(self, index):
         found = self._all()
@@ -65,7 +108,12 @@ class ChartObject(ComObject):
         return sheets.Worksheet(self.document, self._sheet)
 
     def get_chart(self):
-        return Chart(self._sheet, shapes.chart_of(self._shape), self)
+        return Chart(self._sheet, shapes.chart_of(self._shape), self, self._shape.PersistName)
+
+    def call_delete(self):
+        guards.require_unprotected(self._sheet)
+        self._sheet.DrawPage.remove(self._shape)
+        return True
 
     def get_left(self):
         return units.points(self._shape.Position.X)
@@ -83,16 +131,39 @@ class ChartObject(ComObject):
 class Chart(ComObject):
     TYPE = "Chart"
 
-    def __init__(self, sheet, chart, owner):
+    def __init__(self, sheet, chart, owner, stored_name):
         self._sheet = sheet
         self._chart = chart
         self._owner = owner
+        self._stored_name = stored_name
 
     def get_name(self):
         return "%s %s" % (self._sheet.Name, self._owner.get_name())
 
     def get_parent(self):
         return self._owner
+
+    def get_chart_type(self):
+        return chart_kinds.number_of(self._chart)
+
+    def put_chart_type(self, value):
+        guards.require_unprotected(self._sheet)
+        chart_kinds.set_kind(self._chart, value)
+
+    def call_set_source_data(self, source, plot_by=MISSING):
+        """Series stand in the columns unless there are more of these than rows, as with Excel's own choice."""
+        guards.require_unprotected(self._sheet)
+        if not isinstance(source, ranges.Range):
+            raise HResultError(DISP_E_TYPEMISMATCH)
+        area = _part_in_use(source)
+        rows, columns = area.Rows.Count, area.Columns.Count
+        table = self._sheet.Charts.getByName(self._stored_name)
+        table.HasColumnHeaders = rows > 1 and _is_label(area, columns - 1, 0)
+        table.HasRowHeaders = columns > 1 and _is_label(area, 0, rows - 1)
+        by_rows = columns > rows if plot_by is MISSING else as_integer(plot_by) == PLOT_BY_ROWS
+        table.Ranges = (area.RangeAddress,)
+        self._chart.Diagram.DataRowSource = uno.Enum("com.sun.star.chart.ChartDataRowSource",
+                                                     "ROWS" if by_rows else "COLUMNS")
 
     def get_has_title(self):
         return bool(self._chart.HasMainTitle)

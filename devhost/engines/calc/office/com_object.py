@@ -54,6 +54,14 @@ class Long64:
         self.number = number
 
 
+class Picture:
+    """A picture as the bytes of a PNG file, for the client to put on its clipboard; `as_bitmap` or as a metafile."""
+
+    def __init__(self, png, as_bitmap):
+        self.png = png
+        self.as_bitmap = as_bitmap
+
+
 class Array:
     """A two-dimensional array; `rows` may hold fewer rows and columns than the sizes say, the rest is empty."""
 

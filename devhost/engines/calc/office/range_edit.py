@@ -2,10 +2,12 @@
 
 import uno
 
-from office import calc, cell_values, guards, window_list
-from office.com_object import MISSING, ComError, HResultError, DISP_E_TYPEMISMATCH, as_integer
+from office import calc, cell_values, guards, range_picture, window_list
+from office.com_object import MISSING, ComError, HResultError, Picture, DISP_E_TYPEMISMATCH, as_integer
 
 SHIFT_DOWN, SHIFT_RIGHT, SHIFT_UP, SHIFT_LEFT = -4121, -4161, -4162, -4159
+SCREEN, PRINTER = 1, 2
+PICTURE, BITMAP = -4147, 2
 HAS_HEADER = 1
 ALL_CONTENT = 1023
 
@@ -67,6 +69,11 @@ class RangeEdit:
         corner = destination.corner().getCellAddress()
         destination.sheet.copyRange(corner, self.first.RangeAddress)
         return True
+
+    def call_copy_picture(self, appearance=1, format_=PICTURE):
+        if as_integer(appearance) not in (SCREEN, PRINTER) or as_integer(format_) not in (PICTURE, BITMAP):
+            raise ComError("CopyPicture method of Range class failed")
+        return Picture(range_picture.draw(self.document, self.first), as_integer(format_) == BITMAP)
 
     def call_remove_duplicates(self, columns=MISSING, header=2):
         """Drops the rows whose compared columns repeat an earlier row; text is compared without regard to case."""

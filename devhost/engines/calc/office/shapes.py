@@ -2,7 +2,7 @@
 
 from com.sun.star.awt import Point, Size
 
-from office import calc, charts, guards, ranges, sheets, units
+from office import calc, chart_kinds, charts, guards, ranges, sheets, units
 from office.com_object import (E_INVALIDARG, ComError, ComObject, HResultError, as_integer, as_number, as_text)
 
 AUTO_SHAPE, CHART, GROUP, LINE, PICTURE, TEXT_BOX, OLE_OBJECT = 1, 3, 6, 9, 13, 17, 7
@@ -46,6 +46,11 @@ class Shapes(ComObject):
         elif 1 <= as_integer(index) <= len(found):
             return found[as_integer(index) - 1]
         raise HResultError(E_INVALIDARG, "The index into the specified collection is out of bounds.")
+
+    def call_add_chart2(self, style=-1, xl_chart_type=chart_kinds.COLUMN, left=150, top=100, width=360, height=216,
+                        new_layout=False):
+        return Shape(self.document, self._sheet,
+                     charts.add(self.document, self._sheet, xl_chart_type, left, top, width, height))
 
     def call_add_picture(self, filename, link_to_file, save_with_document, left, top, width, height):
         guards.require_unprotected(self._sheet)

@@ -13,6 +13,12 @@ LONGEST_NAME = 31
 BAD_NAME = re.compile(r"[\\/?*\[\]:]|^'|'$")
 
 
+def require_open_structure(document):
+    """Calc lets its API change the sheets of a protected workbook; Excel does not."""
+    if document.isProtected():
+        raise ComError("Workbook is protected and cannot be changed.")
+
+
 class Sheets(ComObject):
     TYPE = "Sheets"
     DEFAULT = "Item"
@@ -37,6 +43,7 @@ class Sheets(ComObject):
         raise HResultError(DISP_E_BADINDEX)
 
     def call_add(self, before=MISSING, after=MISSING, count=1, type_=MISSING):
+        require_open_structure(self.document)
         found = self.document.Sheets
         position = self.document.CurrentController.ActiveSheet.RangeAddress.Sheet
         if isinstance(before, Worksheet):
@@ -68,6 +75,7 @@ class Worksheet(ComObject):
         return self.sheet.Name
 
     def put_name(self, value):
+        require_open_structure(self.document)
         name = as_text(value)
         taken = any(other.lower() == name.lower() and other != self.sheet.Name
                     for other in self.document.Sheets.ElementNames)
@@ -194,6 +202,7 @@ class Worksheet(ComObject):
         self.call_activate()
 
     def call_delete(self):
+        require_open_structure(self.document)
         if self.document.Sheets.Count < 2 or self._is_only_visible():
             raise ComError("A workbook must contain at least one visible worksheet.")
         self.document.Sheets.removeByName(self.sheet.Name)

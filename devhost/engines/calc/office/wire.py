@@ -2,14 +2,15 @@
 
 null VT_EMPTY, true and false VT_BOOL, a text VT_BSTR, a number with a point VT_R8, without one VT_I4 (VT_I8 when it
 needs more); {"null":true} VT_NULL, {"nothing":true} a VT_DISPATCH that holds null, {"missing":true} an argument left
-out, {"error":scode}, {"date":serial}, {"long64":n}, {"object":handle,"type":"Range"}, {"list":[...]} an array of one
+out, {"error":scode}, {"date":serial}, {"picture":"PNG in base64","bitmap":flag} what belongs on the clipboard, {"long64":n}, {"object":handle,"type":"Range"}, {"list":[...]} an array of one
 dimension, {"array":[[...]],"rows":n,"columns":n} one of two (lower bounds 1, cells not given are empty).
 """
 
+import base64
 import json
 
 from office.com_object import (MISSING, NOTHING, NULL, Array, ComObject, Date, E_INVALIDARG, ErrorValue, HResultError,
-                               Long64)
+                               Long64, Picture)
 
 
 class Handles:
@@ -70,6 +71,8 @@ def encode_line(answer, handles):
             return {"date": value.serial}
         if isinstance(value, Long64):
             return {"long64": value.number}
+        if isinstance(value, Picture):
+            return {"picture": base64.b64encode(value.png).decode(), "bitmap": value.as_bitmap}
         if value is NULL:
             return {"null": True}
         if value is NOTHING:

@@ -1,4 +1,4 @@
-#include "translation/cell_finder.h"
+#include "workbook/cell_finder.h"
 
 namespace qv {
 

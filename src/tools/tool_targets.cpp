@@ -1,0 +1,61 @@
+#include "tools/tool_targets.h"
+
+#include <algorithm>
+
+#include "foundation/text.h"
+#include "tools/tool_result.h"
+#include "workbook/automation.h"
+#include "workbook/cell_access.h"
+#include "workbook/cell_block.h"
+
+namespace qv {
+
+ToolSheet FindToolSheet(const ToolContext& context, const ToolArguments& arguments,
+                        std::wstring_view missing) {
+  const std::wstring name = arguments.Text(L"sheetName");
+  CellWriteResult status;
+  ToolSheet found;
+  found.sheet = ResolveSheet(context.target, name, status);
+  if (found.sheet != nullptr) {
+    found.name = GetStringProperty(found.sheet.Get(), L"Name");
+  } else if (status.IsBusy()) {
+    found.error = ErrorResult(kHostBusyText);
+  } else {
+    found.error = ErrorResult(name.empty() ? missing : kUnknownSheetText);
+  }
+  return found;
+}
+
+RangeGeometry GeometryOf(const RangeArgs& block) {
+  return {block.row2 - block.row1 + 1, block.col2 - block.col1 + 1, block.row1, block.col1};
+}
+
+std::optional<RangeGeometry> ReadUsedRange(IDispatch* sheet) {
+  return ReadGeometry(RangeReader::LateBound(GetDispProperty(sheet, L"UsedRange")));
+}
+
+std::optional<RangeGeometry> Intersect(const RangeArgs& range, const RangeGeometry& used) {
+  RangeArgs met{used.firstRow, used.firstCol, used.firstRow + used.rows - 1, used.firstCol + used.cols - 1};
+  if (!range.IsWholeColumns()) {
+    met.row1 = std::max(met.row1, range.row1);
+    met.row2 = std::min(met.row2, range.row2);
+  }
+  if (!range.IsWholeRows()) {
+    met.col1 = std::max(met.col1, range.col1);
+    met.col2 = std::min(met.col2, range.col2);
+  }
+  if (met.row1 > met.row2 || met.col1 > met.col2) return std::nullopt;
+  return GeometryOf(met);
+}
+
+ComPtr<IDispatch> FindRange(IDispatch* sheet, const RangeArgs& range) {
+  // A block in the first column or row stands for whole rows and columns.
+  RangeArgs block = range;
+  if (range.IsWholeRows()) block.col1 = block.col2 = 1;
+  if (range.IsWholeColumns()) block.row1 = block.row2 = 1;
+  ComPtr<IDispatch> cells = GetBlockRange(sheet, GeometryOf(block));
+  if (range.IsBlock()) return cells;
+  return GetDispProperty(cells.Get(), range.IsWholeRows() ? L"EntireRow" : L"EntireColumn");
+}
+
+}  // namespace qv

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <oaidl.h>
+
+#include <string>
+
+#include "tools/tool_context.h"
+
+namespace qv {
+
+/// The workbook of a sheet of the context's target.
+[[nodiscard]] UndoBook BookOfSheet(const ToolContext& context, IDispatch* sheet);
+
+/// "excelPushUndoMarker": what tools write from here on belongs to one chat message.
+[[nodiscard]] std::wstring PushUndoMarker(const ToolContext& context, const std::wstring& json);
+
+/// "excelUndoMessage": puts back what was written since the last marker, newest first. A host that is busy
+/// leaves the rest, and the marker, for another call.
+[[nodiscard]] std::wstring UndoMessage(const ToolContext& context, const std::wstring& json);
+
+}  // namespace qv
