@@ -58,7 +58,10 @@ const single = await latencies(rounds, plan.loads.map((each) => () => bareReques
 loads.forEach((each, index) => Object.assign(each, single[index]));
 const calls = [];
 for (const { name, tool, arguments: members, times } of plan.calls) {
-  const once = () => client.callTool({ name: tool, arguments: members });
+  const once = async () => {
+    const said = (await client.callTool({ name: tool, arguments: members })).content[0].text;
+    if (said.startsWith('{"error"')) throw new Error(`${name}: ${said}`);
+  };
   calls.push({ name, ...(await latencies(times, [once]))[0] });
 }
 await client.close();
