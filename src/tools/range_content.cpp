@@ -17,7 +17,8 @@ constexpr std::int64_t kTooManyToCount = 5001;
 
 /// Where a range meets the used range; nothing when they do not.
 std::optional<RangeGeometry> Intersect(const RangeArgs& range, const RangeGeometry& used) {
-  RangeArgs met{used.firstRow, used.firstCol, used.firstRow + used.rows - 1, used.firstCol + used.cols - 1};
+  RangeArgs met{used.firstRow, used.firstCol, used.firstRow + (used.rows - 1),
+                used.firstCol + (used.cols - 1)};
   if (!range.IsWholeColumns()) {
     met.row1 = std::max(met.row1, range.row1);
     met.row2 = std::min(met.row2, range.row2);

@@ -24,17 +24,22 @@ std::wstring MessageOf(std::wstring_view value) {
 
 ToolArguments::ToolArguments(std::wstring_view json) : json_(json), members_(JsonMembersOf(json)) {}
 
+std::wstring_view ToolArguments::ValueOrNull(std::wstring_view name) const {
+  return members_ ? JsonValueOf(*members_, name) : JsonFindValue(json_, name);
+}
+
 std::wstring_view ToolArguments::Value(std::wstring_view name) const {
-  return members_ ? JsonValueOf(*members_, name) : std::wstring_view();
+  const std::wstring_view value = ValueOrNull(name);
+  return value == L"null" ? std::wstring_view() : value;
 }
 
 std::wstring ToolArguments::Text(std::wstring_view name) const {
-  const std::wstring_view own = Value(name);
+  const std::wstring_view own = ValueOrNull(name);
   return own.empty() ? JsonGetString(json_, name) : TextOfValue(own).value_or(std::wstring());
 }
 
 std::int32_t ToolArguments::Integer(std::wstring_view name) const {
-  const std::wstring_view own = Value(name);
+  const std::wstring_view own = ValueOrNull(name);
   return own.empty() ? JsonGetInt(json_, name) : IntegerOfValue(own);
 }
 

@@ -1,5 +1,7 @@
 #include "tools/tool_targets.h"
 
+#include <optional>
+
 #include "foundation/text.h"
 #include "tools/tool_result.h"
 #include "workbook/automation.h"
@@ -8,18 +10,34 @@
 
 namespace qv {
 
+namespace {
+
+/// The name that "sheetName" gives, a number's text counting as one; empty for the active sheet, nothing for
+/// what no sheet is called.
+std::optional<std::wstring> SheetNameOf(const ToolArguments& arguments) {
+  const std::wstring_view value = arguments.Value(L"sheetName");
+  if (value.empty() || value.starts_with(L'"')) return arguments.Text(L"sheetName");
+  return NumberOfValue(value) ? std::optional(std::wstring(value)) : std::nullopt;
+}
+
+}  // namespace
+
 ToolSheet FindToolSheet(const ToolContext& context, const ToolArguments& arguments,
                         std::wstring_view missing) {
-  const std::wstring name = arguments.Text(L"sheetName");
-  CellWriteResult status;
   ToolSheet found;
-  found.sheet = ResolveSheet(context.target, name, status);
+  const std::optional<std::wstring> name = SheetNameOf(arguments);
+  if (!name) {
+    found.error = ErrorResult(kUnknownSheetText);
+    return found;
+  }
+  CellWriteResult status;
+  found.sheet = ResolveSheet(context.target, *name, status);
   if (found.sheet != nullptr) {
     found.name = GetStringProperty(found.sheet.Get(), L"Name");
   } else if (status.IsBusy()) {
     found.error = ErrorResult(kHostBusyText);
   } else {
-    found.error = ErrorResult(name.empty() ? missing : kUnknownSheetText);
+    found.error = ErrorResult(name->empty() ? missing : kUnknownSheetText);
   }
   return found;
 }
@@ -28,14 +46,14 @@ RangeGeometry GeometryOf(const RangeArgs& block) {
   return {block.row2 - block.row1 + 1, block.col2 - block.col1 + 1, block.row1, block.col1};
 }
 
-ComPtr<IDispatch> FindRange(IDispatch* sheet, const RangeArgs& range) {
+ComPtr<IDispatch> FindRange(IDispatch* sheet, const RangeArgs& range, HostAnswer* answer) {
   // A block in the first column or row stands for whole rows and columns.
   RangeArgs block = range;
   if (range.IsWholeRows()) block.col1 = block.col2 = 1;
   if (range.IsWholeColumns()) block.row1 = block.row2 = 1;
-  ComPtr<IDispatch> cells = GetBlockRange(sheet, GeometryOf(block));
-  if (range.IsBlock()) return cells;
-  return GetDispProperty(cells.Get(), range.IsWholeRows() ? L"EntireRow" : L"EntireColumn");
+  ComPtr<IDispatch> cells = GetBlockRange(sheet, GeometryOf(block), answer);
+  if (range.IsBlock() || cells == nullptr) return cells;
+  return GetDispProperty(cells.Get(), range.IsWholeRows() ? L"EntireRow" : L"EntireColumn", answer);
 }
 
 }  // namespace qv
