@@ -130,11 +130,6 @@ void LogSheetLookupFailure(const TargetContext& target, std::wstring_view sheetN
   }
 }
 
-void LogEnter(std::wstring_view sheetName, std::int32_t row, std::int32_t col, std::wstring_view text) {
-  PaneLog(Concat(L"PutCellValueDispatch enter sheet=", sheetName, L" row=", row, L" col=", col, L" textLen=",
-                 text.size(), L"\r\n"));
-}
-
 /// "Formula" takes the language-neutral spelling whatever the user's language; "Value2" does not.
 CellWriteResult PutFormula(IDispatch* cell, std::wstring_view formula) {
   const Variant value(formula);
@@ -228,14 +223,29 @@ CellTarget FindCell(const TargetContext& target, std::wstring_view sheetName, st
   return found;
 }
 
+void LogCellPut(std::wstring_view sheetName, std::int32_t row, std::int32_t col, std::wstring_view text) {
+  PaneLog(Concat(L"PutCellValueDispatch enter sheet=", sheetName, L" row=", row, L" col=", col, L" textLen=",
+                 text.size(), L"\r\n"));
+}
+
+HostAnswer ReadFormula(IDispatch* cell, std::wstring& formula) {
+  HostAnswer answer;
+  Variant value;
+  answer.hr = GetProperty(cell, L"HasFormula", value, &answer.exceptionCode);
+  if (!answer.Ok() || !value.IsTrue()) return answer;
+  answer.hr = GetProperty(cell, L"Formula", value, &answer.exceptionCode);
+  if (answer.Ok()) formula = value.Text();
+  return answer;
+}
+
 CellWriteResult PutCellText(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
                             std::int32_t col, std::wstring_view text) {
-  return PutCellContent(target, sheetName, row, col, {std::wstring(text), CellContentKind::kText});
+  return PutFound(target, sheetName, row, col, {std::wstring(text), CellContentKind::kText});
 }
 
 CellWriteResult PutCellContent(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
                                std::int32_t col, const CellContent& content) {
-  LogEnter(sheetName, row, col, content.text);
+  LogCellPut(sheetName, row, col, content.text);
   return PutFound(target, sheetName, row, col, content);
 }
 
@@ -252,11 +262,9 @@ CellWriteResult RestoreCellContent(const CellTarget& target, std::wstring_view s
 
 CellWriteResult PutCellValueDispatch(const TargetContext& target, std::wstring_view sheetName,
                                      std::int32_t row, std::int32_t col, std::wstring_view text) {
-  // Here, so that the line also stands before those of a failed lookup.
-  LogEnter(sheetName, row, col, text);
+  LogCellPut(sheetName, row, col, text);
   const DisplayAlertsGuard alertsOff(target.Application());
-  return PutFound(FindCell(target, sheetName, row, col), sheetName, row, col,
-                  {std::wstring(text), CellContentKind::kText});
+  return PutCellText(FindCell(target, sheetName, row, col), sheetName, row, col, text);
 }
 
 bool IsSheetProtected(IDispatch* sheet) {
