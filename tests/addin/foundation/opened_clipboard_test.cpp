@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstring>
 #include <future>
 #include <string>
@@ -46,10 +47,14 @@ TEST(OpenedClipboard, WaitsWithoutKeepingTheHolderFromWhatThisThreadHasPromised)
   });
   opened.get_future().wait();
   {
-    const OpenedClipboard clipboard(owner.Get(), 3000);
+    const OpenedClipboard clipboard(owner.Get(), 1000);
     EXPECT_TRUE(static_cast<bool>(clipboard));
     if (clipboard) EmptyClipboard();
   }
+  // Lets go of a holder that is still waiting.
+  MSG none;
+  while (pasted.wait_for(std::chrono::milliseconds(10)) != std::future_status::ready)
+    PeekMessageW(&none, nullptr, 0, 0, PM_NOREMOVE);
   EXPECT_EQ(pasted.get(), L"delivered");
 }
 

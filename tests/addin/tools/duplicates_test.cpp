@@ -130,8 +130,8 @@ TEST_F(Duplicates, WhereCaseIsToCountNothingIsRemovedThatDiffersInIt) {
 TEST_F(Duplicates, EqualErrorsAndEmptyTextsBesideWordsDoNotHideThatCaseMatters) {
   constexpr const wchar_t* kJson =
       LR"({"range":"B3:C4","confirm":true,"match_case":true,"has_header":false})";
-  SetText("C3", L"#N/A");
-  SetText("C4", L"#N/A");
+  for (const char* address : {"C3", "C4"})
+    engine.Set(L"Sheet1", address, devhost::memory::ErrorValue{2042});
   EXPECT_NE(Run(kTool, kJson).find(L"0x80004001"), std::wstring::npos);
   engine.Set(L"Sheet1", "C3", L"");
   engine.Sheet(L"Sheet1").ClearContents({4, 3, 4, 3});
