@@ -122,11 +122,16 @@ async function relay(answer, response) {
   for (const [name, value] of Object.entries(answer.headers)) {
     if (PASSED_ON.test(name)) response.setHeader(name, value);
   }
-  // One that ends with its connection is handed on like that.
-  if (!answer.headers['transfer-encoding']) response.removeHeader('Transfer-Encoding');
+  if (endsWithItsConnection(answer)) {
+    response.removeHeader('Transfer-Encoding');
+    response.setHeader('Connection', 'close');
+  }
   response.flushHeaders();
   await pipeline(answer, response).catch((error) => logLine(`chat completion broke off: ${error.message}`));
 }
+
+const endsWithItsConnection = ({ headers }) =>
+  headers['transfer-encoding'] === undefined && headers['content-length'] === undefined;
 
 function answerChatError(error, request, reply) {
   if (error instanceof ChatError) return reply.code(error.status).send(error.body);

@@ -17,11 +17,16 @@ const FRAMINGS = {
   // Each event is a chunk.
   chunked: { before: () => {}, after: '' },
   // The answer ends with its connection.
-  close: { before: (response) => response.removeHeader('Transfer-Encoding'), after: '' },
+  close: { before: endWithConnection, after: '' },
   // Each event is a chunk, and so is a comment behind it, for clients that hand a chunk on when the next one is there.
   comments: { before: () => {}, after: ':\n\n' },
 };
 export const FRAMING_NAMES = Object.keys(FRAMINGS);
+
+function endWithConnection(response) {
+  response.removeHeader('Transfer-Encoding');
+  response.setHeader('Connection', 'close');
+}
 
 /**
  * One answer is a list of steps; each request takes the next answer.
@@ -68,9 +73,20 @@ export class ScriptedModel {
     return `http://127.0.0.1:${this.server.address().port}/v1`;
   }
 
+  /** How many answers were not asked for yet. */
+  get waiting() {
+    return this.#answers.length;
+  }
+
   /** @param {...Step[]} answers added behind those that wait */
   script(...answers) {
     this.#answers.push(...answers);
+  }
+
+  /** Drops the answers that wait, and the record of what was asked. */
+  forget() {
+    this.#answers = [];
+    this.requests = [];
   }
 
   async close() {
