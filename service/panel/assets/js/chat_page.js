@@ -119,7 +119,7 @@ function drawTurns() {
   drawConversation(turns, { busy: busy(), uses: USES });
   byId('empty').hidden = turns.length > 0;
   byId('new').hidden = turns.length === 0;
-  if (nearEnd) scrollTo({ top: document.documentElement.scrollHeight });
+  if (nearEnd && turns.length > 0) scrollTo({ top: document.documentElement.scrollHeight });
 }
 
 function drawAll() {

@@ -26,7 +26,8 @@ export async function runTurn(turns, page) {
     if (page.signal.aborted) endTurn(turn, 'stopped');
     else if (error instanceof ChatFailure) endTurn(turn, 'failed', describe(error));
     else {
-      endTurn(turn, 'failed', describe(new ChatFailure({ code: 'broken', message: error.message })));
+      console.error(error);
+      endTurn(turn, 'failed', describe(new ChatFailure({ code: 'broken' })));
     }
   }
   page.changed();

@@ -30,7 +30,7 @@ const MAKERS = {
   quote: ({ text }) => make('blockquote', { dir: 'auto' }, spans(text)),
   rule: () => make('hr'),
   list: ({ items, start }) => {
-    const list = start === null ? make('ul') : make('ol', { start });
+    const list = start === null ? make('ul', { dir: 'auto' }) : make('ol', { start, dir: 'auto' });
     list.append(...items.map(({ text, depth }) => makeItem(text, depth)));
     return list;
   },
@@ -43,7 +43,7 @@ const MAKERS = {
     ]),
 };
 
-const makeItem = (text, depth) => make('li', { dir: 'auto', 'data-depth': Math.min(depth, 3) }, spans(text));
+const makeItem = (text, depth) => make('li', { 'data-depth': Math.min(depth, 3) }, spans(text));
 const makeRow = (tag, cells) => make('tr', {}, cells.map((cell) => make(tag, { dir: 'auto' }, spans(cell))));
 
 const spans = (text) => parseSpans(text).flatMap((span) => SPANS[span.kind](span));
