@@ -23,7 +23,7 @@ const BODY_LIMIT_BYTES = 8 * 1024 * 1024;
  * @param {import('./translate/engines.js').Engine} options.engine closed together with the app
  * @param {boolean} [options.faults] offers the /control endpoints
  * @param {boolean} [options.devSignIn] offers signing in without a password: for a service that listens on loopback only
- * @param {import('./language_model.js').LanguageModel | null} [options.languageModel] answers the agents and the chat
+ * @param {import('./language_model.js').LanguageModel | null} [options.languageModel] answers agents and the chat
  * @param {import('node:https').ServerOptions | null} [options.https] serves https with these certificates
  * @returns {import('fastify').FastifyInstance}
  */

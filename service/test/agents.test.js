@@ -89,7 +89,8 @@ test('tools go there, and calls of them come back', async () => {
   assert.deepEqual(JSON.parse(called.arguments), { range: 'A1:B2' });
   assert.equal(whole.choices[0].finish_reason, 'tool_calls');
   assert.deepEqual(model.requests[0].body.tools, tools);
-  const parts = (await deltasOf(await complete({ tools, stream: true }))).flatMap(({ tool_calls: calls }) => calls ?? []);
+  const deltas = await deltasOf(await complete({ tools, stream: true }));
+  const parts = deltas.flatMap(({ tool_calls: calls }) => calls ?? []);
   const second = parts.filter(({ index }) => index === 1).map((part) => part.function.arguments);
   assert.equal(second.join(''), '{"range":"A1:B2"}');
 });

@@ -2,7 +2,14 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
-import { endTurn, newTurn, prepareRetry, readTurns, toMessages, undoableTurn } from '../panel/assets/js/chat_conversation.js';
+import {
+  endTurn,
+  newTurn,
+  prepareRetry,
+  readTurns,
+  toMessages,
+  undoableTurn,
+} from '../panel/assets/js/chat_conversation.js';
 import { failureRow } from '../panel/assets/js/chat_failures.js';
 import { Completion, MAX_ANSWER_LENGTH } from '../panel/assets/js/chat_stream.js';
 import { parseBlocks, parseSpans } from '../panel/assets/js/markdown.js';

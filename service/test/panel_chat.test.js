@@ -28,6 +28,7 @@ const REFUSED = /^Failed to load resource/;
 
 const say = (text) => [{ say: text }];
 const call = (name, given = {}) => ({ call: name, arguments: given });
+const CONFIRMED = { confirm: true };
 const WRITE = { range: 'A1:B1', values: [['x', 1]] };
 
 async function openChat(...answers) {
@@ -85,7 +86,8 @@ test('a tool is run with exactly its arguments, and its result goes to the model
   assert.match(await turn(view).locator('summary').innerText(), /Reads cells\s+A1:B2\s+Done/);
   assert.ok(!(await turn(view).locator('.call-body').isVisible()));
   await turn(view).locator('summary').click();
-  assert.match(await turn(view).locator('.call-body').innerText(), /excelReadRange[^]*"range": "A1:B2"[^]*"value": "x"/);
+  const body = await turn(view).locator('.call-body').innerText();
+  assert.match(body, /excelReadRange[^]*"range": "A1:B2"[^]*"value": "x"/);
   await view.close();
 });
 
@@ -150,7 +152,7 @@ test('what deletes waits for a yes, and a no is told to the model', async () => 
   const cases = [
     ['excelDeleteSheet', { name: 'Old' }, 'Delete the sheet “Old”?', {}],
     ['excelDeleteRowsCols', { mode: 'rows', indices: [2, 3] }, 'Delete rows 2, 3?', {}],
-    ['excelRemoveDuplicates', { range: 'A1:C9' }, english['chat.askRemoveDuplicates'].replace('{target}', 'A1:C9'), { confirm: true }],
+    ['excelRemoveDuplicates', { range: 'A1:C9' }, 'Remove the rows in A1:C9 that repeat earlier ones?', CONFIRMED],
   ];
   for (const [name, given, words, added] of cases) {
     const view = await openChat([call(name, given)], say('No, then.'), [call(name, given)], say('Gone.'));
@@ -236,7 +238,7 @@ test('failures are said in words, and the next try goes on where it stopped', as
     [[{ fail: 401 }], `${english['chat.failKey']} refused with 401`],
     [[{ fail: 429 }], `${english['chat.failBusy']} refused with 429`],
     [[{ fail: 500 }], `${english['error.service']} refused with 500`],
-    [[{ say: 'Half' }, { die: true }], english['chat.failBroken']],
+    [[{ say: 'Half' }, { stall: 200 }, { die: true }], english['chat.failBroken']],
   ];
   for (const [steps, words] of cases) {
     const view = await openChat([call('excelListSheets')], steps, say('At last.'));
@@ -297,7 +299,8 @@ test('nothing is sent by who is not signed in, or without an add-in', async () =
 });
 
 test('what a model writes stays text', async () => {
-  const hostile = '<img src=x onerror=alert(1)> **<b>bold</b>** [go](javascript:alert(1)) `<script>`\n\n# <i>H</i>\n\n| <u>a</u> |\n|---|\n| 1 |';
+  const line = '<img src=x onerror=alert(1)> **<b>bold</b>** [go](javascript:alert(1)) `<script>`';
+  const hostile = `${line}\n\n# <i>H</i>\n\n| <u>a</u> |\n|---|\n| 1 |`;
   const view = await openChat(say(hostile));
   await ask(view, '<b>Hello</b>');
   await ended(view);

@@ -26,7 +26,10 @@ const SIZES = (size, unit) => ({
 const oneOf = (...words) => ({ type: 'string', enum: words });
 const objectOf = (properties) => ({ type: 'object', properties });
 
-/** By action. `asks` is the key of the question that the user has to answer with yes beforehand. @type {Record<string, Tool>} */
+/**
+ * By action. `asks` is the key of the question that the user has to answer with yes beforehand.
+ * @type {Record<string, Tool>}
+ */
 export const TOOLS = {
   excelReadRange: {
     description: 'Reads the values and formulas of a range. Look at the data before you analyze or change it.',
@@ -38,7 +41,11 @@ export const TOOLS = {
     properties: {
       range: CELLS,
       sheetName: SHEET_NAME,
-      values: { type: 'array', items: { type: 'array', items: {} }, description: 'One list a row; null empties a cell' },
+      values: {
+        type: 'array',
+        items: { type: 'array', items: {} },
+        description: 'One list a row; null empties a cell',
+      },
     },
     required: ['range', 'values'],
   },
@@ -160,7 +167,7 @@ export const TOOLS = {
     required: ['source'],
   },
   excelScreenshotRange: {
-    description: 'Shows the user a picture of a range. You are told its size only; read the cells to know their contents.',
+    description: 'Shows the user a picture of a range. You are told its size only; read the cells to know what is there.',
     properties: { range: RANGE },
     required: ['range'],
   },

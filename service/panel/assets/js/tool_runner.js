@@ -116,7 +116,7 @@ function orStopped(signal, promise) {
 }
 
 /**
- * Takes back what a message wrote, and what later ones did: the add-in takes its markers off one by one, the last first.
+ * Takes back what a message wrote, and what later ones did: the add-in takes its markers off one by one, last first.
  * @param {import('./chat_conversation.js').Turn[]} turns
  * @param {import('./chat_conversation.js').Turn} turn of them
  */
