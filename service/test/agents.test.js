@@ -120,11 +120,12 @@ test('an answer that breaks off is a failure for the client, too', async () => {
 });
 
 test('a client that leaves ends the request to the model', async () => {
-  for (const steps of [[{ stall: true }], [{ say: 'one' }, { stall: true }]]) {
-    model.requests.length = 0;
-    model.script(steps);
+  // Before the head of the answer, and in the middle of it.
+  for (const body of ['{}', '{"stream":true}']) {
+    model.forget();
+    model.script([{ say: 'one' }, { stall: true }]);
     const leaving = new AbortController();
-    const asked = post('{"stream":true}', undefined, { signal: leaving.signal }).then((answer) => answer.text());
+    const asked = post(body, undefined, { signal: leaving.signal }).then((answer) => answer.text());
     await until(() => model.requests.length > 0);
     leaving.abort();
     await assert.rejects(asked);
