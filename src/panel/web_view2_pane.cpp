@@ -33,6 +33,7 @@ CWebView2Pane::CWebView2Pane()
                selectionPreview_),
       window_(*this) {
   PaneRegistry::Add(*this);
+  tokens_.OnStore([this](const std::wstring& token) { llmProxy_.SetProxyAccessToken(token); });
 }
 
 CWebView2Pane::~CWebView2Pane() {
@@ -215,6 +216,7 @@ void CWebView2Pane::BeginShutdownEarly() {
       KillTimer(window, timer);
   }
   run_.BeginShutdownEarly();
+  llmProxy_.Stop();
   hostEvents_.Unsubscribe();
   target_.ReleaseReferences();
 }

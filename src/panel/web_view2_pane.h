@@ -17,6 +17,7 @@
 #include "panel/panel_navigator.h"
 #include "panel/web_view.h"
 #include "panel/workspace_window.h"
+#include "services/llm_proxy.h"
 #include "translation/quick_translate_worker.h"
 #include "translation/run_controller.h"
 #include "translation/selection_preview_reader.h"
@@ -120,6 +121,7 @@ class CWebView2Pane final : public OleControl,
   QuickTranslator quickTranslator_;
   SelectionPreviewReader selectionPreview_;
   PaneActions actions_;
+  LlmProxy llmProxy_;
   AppEvents hostEvents_;
   PaneWindow window_;
   bool earlyShutdownDone_ = false;
