@@ -10,6 +10,9 @@
 namespace qv {
 namespace {
 
+/// No smaller than what the client reads at once.
+constexpr std::size_t kUnreadBytes = 16 * 1024;
+
 HttpResponse Aborted() {
   HttpResponse response;
   response.error = L"HTTP request failed";
@@ -18,6 +21,27 @@ HttpResponse Aborted() {
 }
 
 }  // namespace
+
+/// The exchange's lock for the time of its life; what is changed under it wakes whoever waits.
+class UpstreamExchange::Lock {
+ public:
+  explicit Lock(UpstreamExchange& exchange) : exchange_(exchange) {
+    AcquireSRWLockExclusive(&exchange_.lock_);
+  }
+  Lock(const Lock&) = delete;
+  Lock& operator=(const Lock&) = delete;
+  ~Lock() { ReleaseSRWLockExclusive(&exchange_.lock_); }
+
+  template <typename Condition>
+  void WaitUntil(Condition&& condition) {
+    while (!condition())
+      SleepConditionVariableSRW(&exchange_.changed_, &exchange_.lock_, INFINITE, 0);
+  }
+  void WakeOthers() { WakeAllConditionVariable(&exchange_.changed_); }
+
+ private:
+  UpstreamExchange& exchange_;
+};
 
 std::shared_ptr<UpstreamExchange> UpstreamExchange::Start(HttpRequest request) {
   auto exchange = std::make_shared<UpstreamExchange>();
@@ -34,53 +58,54 @@ void UpstreamExchange::Run(const HttpRequest& request) {
         request, [this](int, std::string_view piece) { return TakePiece(piece); },
         [this](const HttpResponse& head) { return TakeHead(head); });
   });
-  const std::scoped_lock lock(mutex_);
+  Lock lock(*this);
   outcome_ = std::move(outcome);
-  changed_.notify_all();
+  lock.WakeOthers();
 }
 
 bool UpstreamExchange::TakeHead(const HttpResponse& head) {
-  const std::scoped_lock lock(mutex_);
+  Lock lock(*this);
   head_ = head;
-  changed_.notify_all();
+  lock.WakeOthers();
   return !calledOff_;
 }
 
 bool UpstreamExchange::TakePiece(std::string_view piece) {
-  std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return calledOff_ || piece_.empty(); });
+  Lock lock(*this);
+  lock.WaitUntil(
+      [&] { return calledOff_ || piece_.empty() || piece_.size() + piece.size() <= kUnreadBytes; });
   if (calledOff_) return false;
-  piece_ = piece;
-  changed_.notify_all();
+  piece_ += piece;
+  lock.WakeOthers();
   return true;
 }
 
 std::optional<HttpResponse> UpstreamExchange::WaitForHead() {
-  std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return calledOff_ || head_ || outcome_; });
+  Lock lock(*this);
+  lock.WaitUntil([this] { return calledOff_ || head_ || outcome_; });
   return calledOff_ ? std::nullopt : head_;
 }
 
 bool UpstreamExchange::NextPiece(std::string& piece) {
-  std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return calledOff_ || !piece_.empty() || outcome_; });
+  Lock lock(*this);
+  lock.WaitUntil([this] { return calledOff_ || !piece_.empty() || outcome_; });
   if (calledOff_ || piece_.empty()) return false;
   // The buffers change places, so that none is made anew for each piece.
   piece.clear();
   std::swap(piece, piece_);
-  changed_.notify_all();
+  lock.WakeOthers();
   return true;
 }
 
 HttpResponse UpstreamExchange::Outcome() {
-  const std::scoped_lock lock(mutex_);
+  Lock lock(*this);
   return calledOff_ ? Aborted() : outcome_.value_or(Aborted());
 }
 
 void UpstreamExchange::CallOff() {
-  const std::scoped_lock lock(mutex_);
+  Lock lock(*this);
   calledOff_ = true;
-  changed_.notify_all();
+  lock.WakeOthers();
 }
 
 }  // namespace qv

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <condition_variable>
+#include <windows.h>
+
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,8 +22,8 @@ class UpstreamExchange {
   /// Waits for status and Content-Type of the answer; nothing when there is none, see `Outcome`.
   [[nodiscard]] std::optional<HttpResponse> WaitForHead();
 
-  /// Waits for the body's next piece, of 16 KiB at most. False at the body's end, however it came. One more
-  /// piece is read meanwhile, no further ones.
+  /// Waits for what comes next of the body, 16 KiB at most. False at the body's end, however it came. As much
+  /// again is read meanwhile, and no more.
   [[nodiscard]] bool NextPiece(std::string& piece);
 
   /// How it ended, without the body; for after the end.
@@ -37,11 +37,14 @@ class UpstreamExchange {
   [[nodiscard]] bool TakeHead(const HttpResponse& head);
   [[nodiscard]] bool TakePiece(std::string_view piece);
 
-  std::mutex mutex_;
-  std::condition_variable changed_;
+  class Lock;
+
+  // The system's own: those of the standard library cost MinGW several calls of the kernel for each piece.
+  SRWLOCK lock_ = SRWLOCK_INIT;
+  CONDITION_VARIABLE changed_ = CONDITION_VARIABLE_INIT;
   bool calledOff_ = false;
   std::optional<HttpResponse> head_;
-  /// The piece that is not read yet; empty for none.
+  /// What is not read yet.
   std::string piece_;
   std::optional<HttpResponse> outcome_;
 };
