@@ -1,10 +1,13 @@
 """The proxy for language models between OpenAI's own client and the local service over https, with a scripted model behind
 it."""
 
+import os
 import socket
 import urllib.error
 import urllib.request
+import uuid
 from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
 
 import pytest
 
@@ -14,7 +17,8 @@ from local_service import LocalService
 HELLO = [{"role": "user", "content": "Hello"}]
 WHOLE = {"model": "quorvantis/any", "messages": HELLO}
 STREAM = {**WHOLE, "stream": True}
-USER = "dev-ada"
+# A user of this run alone, to be looked for in what it leaves behind.
+USER = f"dev-{uuid.uuid4().hex}"
 
 
 @pytest.fixture(scope="module")
@@ -196,3 +200,15 @@ def test_a_stop_frees_the_port_and_a_new_start_keeps_the_key(proxy, start_model)
     assert proxy.key == key
     [answer] = ask(proxy.base_url, key, WHOLE)
     assert answer["message"]["content"] == "again"
+
+
+def test_nothing_that_is_left_behind_holds_the_key_or_the_users_token(proxy, start_model):
+    start_model([{"say": "a word"}], [{"say": "a word"}])
+    ask(proxy.base_url, proxy.key, WHOLE, STREAM)
+    ask(proxy.base_url, USER, WHOLE)
+    users = Path(os.environ["WINEPREFIX"]) / "drive_c" / "users"
+    left = {path: path.read_bytes() for path in users.rglob("AppData/Local/Quorvantis/**/*") if path.is_file()}
+    assert any("[LlmProxy] auth header".encode("utf-16-le") in content for content in left.values())
+    for secret in (USER, proxy.key, proxy.key[8:]):
+        for encoding in ("utf-8", "utf-16-le"):
+            assert [path for path, content in left.items() if secret.encode(encoding) in content] == []
