@@ -23,8 +23,8 @@ void LogKey(std::wstring_view provided, std::wstring_view proxyToken) {
 
 }  // namespace
 
-/// While it lives, a stop can call the exchange off. However the relay ends, the exchange's own thread does not
-/// wait for a reader that is gone.
+/// While it lives, a stop can call the exchange off. However the relay ends, the exchange's own thread does
+/// not wait for a reader that is gone.
 class LlmProxy::Relaying {
  public:
   Relaying(LlmProxy& proxy, std::shared_ptr<UpstreamExchange> exchange) : proxy_(proxy) {

@@ -20,11 +20,13 @@ void PutFontPart(IDispatch* font, std::wstring_view name, const Variant& value, 
   Keep(answer, own);
 }
 
-std::optional<std::int32_t> CaptureColor(IDispatch* font, std::int32_t row, std::int32_t col) {
+std::optional<std::int32_t> CaptureColor(IDispatch* font, std::int32_t row, std::int32_t col,
+                                         HostAnswer& answer) {
   Variant color;
-  const HRESULT hr = GetProperty(font, L"Color", color);
+  answer.hr = GetProperty(font, L"Color", color, &answer.exceptionCode);
+  if (answer.IsBusy()) return std::nullopt;
   const bool isNumber = color.Type() == VT_R8 || color.Type() == VT_I4 || color.Type() == VT_UI4;
-  if (SUCCEEDED(hr) && isNumber) return IntegerOf(color);
+  if (answer.Ok() && isNumber) return IntegerOf(color);
   PaneLog(Concat(L"CellStyleBaseline color unreadable row=", row, L" col=", col, L" vt=", color.Type(),
                  L" -> automatic\r\n"));
   return std::nullopt;
@@ -75,15 +77,16 @@ bool IsEmpty(const BaselineFont& font) {
 
 }  // namespace
 
-BaselineFont CaptureBaselineFont(IDispatch* cell, std::int32_t row, std::int32_t col) {
+BaselineFont CaptureBaselineFont(IDispatch* cell, std::int32_t row, std::int32_t col, HostAnswer& answer) {
+  const ComPtr<IDispatch> font = GetDispProperty(cell, L"Font", &answer);
+  if (answer.IsBusy()) return {};
   PaneLog(Concat(L"CellStyleBaseline capture row=", row, L" col=", col, L"\r\n"));
-  const ComPtr<IDispatch> font = GetDispProperty(cell, L"Font");
   BaselineFont baseline;
   Variant name;
   if (SUCCEEDED(GetProperty(font.Get(), L"Name", name)) && name.IsText()) baseline.name = name.Text();
   baseline.size = GetNumberProperty(font.Get(), L"Size");
   baseline.bold = GetFlagProperty(font.Get(), L"Bold");
-  baseline.color = CaptureColor(font.Get(), row, col);
+  baseline.color = CaptureColor(font.Get(), row, col, answer);
   return baseline;
 }
 

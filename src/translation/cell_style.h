@@ -16,8 +16,10 @@ namespace qv {
 
 // How cells look before and after write-back. Failures are logged and never fail a write. Host UI thread.
 
-/// Reads the cell's font for a later restore (logged). `row` and `col` are 1-based.
-[[nodiscard]] BaselineFont CaptureBaselineFont(IDispatch* cell, std::int32_t row, std::int32_t col);
+/// Reads the cell's font for a later restore (logged). `row` and `col` are 1-based. With a busy `answer` what
+/// is returned is not the whole.
+[[nodiscard]] BaselineFont CaptureBaselineFont(IDispatch* cell, std::int32_t row, std::int32_t col,
+                                               HostAnswer& answer);
 
 /// Wraps the cell's text, and its merge area's.
 void WrapCellText(IDispatch* cell);

@@ -5,6 +5,7 @@
 #include "foundation/flag_scope.h"
 #include "foundation/guard.h"
 #include "foundation/logging.h"
+#include "translation/host_slice.h"
 
 namespace qv {
 
@@ -113,6 +114,11 @@ void DisplayController::RestoreBeforeCollect(std::wstring_view sheetName, Restor
   Drain();
 }
 
+void DisplayController::WaitForWrites() {
+  resting_ = slices_.ContinueAfter(kWritePauseMs, Continuation());
+  if (!resting_) AbandonAll();
+}
+
 bool DisplayController::HasWork() const {
   return !stopped_ && (job_ != nullptr || (!held_ && !waiting_.empty()));
 }
@@ -121,6 +127,7 @@ void DisplayController::Drain() {
   // A host that runs messages inside a call may bring the next request while one is being worked on.
   if (draining_ || resting_ || !HasWork()) return;
   const std::shared_ptr<DisplayController> keepAlive = shared_from_this();
+  if (session_.isBeingWritten) return WaitForWrites();
   {
     const FlagScope draining(draining_);
     WorkOff();

@@ -75,6 +75,9 @@ class DisplayController : public std::enable_shared_from_this<DisplayController>
 
   void Submit(DisplayRequest request);
   void Drain();
+  /// Comes back when the call of the host that brought this moment may be over: a run that was ended inside
+  /// one of its writes has still to leave that cell.
+  void WaitForWrites();
   [[nodiscard]] bool HasWork() const;
   void WorkOff();
   /// Plans the job or does a slice of it.

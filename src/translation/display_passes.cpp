@@ -25,8 +25,13 @@ WritePass::WritePass(WriteBack writeBack, TranslationSession& session, std::vect
   writeBack_.PrepareLayout(layout);
 }
 
+UnitPass::Step WritePass::Finish() {
+  writeBack_.FinishRows();
+  return writeBack_.HasDueRows() ? Step::kBusy : Step::kDone;
+}
+
 void WritePass::EndSlice() {
-  writeBack_.FinishRow();
+  writeBack_.FinishRows();
   writeBack_.ReleaseReferences();
 }
 

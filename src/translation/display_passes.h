@@ -22,6 +22,7 @@ class WritePass final : public UnitPass {
   [[nodiscard]] WriteOutcome Change(std::size_t index) override {
     return writeBack_.WriteUnit(index, layout_);
   }
+  [[nodiscard]] Step Finish() override;
 
   WriteBack writeBack_;
   Layout layout_;

@@ -103,9 +103,11 @@ std::vector<std::size_t> UnitsOfSwitch(const DisplayRequest& request, const Targ
   plan.isHostBusy = scope.isHostBusy;
   plan.message = scope.message;
   if (plan.isHostBusy || !plan.message.empty()) return {};
-  const std::size_t translated = UnitsThat(session, scope.covers).size();
+  std::size_t translated = 0;
   std::vector<std::size_t> units = UnitsThat(session, [&](const CellUnit& unit) {
-    return scope.covers(unit) && (request.mode != DisplayMode::kOriginal || unit.written);
+    if (!scope.covers(unit)) return false;
+    ++translated;
+    return request.mode != DisplayMode::kOriginal || unit.written;
   });
   plan.message = EmptyScopeMessage(request.mode, request.scope, translated, units.size());
   return units;
@@ -175,8 +177,7 @@ DisplayPlan PlanRequest(const DisplayRequest& request, TargetContext& target, Pa
   const bool ours = IsSessionsWorkbook(target, session);
   if (request.IsRestore()) {
     // Heights that an earlier restore could not put back are due also where no unit is left.
-    const bool hasDueRows = ours && !RowsToRestore(session).empty();
-    if (units.empty() && !hasDueRows) return plan;
+    if (units.empty() && (!ours || RowsToRestore(session).empty())) return plan;
   } else if (!plan.message.empty()) {
     return plan;
   }

@@ -9,8 +9,12 @@
 
 namespace qv {
 
+/// How long whoever finds a slice open, inside one of its calls of the host, waits before looking again.
+inline constexpr UINT kWritePauseMs = USER_TIMER_MINIMUM;
+
 /// One slice of writing the session's cells. While it lives the host's alerts and repainting are off, and the
-/// session says that it is being written. Host UI thread.
+/// session says that it is being written; a slice inside another one leaves that to the outer one. Host UI
+/// thread.
 class HostSlice {
  public:
   /// Both outlive the slice; a null `application` is allowed.

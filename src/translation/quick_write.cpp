@@ -86,6 +86,7 @@ CellWriteResult Write(const TargetContext& target, const CellUnit& unit, const Q
   const CellTarget place = FindCell(target, unit.SheetName(), unit.row, unit.col);
   if (place.cell == nullptr) return place.status;
   const auto put = [&](std::wstring_view text) {
+    LogCellPut(unit.SheetName(), unit.row, unit.col, text);
     return PutCellText(place, unit.SheetName(), unit.row, unit.col, text);
   };
   if (request.mode == QuickWriteMode::kReplace) return put(request.text);

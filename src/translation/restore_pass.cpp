@@ -18,8 +18,12 @@ CellWriteResult CheckCell(IDispatch* cell, const CellUnit& unit) {
   Variant live;
   CellWriteResult read;
   read.hr = GetProperty(cell, L"Value2", live, &read.exceptionCode);
-  if (!read.Ok() || IsOurText(unit, live.Text())) return read;
-  return {E_FAIL, 0};
+  if (!read.Ok()) return read;
+  if (!IsOurText(unit, live.Text())) return {E_FAIL, 0};
+  std::wstring formula;
+  const CellWriteResult asked = ReadFormula(cell, formula);
+  if (asked.IsBusy()) return asked;
+  return IsOurFormula(unit, formula) ? CellWriteResult() : CellWriteResult{E_FAIL, 0};
 }
 
 }  // namespace
@@ -40,8 +44,7 @@ WriteOutcome RestorePass::Change(std::size_t index) {
   if (!result.Ok()) return WriteOutcome::kFailed;
   unit.written = unit.bilingual = false;
   // From here on the cell is the user's own; the next write looks at it anew.
-  unit.baseline.reset();
-  unit.formulaBeforeWrite.reset();
+  unit.ForgetBaseline();
   changedAnything_ = true;
   return WriteOutcome::kWritten;
 }
@@ -52,6 +55,7 @@ CellWriteResult RestorePass::Restore(std::size_t index, const CellUnit& unit) {
 }
 
 CellWriteResult RestorePass::RestoreCell(std::size_t index, const CellUnit& unit) {
+  if (!unit.formulaBeforeWrite) LogCellPut(unit.SheetName(), unit.row, unit.col, unit.sourceText);
   const CellTarget place = finder_.Find(unit.SheetName(), unit.row, unit.col);
   if (place.cell == nullptr) return place.status;
   IDispatch* const cell = place.cell.Get();

@@ -29,6 +29,10 @@ bool IsOurText(const CellUnit& unit, std::wstring_view live) {
   return IsSameCellText(live, WrittenTextOf(unit)) || IsSameCellText(live, unit.sourceText);
 }
 
+bool IsOurFormula(const CellUnit& unit, std::wstring_view live) {
+  return live.empty() || (unit.formulaBeforeWrite && *unit.formulaBeforeWrite == live);
+}
+
 std::vector<std::size_t> UnitsThat(const TranslationSession& session, const UnitTest& passes) {
   std::vector<std::size_t> indexes;
   for (std::size_t i = 0; i < session.units.size(); ++i) {

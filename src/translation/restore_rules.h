@@ -24,6 +24,10 @@ namespace qv {
 /// source already.
 [[nodiscard]] bool IsOurText(const CellUnit& unit, std::wstring_view live);
 
+/// The same of the formula that the cell holds, empty for none: write-back leaves none behind, so that it is
+/// the unit's former one or the user's own.
+[[nodiscard]] bool IsOurFormula(const CellUnit& unit, std::wstring_view live);
+
 using UnitTest = std::function<bool(const CellUnit&)>;
 
 /// Indexes (0-based) of the units that pass, in the session's order.

@@ -16,8 +16,21 @@ namespace {
 
 constexpr const wchar_t* kRowHeight = L"RowHeight";
 
-bool PutRowHeight(IDispatch* row, double points) {
-  return PutProperty(row, kRowHeight, Variant(points)).Ok();
+/// Logs a refusal unless the same put comes again.
+HostAnswer PutRowHeight(IDispatch* row, double points) {
+  const HostAnswer answer = PutProperty(row, kRowHeight, Variant(points));
+  if (!answer.Ok() && !answer.IsBusy()) PaneLog(L"Excel bilingual RowHeight set failed\r\n");
+  return answer;
+}
+
+/// Points; nothing with how the host refused, or where the answer is no number.
+std::optional<double> ReadRowHeight(IDispatch* row, HostAnswer& answer) {
+  Variant value;
+  answer.hr = GetProperty(row, kRowHeight, value, &answer.exceptionCode);
+  if (!answer.Ok()) return std::nullopt;
+  if (value.Type() == VT_R8) return value->dblVal;
+  return value.Type() == VT_I4 || value.Type() == VT_I2 ? std::optional<double>(IntegerOf(value))
+                                                        : std::nullopt;
 }
 
 CellMetrics MetricsOf(IDispatch* cell) {
@@ -55,81 +68,137 @@ void RowFitter::NoteFrozenRows() {
   }
 }
 
-void RowFitter::BeginCell(const CellUnit& unit, IDispatch* cell) {
-  if (open_ && open_->row == unit.row && open_->sheetName == unit.SheetName()) return;
-  FinishRow();
-  OpenRow row{unit.SheetName(), unit.row, GetDispProperty(cell, L"EntireRow"), kDefaultRowHeight, {}};
-  if (row.range == nullptr) PaneLog(L"Excel bilingual EntireRow missing\r\n");
-  row.previous = GetNumberProperty(row.range.Get(), kRowHeight).value_or(kDefaultRowHeight);
-  open_ = std::move(row);
+HostAnswer RowFitter::BeginCell(const CellUnit& unit, IDispatch* cell) {
+  if (open_ && open_->IsOf(unit)) return {};
+  CloseRow();
+  HostAnswer answer;
+  std::optional<Row> row = OpenRow(unit, cell, answer);
+  if (row) open_ = std::move(row);
+  return answer.IsBusy() ? answer : HostAnswer();
 }
 
-void RowFitter::EndCell(IDispatch* cell, std::wstring_view text) {
-  if (open_) open_->cells.emplace_back(cell, text);
+std::optional<RowFitter::Row> RowFitter::OpenRow(const CellUnit& unit, IDispatch* cell, HostAnswer& answer) {
+  ComPtr<IDispatch> range = GetDispProperty(cell, L"EntireRow", &answer);
+  if (answer.IsBusy()) return std::nullopt;
+  if (range == nullptr) PaneLog(L"Excel bilingual EntireRow missing\r\n");
+  const auto due = std::ranges::find_if(due_, [&](const Row& row) { return row.IsOf(unit); });
+  if (due != due_.end()) {
+    Row row = std::move(*due);
+    due_.erase(due);
+    row.range = std::move(range);
+    return row;
+  }
+  const std::optional<double> height = ReadRowHeight(range.Get(), answer);
+  if (answer.IsBusy()) return std::nullopt;
+  return Row{unit.SheetName(), unit.row, height.value_or(kDefaultRowHeight), {}, std::move(range)};
 }
 
-void RowFitter::FinishRow() {
+void RowFitter::EndCell(const CellUnit& unit, std::wstring_view text) {
+  if (open_) open_->cells.emplace_back(unit.col, text);
+}
+
+void RowFitter::CloseRow() {
   if (!open_) return;
   // The host may bring the next cell while it is being called.
-  const OpenRow row = *std::exchange(open_, std::nullopt);
-  // A hidden row has no height, and must not get one.
-  if (row.range == nullptr || row.cells.empty() || row.previous == 0.0) return;
-  if (IsFrozen(row)) {
-    KeepHeight(row);
-  } else {
-    Fit(row);
-  }
+  Row row = *std::exchange(open_, std::nullopt);
+  if (row.cells.empty() || !Settle(row).IsBusy()) return;
+  row.range = nullptr;
+  due_.push_back(std::move(row));
 }
 
-bool RowFitter::IsFrozen(const OpenRow& row) const {
-  const auto entry = session_.lastFrozenRows.find({workbookKey_, row.sheetName});
-  return entry != session_.lastFrozenRows.end() && row.row <= entry->second;
-}
-
-void RowFitter::KeepHeight(const OpenRow& row) {
-  PaneLog(Concat(L"Excel bilingual keep frozen row height ", Place(row.sheetName, row.row), L"\r\n"));
-  const std::optional<double> height = GetNumberProperty(row.range.Get(), kRowHeight);
-  if (height && *height != row.previous && !PutRowHeight(row.range.Get(), row.previous)) {
-    PaneLog(L"Excel bilingual RowHeight set failed\r\n");
-  }
-}
-
-void RowFitter::Fit(const OpenRow& row) {
-  if (FAILED(InvokeByName(row.range.Get(), L"AutoFit", {}, nullptr))) {
-    PaneLog(L"Excel bilingual AutoFit failed, using estimate\r\n");
-    FitByEstimate(row);
+void RowFitter::FinishRows() {
+  CloseRow();
+  while (!due_.empty()) {
+    Row row = std::move(due_.front());
+    due_.pop_front();
+    HostAnswer answer = FindRange(row);
+    if (answer.Ok()) answer = Settle(row);
+    if (!answer.IsBusy()) continue;
+    row.range = nullptr;
+    due_.push_front(std::move(row));
     return;
   }
-  const std::optional<double> fitted = GetNumberProperty(row.range.Get(), kRowHeight);
-  const std::optional<double> height = fitted ? GrownRowHeight(row.previous, *fitted) : std::nullopt;
-  if (height) {
-    if (!Grow(row, *height)) return;
-    PaneLog(Concat(L"Excel bilingual rowHeight autofit ", Place(row.sheetName, row.row), L" orig=",
-                   Fixed{row.previous, 1}, L" fitted=", Fixed{*fitted, 1}, L"\r\n"));
-  } else if (fitted != row.previous && !PutRowHeight(row.range.Get(), row.previous)) {
-    PaneLog(L"Excel bilingual RowHeight set failed\r\n");
-  }
 }
 
-void RowFitter::FitByEstimate(const OpenRow& row) {
-  const double current = GetNumberProperty(row.range.Get(), kRowHeight).value_or(row.previous);
-  double needed = 0.0;
-  for (const auto& [cell, text] : row.cells)
-    needed = std::max(needed, EstimateRowHeight(text, MetricsOf(cell.Get())));
+HostAnswer RowFitter::FindRange(Row& row) const {
+  const CellTarget place = FindCell(target_, row.sheetName, row.number, 1);
+  HostAnswer answer = place.status;
+  if (place.cell != nullptr) row.range = GetDispProperty(place.cell.Get(), L"EntireRow", &answer);
+  return answer;
+}
+
+HostAnswer RowFitter::Settle(const Row& row) {
+  // A hidden row has no height, and must not get one.
+  if (row.range == nullptr || row.previous == 0.0) return {};
+  return IsFrozen(row) ? KeepHeight(row) : Fit(row);
+}
+
+bool RowFitter::IsFrozen(const Row& row) const {
+  const auto entry = session_.lastFrozenRows.find({workbookKey_, row.sheetName});
+  return entry != session_.lastFrozenRows.end() && row.number <= entry->second;
+}
+
+HostAnswer RowFitter::KeepHeight(const Row& row) {
+  HostAnswer answer;
+  const std::optional<double> height = ReadRowHeight(row.range.Get(), answer);
+  if (answer.IsBusy()) return answer;
+  if (height && *height != row.previous) answer = PutRowHeight(row.range.Get(), row.previous);
+  if (answer.IsBusy()) return answer;
+  PaneLog(Concat(L"Excel bilingual keep frozen row height ", Place(row.sheetName, row.number), L"\r\n"));
+  return answer;
+}
+
+HostAnswer RowFitter::Fit(const Row& row) {
+  HostAnswer answer;
+  answer.hr = InvokeByName(row.range.Get(), L"AutoFit", {}, nullptr, &answer.exceptionCode);
+  if (answer.IsBusy()) return answer;
+  if (!answer.Ok()) {
+    PaneLog(L"Excel bilingual AutoFit failed, using estimate\r\n");
+    return FitByEstimate(row);
+  }
+  const std::optional<double> fitted = ReadRowHeight(row.range.Get(), answer);
+  if (answer.IsBusy()) return answer;
+  const std::optional<double> height = fitted ? GrownRowHeight(row.previous, *fitted) : std::nullopt;
+  if (!height) return fitted == row.previous ? answer : PutRowHeight(row.range.Get(), row.previous);
+  answer = Grow(row, *height);
+  if (!answer.Ok()) return answer;
+  PaneLog(Concat(L"Excel bilingual rowHeight autofit ", Place(row.sheetName, row.number), L" orig=",
+                 Fixed{row.previous, 1}, L" fitted=", Fixed{*fitted, 1}, L"\r\n"));
+  return answer;
+}
+
+HostAnswer RowFitter::FitByEstimate(const Row& row) {
+  HostAnswer answer;
+  const double current = ReadRowHeight(row.range.Get(), answer).value_or(row.previous);
+  if (answer.IsBusy()) return answer;
+  const double needed = EstimatedHeight(row, answer);
+  if (answer.IsBusy()) return answer;
   const std::optional<double> height = GrownRowHeight(row.previous, std::max(current, needed));
-  if (!height || !Grow(row, *height)) return;
-  PaneLog(Concat(L"Excel bilingual rowHeight ", Place(row.sheetName, row.row), L" orig=",
+  if (!height) return {};
+  answer = Grow(row, *height);
+  if (!answer.Ok()) return answer;
+  PaneLog(Concat(L"Excel bilingual rowHeight ", Place(row.sheetName, row.number), L" orig=",
                  Fixed{row.previous, 1}, L" cur=", Fixed{current, 1}, L" need=", Fixed{needed, 1}, L" set=",
                  Fixed{*height, 1}, L"\r\n"));
+  return answer;
 }
 
-bool RowFitter::Grow(const OpenRow& row, double height) {
+double RowFitter::EstimatedHeight(const Row& row, HostAnswer& answer) const {
+  double needed = 0.0;
+  for (const auto& [col, text] : row.cells) {
+    const CellTarget place = FindCell(target_, row.sheetName, row.number, col);
+    answer = place.status;
+    if (answer.IsBusy()) break;
+    needed = std::max(needed, EstimateRowHeight(text, MetricsOf(place.cell.Get())));
+  }
+  return needed;
+}
+
+HostAnswer RowFitter::Grow(const Row& row, double height) {
   // The first height is the user's own; kept also when the put fails, for the fitting may have changed the
   // row.
-  session_.previousRowHeights.try_emplace({row.sheetName, row.row}, row.previous);
-  if (PutRowHeight(row.range.Get(), height)) return true;
-  PaneLog(L"Excel bilingual RowHeight set failed\r\n");
-  return false;
+  session_.previousRowHeights.try_emplace({row.sheetName, row.number}, row.previous);
+  return PutRowHeight(row.range.Get(), height);
 }
 
 }  // namespace qv

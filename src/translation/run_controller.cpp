@@ -103,7 +103,7 @@ void RunController::Fail(std::wstring_view code, std::wstring_view message) {
 }
 
 void RunController::Cancel() {
-  if (DropWaitingStart()) output_.RunPanelScript(CancelledScript());
+  if (DropStart()) output_.RunPanelScript(CancelledScript());
   if (run_ == nullptr) return;
   const std::shared_ptr<Run> run = StopRun();
   output_.RunPanelScript(CancelledScript());
@@ -161,7 +161,8 @@ void RunController::Resume() {
   // A run over all sheets goes on whatever sheet is shown.
   const std::wstring activeSheet = run->start.allSheets ? run->sourceSheet : target_.GetActiveSheetName();
   if (run_ != run) return;
-  if (activeSheet != run->sourceSheet) {
+  // A sheet whose name cannot be read now is not known to be another one.
+  if (!activeSheet.empty() && activeSheet != run->sourceSheet) {
     output_.RunPanelScript(ResumeBlockedScript(activeSheet, run->sourceSheet));
     return;
   }
@@ -181,7 +182,7 @@ void RunController::OnTerminologyResult(const std::wstring& message) {
 void RunController::OnSheetActivated(bool translationViewShown) {
   if (shutDown_) return;
   const std::wstring activeSheet = target_.GetActiveSheetName();
-  if (shutDown_) return;
+  if (shutDown_ || activeSheet.empty()) return;
   if (translationViewShown) output_.RunPanelScript(ActiveSheetChangedScript(activeSheet));
   if (run_ == nullptr || run_->start.allSheets || run_->flags->IsPaused()) return;
   if (activeSheet == run_->sourceSheet) return;
@@ -212,9 +213,12 @@ void RunController::BeginShutdownEarly() {
   display_->Stop();
   startPause_.Stop();
   repayTimer_.Stop();
-  if (run_ == nullptr) return;
-  StopRun();
-  RestoreScreenUpdating(target_.Application());
+  if (run_ != nullptr) {
+    StopRun();
+    RestoreScreenUpdating(target_.Application());
+  }
+  // The last moment to do it: nobody asks again for a pane that is gone.
+  static_cast<void>(RestoreOwedHostState(target_.Application()));
 }
 
 }  // namespace qv

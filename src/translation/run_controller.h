@@ -103,6 +103,7 @@ class RunController : private RunListener, private WriteListener {
   /// Runs one step of a start. What neither waits nor has become a run gives the cells free, whatever ended
   /// it.
   void StepStart(std::uint64_t serial, const std::function<void()>& step);
+  void EndStep(std::uint64_t serial);
   void ReportBrokenStart();
   void Begin(const StartRequest& start, std::uint64_t serial);
   void WaitForWrites(const StartRequest& start, std::uint64_t serial);
@@ -110,8 +111,10 @@ class RunController : private RunListener, private WriteListener {
   void OnRestored(const StartRequest& start, std::uint64_t serial, const std::wstring& sheetName,
                   bool complete);
   void BeginRun(const StartRequest& start, std::uint64_t serial, std::wstring sheetName);
-  /// Ends a start that waits. False when there is none.
-  [[nodiscard]] bool DropWaitingStart();
+  /// Ends a start that waits, or that is calling the host in this very moment. False when there is none.
+  [[nodiscard]] bool DropStart();
+  void DropWaitingStart();
+  /// Has no id yet.
   [[nodiscard]] std::shared_ptr<Run> NewRun(const StartRequest& start, WriteBack writeBack,
                                             std::wstring sheetName);
   [[nodiscard]] bool Collect(Run& run);
@@ -149,6 +152,10 @@ class RunController : private RunListener, private WriteListener {
   std::uint64_t lastStartTick_ = 0;
   /// The newest start goes on later.
   bool startWaits_ = false;
+  /// A step of the newest start is on the stack, and no run has come of it yet.
+  bool startSteps_ = false;
+  /// It was cancelled there, and gives free what it holds when it ends.
+  bool stepCancelled_ = false;
   UiSlices startPause_;
   std::shared_ptr<Run> run_;
   UiTimer repayTimer_;

@@ -7,6 +7,7 @@
 #include "foundation/identity.h"
 #include "foundation/logging.h"
 #include "translation/error_codes.h"
+#include "translation/host_slice.h"
 #include "translation/run_collection.h"
 #include "translation/run_controller.h"
 #include "translation/trace_details.h"
@@ -19,9 +20,6 @@ namespace {
 
 /// A page that posts the same start twice within this time means one start.
 constexpr std::uint64_t kDuplicateStartMs = 2500;
-
-/// How long a start waits before it looks again whether a cell is still being written.
-constexpr UINT kWritePauseMs = USER_TIMER_MINIMUM;
 
 constexpr std::wstring_view kInternalError = L"internal_error";
 constexpr std::wstring_view kClientProduct = L"excel";
@@ -42,8 +40,12 @@ void RunController::Start(std::wstring_view action, const std::wstring& message)
   }
   TraceStart(start, message);
   const std::uint64_t serial = ++startSerial_;
+  ++session_.starts;
+  stepCancelled_ = false;
   StepStart(serial, [&] {
     AbandonRun();
+    // The end of a run calls the host too.
+    if (IsOutdated(serial)) return;
     display_->Hold();
     Begin(start, serial);
   });
@@ -52,16 +54,28 @@ void RunController::Start(std::wstring_view action, const std::wstring& message)
 void RunController::StepStart(std::uint64_t serial, const std::function<void()>& step) {
   if (IsOutdated(serial)) return;
   startWaits_ = false;
+  startSteps_ = true;
   try {
     step();
   } catch (...) {
     static_cast<void>(HandleCurrentException(L"RunController::Start"));
-    if (IsOutdated(serial)) return;
-    startWaits_ = false;
-    display_->Release();
-    ReportBrokenStart();
+    if (!IsOutdated(serial)) {
+      startWaits_ = startSteps_ = false;
+      display_->Release();
+      ReportBrokenStart();
+    }
   }
-  if (!startWaits_ && run_ == nullptr && !IsOutdated(serial)) display_->Release();
+  EndStep(serial);
+}
+
+void RunController::EndStep(std::uint64_t serial) {
+  if (!IsOutdated(serial)) {
+    startSteps_ = false;
+    if (!startWaits_ && run_ == nullptr) display_->Release();
+  } else if (std::exchange(stepCancelled_, false) && !shutDown_) {
+    target_.DropImplicitPin();
+    display_->Release();
+  }
 }
 
 void RunController::ReportBrokenStart() {
@@ -70,15 +84,26 @@ void RunController::ReportBrokenStart() {
   Refuse(kInternalError, kMessage);
 }
 
-bool RunController::DropWaitingStart() {
-  if (!std::exchange(startWaits_, false)) return false;
+bool RunController::DropStart() {
+  const bool steps = std::exchange(startSteps_, false);
+  const bool waits = std::exchange(startWaits_, false);
+  if (!steps && !waits) return false;
   ++startSerial_;
+  if (waits) {
+    DropWaitingStart();
+  } else {
+    // What the step holds may be in use by it until it ends.
+    stepCancelled_ = true;
+  }
+  return true;
+}
+
+void RunController::DropWaitingStart() {
   startPause_.Stop();
   // Holding again ends the restore.
   display_->Hold();
   display_->Release();
   target_.DropImplicitPin();
-  return true;
 }
 
 bool RunController::IsDuplicate(const std::wstring& clientTraceId) {
@@ -101,10 +126,10 @@ void RunController::TraceStart(const StartRequest& start, const std::wstring& me
 }
 
 void RunController::Begin(const StartRequest& start, std::uint64_t serial) {
-  if (session_.isBeingWritten) return WaitForWrites(start, serial);
   // The host may run messages inside any call, and with them a newer start or the pane's end; what counts is
   // asked of it first, and nothing is claimed until then.
   if (IsOutdated(serial)) return;
+  if (session_.isBeingWritten) return WaitForWrites(start, serial);
   if (target_.Application() == nullptr) {
     return Refuse(L"app_not_connected", L"Excel Application not connected");
   }
@@ -149,19 +174,20 @@ void RunController::OnRestored(const StartRequest& start, std::uint64_t serial, 
 }
 
 void RunController::BeginRun(const StartRequest& start, std::uint64_t serial, std::wstring sheetName) {
-  if (start.restart) session_.Replace({}, {});
   WriteBack writeBack(target_, output_, session_, start.font);
   writeBack.PrepareLayout(start.bilingual ? Layout::kDual : Layout::kTarget);
   if (IsOutdated(serial)) return;
   if (target_.Pinned().workbook == nullptr) {
     return Refuse(L"workbook_unavailable", L"无法确定当前窗口的工作簿，请重新打开任务窗格后再试");
   }
-  if (!WorkbookBusyTable::TryClaimWorkbook(target_.WorkbookKey(), context_.get())) {
+  const std::shared_ptr<Run> run = NewRun(start, std::move(writeBack), std::move(sheetName));
+  // From the claim on the run exists, whose end gives the workbook free.
+  if (!WorkbookBusyTable::TryClaimWorkbook(run->workbookKey, context_.get())) {
     return Refuse(L"workbook_busy", L"同一工作簿的另一个窗口正在翻译，请稍候再试");
   }
-
-  const std::shared_ptr<Run> run = NewRun(start, std::move(writeBack), std::move(sheetName));
   run_ = run;
+  run_->id = ++runCounter_;
+  startSteps_ = false;
   output_.RunPanelScript(BlurChatInputScript());
   if (!start.selection) Announce(*run);
   if (!Collect(*run)) return;
@@ -177,7 +203,6 @@ void RunController::BeginRun(const StartRequest& start, std::uint64_t serial, st
 std::shared_ptr<RunController::Run> RunController::NewRun(const StartRequest& start, WriteBack writeBack,
                                                           std::wstring sheetName) {
   auto run = std::make_shared<Run>();
-  run->id = ++runCounter_;
   run->start = start;
   run->workbookKey = target_.WorkbookKey();
   run->startTick = GetTickCount64();

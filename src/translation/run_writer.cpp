@@ -40,30 +40,36 @@ void RunWriter::Drain() {
   // A host that runs messages inside a call may bring the next batch while one is being written.
   if (stopped_ || draining_ || resting_) return;
   const std::shared_ptr<RunWriter> keepAlive = shared_from_this();
-  const Slice slice = WriteSlice();
+  try {
+    GoOn(WriteSlice());
+  } catch (...) {
+    static_cast<void>(HandleCurrentException(L"RunWriter"));
+    Break();
+  }
+}
+
+void RunWriter::GoOn(Slice slice) {
   if (stopped_) return;
-  if (slice == Slice::kHostBusy) {
+  const bool allTaken = slice == Slice::kAllTaken && waiting_.empty();
+  if (slice == Slice::kHostBusy || (allTaken && finishing_ && writeBack_.HasDueRows())) {
     RetryLater();
-  } else if (slice == Slice::kTimeIsUp || !waiting_.empty()) {
+  } else if (!allTaken) {
     ContinueSoon();
   } else if (finishing_) {
     listener_.OnAllWritten();
   }
 }
 
+void RunWriter::Break() {
+  writeBack_.ReleaseReferences();
+  if (stopped_) return;
+  Stop();
+  listener_.OnWritingBroke();
+}
+
 RunWriter::Slice RunWriter::WriteSlice() {
   const FlagScope draining(draining_);
-  Slice slice = Slice::kAllTaken;
-  try {
-    if (!waiting_.empty()) slice = WriteWaiting();
-  } catch (...) {
-    static_cast<void>(HandleCurrentException(L"RunWriter"));
-    writeBack_.ReleaseReferences();
-    if (stopped_) return Slice::kAllTaken;
-    Stop();
-    listener_.OnWritingBroke();
-  }
-  return slice;
+  return waiting_.empty() && !writeBack_.HasDueRows() ? Slice::kAllTaken : WriteWaiting();
 }
 
 RunWriter::Slice RunWriter::WriteWaiting() {
@@ -89,16 +95,21 @@ RunWriter::Slice RunWriter::WriteWaiting() {
     ++nextUnit_;
     listener_.OnUnitDone(unit);
   }
-  writeBack_.FinishRow();
+  // A row that cannot be fitted costs none of the texts.
+  Guard(L"RunWriter", [this] { writeBack_.FinishRows(); });
   writeBack_.ReleaseReferences();
   return slice;
 }
 
 bool RunWriter::WriteOne(const TranslatedUnit& unit) {
   listener_.OnUnitStarting(unit.index);
-  if (unit.skipped || unit.index >= session_.units.size()) return true;
+  return !KeepTranslation(unit) || writeBack_.WriteUnit(unit.index, layout_) != WriteOutcome::kBusy;
+}
+
+bool RunWriter::KeepTranslation(const TranslatedUnit& unit) {
+  if (unit.skipped || unit.index >= session_.units.size()) return false;
   session_.units[unit.index].translation = unit.translation;
-  return writeBack_.WriteUnit(unit.index, layout_) != WriteOutcome::kBusy;
+  return true;
 }
 
 void RunWriter::ContinueSoon() {
@@ -107,7 +118,14 @@ void RunWriter::ContinueSoon() {
 }
 
 void RunWriter::RetryLater() {
-  if (++busyAnswers_ > patience_.maxBusyAnswers || !RestFor(patience_.delayMs)) GiveUpBatch();
+  if (++busyAnswers_ <= patience_.maxBusyAnswers && RestFor(patience_.delayMs)) return;
+  busyAnswers_ = 0;
+  if (waiting_.empty()) {
+    writeBack_.GiveUpRows();
+  } else {
+    GiveUpBatch();
+  }
+  Drain();
 }
 
 bool RunWriter::RestFor(UINT delayMs) {
@@ -127,14 +145,15 @@ void RunWriter::Continue() {
 }
 
 void RunWriter::GiveUpBatch() {
+  // The notice asks the host, which may bring the next batch or the run's end.
+  const FlagScope draining(draining_);
   const TranslatedBatch batch = std::move(waiting_.front());
   waiting_.pop_front();
   for (std::size_t i = std::exchange(nextUnit_, 0); i < batch.size() && !stopped_; ++i) {
-    if (!batch[i].skipped) writeBack_.GiveUp(batch[i].index, layout_);
+    if (KeepTranslation(batch[i])) writeBack_.GiveUp(batch[i].index, layout_);
+    if (stopped_) return;
     listener_.OnUnitDone(batch[i]);
   }
-  busyAnswers_ = 0;
-  Drain();
 }
 
 }  // namespace qv

@@ -28,7 +28,7 @@ class WriteListener {
 
 /// Writes a run's finished batches in order, in short slices between which the host handles its messages. A
 /// host that is busy is asked again later; after a bounded number of busy answers in a row the first waiting
-/// batch is given up. Host UI thread.
+/// batch is given up; its translations stay in the session, where they can be applied later. Host UI thread.
 class RunWriter : public std::enable_shared_from_this<RunWriter> {
  public:
   /// `target`, `session` and `listener` are valid until `Stop`.
@@ -46,9 +46,14 @@ class RunWriter : public std::enable_shared_from_this<RunWriter> {
   enum class Slice { kAllTaken, kTimeIsUp, kHostBusy };
 
   void Drain();
+  /// Does what comes after a slice.
+  void GoOn(Slice slice);
+  void Break();
   [[nodiscard]] Slice WriteSlice();
   [[nodiscard]] Slice WriteWaiting();
   [[nodiscard]] bool WriteOne(const TranslatedUnit& unit);
+  /// Puts the translation into the session. False when there is none to write.
+  [[nodiscard]] bool KeepTranslation(const TranslatedUnit& unit);
   void ContinueSoon();
   void RetryLater();
   [[nodiscard]] bool RestFor(UINT delayMs);

@@ -1,6 +1,6 @@
 #include "translation/selected_cells.h"
 
-#include <algorithm>
+#include <vector>
 
 #include "translation/display_mode.h"
 #include "workbook/automation.h"
@@ -9,21 +9,20 @@
 namespace qv {
 namespace {
 
-/// False when one of the areas cannot be read.
-bool ReadAreas(const ComPtr<IDispatch>& selection, std::vector<RangeGeometry>& geometries) {
+/// Nothing when one of the areas cannot be read.
+std::optional<AreaIndex> ReadAreas(const ComPtr<IDispatch>& selection) {
   std::vector<SelectionArea> areas;
-  if (ReadSelectionAreas(selection, kAnyCellCount, areas) != SelectionRead::kRead) return false;
+  if (ReadSelectionAreas(selection, kAnyCellCount, areas) != SelectionRead::kRead) return std::nullopt;
+  std::vector<RangeGeometry> geometries;
   for (const SelectionArea& area : areas)
     geometries.push_back(area.geometry);
-  return true;
+  return AreaIndex(geometries);
 }
 
 }  // namespace
 
 bool SelectedCells::Contains(const CellUnit& unit) const {
-  return unit.kind == UnitKind::kCell && unit.SheetName() == sheetName &&
-         std::ranges::any_of(areas,
-                             [&](const RangeGeometry& area) { return area.Holds(unit.row, unit.col); });
+  return unit.kind == UnitKind::kCell && unit.SheetName() == sheetName && areas.Holds(unit.row, unit.col);
 }
 
 std::optional<SelectedCells> ReadSelectedCells(const TargetContext& target, std::wstring_view& message) {
@@ -41,7 +40,10 @@ std::optional<SelectedCells> ReadSelectedCells(const TargetContext& target, std:
     SelectedCells cells;
     cells.sheetName = GetStringProperty(GetDispProperty(selection.Get(), L"Worksheet").Get(), L"Name");
     if (cells.sheetName.empty()) cells.sheetName = target.GetActiveSheetName();
-    if (ReadAreas(selection, cells.areas)) return cells;
+    if (std::optional<AreaIndex> areas = ReadAreas(selection)) {
+      cells.areas = *std::move(areas);
+      return cells;
+    }
     message = kDisplaySelectionUnreadable;
   }
   return std::nullopt;

@@ -3,10 +3,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "workbook/area_index.h"
 #include "workbook/cell_unit.h"
-#include "workbook/range_geometry.h"
 #include "workbook/target_context.h"
 
 namespace qv {
@@ -14,7 +13,7 @@ namespace qv {
 /// The rectangles that are selected, and the sheet they lie on.
 struct SelectedCells {
   std::wstring sheetName;
-  std::vector<RangeGeometry> areas;
+  AreaIndex areas;
 
   /// Whether the unit is a selected cell.
   [[nodiscard]] bool Contains(const CellUnit& unit) const;

@@ -1,9 +1,8 @@
 #include "translation/selection_preview.h"
 
-#include <algorithm>
-
 #include "foundation/json_text.h"
 #include "foundation/text.h"
+#include "workbook/area_index.h"
 
 namespace qv {
 namespace {
@@ -17,11 +16,11 @@ std::wstring PreviewCall(std::wstring_view members) {
 WrittenCounts CountWritten(const std::vector<CellUnit>& units, std::wstring_view sheetName,
                            std::span<const RangeGeometry> blocks) {
   WrittenCounts counts;
+  const AreaIndex selected(blocks);
   for (const CellUnit& unit : units) {
     if (!unit.written || unit.SheetName() != sheetName) continue;
     ++counts.onSheet;
-    const auto holds = [&unit](const RangeGeometry& block) { return block.Holds(unit.row, unit.col); };
-    if (std::ranges::any_of(blocks, holds)) ++counts.inSelection;
+    if (selected.Holds(unit.row, unit.col)) ++counts.inSelection;
   }
   return counts;
 }

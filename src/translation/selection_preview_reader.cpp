@@ -94,6 +94,8 @@ std::optional<std::wstring> ReadPreview(const TargetContext& target, const Trans
 }  // namespace
 
 void SelectionPreviewReader::Push() {
+  const std::uint64_t push = ++pushes_;
+  const std::uint64_t starts = session_.starts;
   std::optional<std::wstring> script;
   try {
     script = ReadPreview(target_, session_, pane_, output_);
@@ -102,7 +104,8 @@ void SelectionPreviewReader::Push() {
     script = SelectionPreviewErrorScript(kSelectionFailedError);
   }
   // The host may have closed the pane while it was asked.
-  if (script && !pane_.IsClosing()) output_.RunPanelScript(*script);
+  if (pane_.IsClosing() || push != pushes_ || starts != session_.starts) return;
+  if (script) output_.RunPanelScript(*script);
 }
 
 }  // namespace qv

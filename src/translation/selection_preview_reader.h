@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "foundation/pane_context.h"
 #include "foundation/panel_output.h"
 #include "translation/translation_session.h"
@@ -16,7 +18,8 @@ class SelectionPreviewReader {
       : target_(target), session_(session), pane_(pane), output_(output) {}
 
   /// One preview, or why there is none. Nothing while the host is busy: the user is editing a cell, and a
-  /// preview that failed would hide the one that is shown.
+  /// preview that failed would hide the one that is shown. Nothing either when a newer push or a start came
+  /// while the host was asked.
   void Push();
 
  private:
@@ -24,6 +27,7 @@ class SelectionPreviewReader {
   const TranslationSession& session_;
   PaneContext& pane_;
   PanelOutput& output_;
+  std::uint64_t pushes_ = 0;
 };
 
 }  // namespace qv

@@ -37,6 +37,9 @@ struct TranslationSession {
   /// start of the page, which waits for it: contents are never replaced under a write.
   bool isBeingWritten = false;
 
+  /// Starts that the page has asked for. What was read of the sheet before one of them may be outdated.
+  std::uint64_t starts = 0;
+
   /// Begins a session with what a run has collected; not while cells are being written.
   void Replace(std::vector<CellUnit> newUnits, std::vector<std::wstring> newWarnings) {
     units = std::move(newUnits);

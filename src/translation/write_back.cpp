@@ -28,6 +28,8 @@ WriteOutcome WriteBack::WriteUnit(std::size_t index, Layout layout) {
     return WriteOutcome::kBusy;
   }
   if (!result.Ok()) {
+    // The cell is still the user's own; the next write looks at it anew.
+    if (!unit.written) unit.ForgetBaseline();
     notice_.OnWriteFailed(unit, result, layout == Layout::kDual);
     return WriteOutcome::kFailed;
   }
@@ -37,40 +39,56 @@ WriteOutcome WriteBack::WriteUnit(std::size_t index, Layout layout) {
 }
 
 CellWriteResult WriteBack::WriteCell(CellUnit& unit, Layout layout) {
+  const bool dual = layout == Layout::kDual;
+  BilingualValue value;
+  if (dual) value = MakeBilingualValue(unit.sourceText, unit.translation);
+  const std::wstring_view text = dual ? value.text : unit.translation;
+  LogCellPut(unit.SheetName(), unit.row, unit.col, text);
   const CellTarget place = finder_.Find(unit.SheetName(), unit.row, unit.col);
   if (place.cell == nullptr) return place.status;
-  CaptureBaseline(unit, place.cell.Get());
-  return layout == Layout::kDual ? BilingualWrite(unit, place)
-                                 : PutCellText(place, unit.SheetName(), unit.row, unit.col, unit.translation);
+  if (const HostAnswer captured = CaptureBaseline(unit, place.cell.Get()); !captured.Ok()) return captured;
+  return dual ? BilingualWrite(unit, place, value)
+              : PutCellText(place, unit.SheetName(), unit.row, unit.col, text);
 }
 
-void WriteBack::CaptureBaseline(CellUnit& unit, IDispatch* cell) {
+HostAnswer WriteBack::CaptureBaseline(CellUnit& unit, IDispatch* cell) {
   // Taken once: a busy host makes the same unit come again, with a cell that may look different by then.
-  if (unit.baseline) return;
-  BaselineFont font = CaptureBaselineFont(cell, unit.row, unit.col);
-  const std::optional<bool> hasFormula = GetFlagProperty(cell, L"HasFormula");
-  std::wstring formula = hasFormula.value_or(false) ? GetStringProperty(cell, L"Formula") : std::wstring();
+  if (unit.baseline) return {};
+  HostAnswer answer;
+  BaselineFont font = CaptureBaselineFont(cell, unit.row, unit.col, answer);
+  if (answer.IsBusy()) return answer;
+  std::wstring formula;
+  answer = ReadFormula(cell, formula);
+  if (answer.IsBusy()) return answer;
   unit.baseline = std::move(font);
   if (!formula.empty()) unit.formulaBeforeWrite = std::move(formula);
+  return {};
 }
 
-void WriteBack::CaptureWrap(CellUnit& unit, IDispatch* cell) {
-  if (unit.baseline && !unit.baseline->wrap) unit.baseline->wrap = GetFlagProperty(cell, L"WrapText");
+HostAnswer WriteBack::CaptureWrap(CellUnit& unit, IDispatch* cell) {
+  if (!unit.baseline || unit.baseline->wrap) return {};
+  HostAnswer answer;
+  Variant wrap;
+  answer.hr = GetProperty(cell, L"WrapText", wrap, &answer.exceptionCode);
+  if (answer.IsBusy()) return answer;
+  if (wrap.Type() == VT_BOOL) unit.baseline->wrap = wrap.IsTrue();
+  return {};
 }
 
-CellWriteResult WriteBack::BilingualWrite(CellUnit& unit, const CellTarget& place) {
-  const BilingualValue value = MakeBilingualValue(unit.sourceText, unit.translation);
-  CaptureWrap(unit, place.cell.Get());
+CellWriteResult WriteBack::BilingualWrite(CellUnit& unit, const CellTarget& place,
+                                          const BilingualValue& value) {
+  IDispatch* const cell = place.cell.Get();
+  if (const HostAnswer captured = CaptureWrap(unit, cell); !captured.Ok()) return captured;
   // A row of automatic height grows with its text, so its height is read before.
-  rows_.BeginCell(unit, place.cell.Get());
+  if (const HostAnswer begun = rows_.BeginCell(unit, cell); !begun.Ok()) return begun;
   const CellWriteResult result = PutCellText(place, unit.SheetName(), unit.row, unit.col, value.text);
   if (!result.Ok()) return result;
-  WrapCellText(place.cell.Get());
+  WrapCellText(cell);
   PaneLog(Concat(L"BilingualWrite row=", unit.row, L" col=", unit.col, L" originalLen=", value.originalLength,
                  L" trimmedLen=", value.trimmedLength, L" start1Based=", value.start, L" transLen=",
                  value.length, L"\r\n"));
-  static_cast<void>(StyleTranslation(place.cell.Get(), value, font_));
-  rows_.EndCell(place.cell.Get(), value.text);
+  static_cast<void>(StyleTranslation(cell, value, font_));
+  rows_.EndCell(unit, value.text);
   return result;
 }
 

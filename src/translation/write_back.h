@@ -7,6 +7,7 @@
 
 #include "foundation/panel_output.h"
 #include "foundation/variant.h"
+#include "translation/bilingual_text.h"
 #include "translation/cell_finder.h"
 #include "translation/layout.h"
 #include "translation/protection_notice.h"
@@ -50,18 +51,25 @@ class WriteBack {
   /// Counts a unit as failed that the host was too busy to take, without telling the user of protection.
   void GiveUp(std::size_t index, Layout layout);
 
-  /// Adjusts the height of the row written last; rows are fitted once, when all their cells are written.
-  void FinishRow() { rows_.FinishRow(); }
+  /// Adjusts the height of the row written last and of those still due; rows are fitted once, when all their
+  /// cells are written.
+  void FinishRows() { rows_.FinishRows(); }
+  /// The host was too busy to fit some rows; `FinishRows` tries again.
+  [[nodiscard]] bool HasDueRows() const { return rows_.HasDueRows(); }
+  void GiveUpRows() { rows_.GiveUpDueRows(); }
 
   /// Lets go of the host's objects that are kept between units.
   void ReleaseReferences() { finder_.ReleaseReferences(); }
 
  private:
   [[nodiscard]] CellWriteResult WriteCell(CellUnit& unit, Layout layout);
-  void CaptureBaseline(CellUnit& unit, IDispatch* cell);
-  /// Before the first bilingual write, the only one that changes it.
-  void CaptureWrap(CellUnit& unit, IDispatch* cell);
-  [[nodiscard]] CellWriteResult BilingualWrite(CellUnit& unit, const CellTarget& place);
+  /// Keeps how the cell looks before its first write. Anything but good means that the host is busy: nothing
+  /// is kept then, and nothing may be written.
+  [[nodiscard]] HostAnswer CaptureBaseline(CellUnit& unit, IDispatch* cell);
+  /// The same before the first bilingual write, the only one that changes the wrapping.
+  [[nodiscard]] HostAnswer CaptureWrap(CellUnit& unit, IDispatch* cell);
+  [[nodiscard]] CellWriteResult BilingualWrite(CellUnit& unit, const CellTarget& place,
+                                               const BilingualValue& value);
 
   const TargetContext& target_;
   TranslationSession& session_;

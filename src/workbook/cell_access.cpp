@@ -127,24 +127,6 @@ void LogSheetLookupFailure(const TargetContext& target, std::wstring_view sheetN
   }
 }
 
-void LogEnter(std::wstring_view sheetName, std::int32_t row, std::int32_t col, std::wstring_view text) {
-  PaneLog(Concat(L"PutCellValueDispatch enter sheet=", sheetName, L" row=", row, L" col=", col, L" textLen=",
-                 text.size(), L"\r\n"));
-}
-
-CellWriteResult PutFound(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
-                         std::int32_t col, std::wstring_view text) {
-  if (target.cell == nullptr) return target.status;
-  const CellWriteResult result = PutLiteralText(target.cell.Get(), text);
-  const std::wstring where = Concat(sheetName, L" row=", row, L" col=", col);
-  if (result.Ok()) {
-    PaneLog(Concat(L"Excel PutCellValueDispatch ok sheet=", where, L"\r\n"));
-  } else {
-    PaneLog(Concat(L"Excel PutCellValueDispatch failed sheet=", where, L" hr=0x", Hex8(result.hr), L"\r\n"));
-  }
-  return result;
-}
-
 }  // namespace
 
 ComPtr<IDispatch> GetCellDispatch(IDispatch* sheet, std::int32_t row, std::int32_t col) {
@@ -197,18 +179,39 @@ CellTarget FindCell(const TargetContext& target, std::wstring_view sheetName, st
   return found;
 }
 
+void LogCellPut(std::wstring_view sheetName, std::int32_t row, std::int32_t col, std::wstring_view text) {
+  PaneLog(Concat(L"PutCellValueDispatch enter sheet=", sheetName, L" row=", row, L" col=", col, L" textLen=",
+                 text.size(), L"\r\n"));
+}
+
+HostAnswer ReadFormula(IDispatch* cell, std::wstring& formula) {
+  HostAnswer answer;
+  Variant value;
+  answer.hr = GetProperty(cell, L"HasFormula", value, &answer.exceptionCode);
+  if (!answer.Ok() || !value.IsTrue()) return answer;
+  answer.hr = GetProperty(cell, L"Formula", value, &answer.exceptionCode);
+  if (answer.Ok()) formula = value.Text();
+  return answer;
+}
+
 CellWriteResult PutCellText(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
                             std::int32_t col, std::wstring_view text) {
-  LogEnter(sheetName, row, col, text);
-  return PutFound(target, sheetName, row, col, text);
+  if (target.cell == nullptr) return target.status;
+  const CellWriteResult result = PutLiteralText(target.cell.Get(), text);
+  const std::wstring where = Concat(sheetName, L" row=", row, L" col=", col);
+  if (result.Ok()) {
+    PaneLog(Concat(L"Excel PutCellValueDispatch ok sheet=", where, L"\r\n"));
+  } else {
+    PaneLog(Concat(L"Excel PutCellValueDispatch failed sheet=", where, L" hr=0x", Hex8(result.hr), L"\r\n"));
+  }
+  return result;
 }
 
 CellWriteResult PutCellValueDispatch(const TargetContext& target, std::wstring_view sheetName,
                                      std::int32_t row, std::int32_t col, std::wstring_view text) {
-  // Here, so that the line also stands before those of a failed lookup.
-  LogEnter(sheetName, row, col, text);
+  LogCellPut(sheetName, row, col, text);
   const DisplayAlertsGuard alertsOff(target.Application());
-  return PutFound(FindCell(target, sheetName, row, col), sheetName, row, col, text);
+  return PutCellText(FindCell(target, sheetName, row, col), sheetName, row, col, text);
 }
 
 bool IsSheetProtected(IDispatch* sheet) {

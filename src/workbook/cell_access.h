@@ -44,14 +44,20 @@ struct CellTarget {
 [[nodiscard]] CellTarget FindCell(const TargetContext& target, std::wstring_view sheetName, std::int32_t row,
                                   std::int32_t col);
 
+/// The line with which each write of a text begins, before the cell is looked for.
+void LogCellPut(std::wstring_view sheetName, std::int32_t row, std::int32_t col, std::wstring_view text);
+
+/// The formula of a cell that holds one, else empty; good unless the host refused.
+[[nodiscard]] HostAnswer ReadFormula(IDispatch* cell, std::wstring& formula);
+
 /// Writes a text into a cell already found, through "Value2", else "Value"; gives the status of a cell that
 /// was not found. The text is text: what the host would read as a formula, a number, a date or a boolean is
 /// written with a leading apostrophe, and the cell keeps its number format. `sheetName`, `row` and `col` are
-/// for the log. The caller holds the host's alerts off.
+/// for the log, which the caller has begun with `LogCellPut`. The caller holds the host's alerts off.
 [[nodiscard]] CellWriteResult PutCellText(const CellTarget& target, std::wstring_view sheetName,
                                           std::int32_t row, std::int32_t col, std::wstring_view text);
 
-/// `FindCell` and `PutCellText` with the host's alerts off.
+/// `LogCellPut`, `FindCell` and `PutCellText` with the host's alerts off.
 [[nodiscard]] CellWriteResult PutCellValueDispatch(const TargetContext& target, std::wstring_view sheetName,
                                                    std::int32_t row, std::int32_t col,
                                                    std::wstring_view text);

@@ -50,6 +50,12 @@ struct CellUnit {
   Boxed<std::wstring> formulaBeforeWrite;
   Boxed<BaselineFont> baseline;
 
+  /// The cell is the user's own again, or still.
+  void ForgetBaseline() {
+    baseline.reset();
+    formulaBeforeWrite.reset();
+  }
+
   /// "R3C2" for a cell, "ChartTitle:" and the chart's number for a chart title; unique within a sheet.
   [[nodiscard]] std::wstring UnitId() const;
   /// What is sent for translation.

@@ -32,6 +32,16 @@ TEST(RestoreRules, ACellIsOursWhenItShowsWhatWasWrittenOrItsSource) {
   EXPECT_FALSE(IsOurText(Written(1, false), L"One\nTwo\nUno\nDos"));
 }
 
+TEST(RestoreRules, AFormulaIsOursOnlyWhenItStoodThereBefore) {
+  CellUnit unit = Written(1, false);
+  EXPECT_TRUE(IsOurFormula(unit, L""));
+  EXPECT_FALSE(IsOurFormula(unit, L"=B1"));
+  unit.formulaBeforeWrite = std::wstring(L"=B1");
+  EXPECT_TRUE(IsOurFormula(unit, L"=B1"));
+  EXPECT_TRUE(IsOurFormula(unit, L""));
+  EXPECT_FALSE(IsOurFormula(unit, L"=b1"));
+}
+
 TEST(RestoreRules, ARowIsDueOnceNoWrittenUnitIsLeftInIt) {
   TranslationSession session;
   EXPECT_TRUE(RowsToRestore(session).empty());

@@ -22,6 +22,23 @@ os.environ.setdefault("WINEPREFIX", str(ROOT / "build" / "wine-prefix"))
 SAMPLE = ROOT / "samples" / "quarterly-report.xlsx"
 
 
+def save_column(texts, path):
+    """A new workbook with one text a row in column A of its only sheet. Gives the path."""
+    return save_sheets({"Sheet": texts}, path)
+
+
+def save_sheets(sheets, path):
+    """A new workbook of {name: texts}, one text a row in column A of each sheet. Gives the path."""
+    book = openpyxl.Workbook()
+    book.remove(book.active)
+    for name, texts in sheets.items():
+        sheet = book.create_sheet(name)
+        for text in texts:
+            sheet.append([text])
+    book.save(path)
+    return path
+
+
 @pytest.fixture(scope="session")
 def certificates():
     """The folder of the certificates under which the local service serves https."""
@@ -77,6 +94,14 @@ def hosts_with(service, tmp_path, *always):
             host.close()
 
 
+@pytest.fixture(scope="module")
+def echo_host(running_echo_service, tmp_path_factory):
+    """Starts development hosts that last for the tests of one file, with pages that only record."""
+    running_echo_service.reset()
+    with hosts_with(running_echo_service, tmp_path_factory.mktemp("hosts")) as start:
+        yield start
+
+
 @pytest.fixture
 def start_host(service, tmp_path):
     """Starts development hosts without a screen and with pages that only record; they end with the test."""
@@ -92,16 +117,36 @@ def welcomed():
     subprocess.run(["bash", "-c", mark, ROOT], check=True, stdout=subprocess.DEVNULL)
 
 
-@pytest.fixture
-def settings_file(welcomed):
-    """The path of the user's settings, with nothing chosen; what was chosen before is put back after the test."""
+def profile_path(part):
+    """A path of the scratch user's profile."""
     user = pwd.getpwuid(os.getuid()).pw_name
-    path = unix_path(rf"C:\users\{user}\AppData\Local\Quorvantis\config.json")
+    return unix_path(rf"C:\users\{user}\{part}")
+
+
+@contextlib.contextmanager
+def default_settings():
+    """The path of the user's settings, with nothing chosen; what was chosen before is put back at the end."""
+    path = profile_path(r"AppData\Local\Quorvantis\config.json")
     before = path.read_bytes() if path.exists() else None
     path.unlink(missing_ok=True)
     yield path
     if before is not None:
         path.write_bytes(before)
+
+
+@pytest.fixture
+def settings_file(welcomed):
+    with default_settings() as path:
+        yield path
+
+
+@pytest.fixture(scope="module")
+def echo_window(running_echo_service, welcomed, tmp_path_factory):
+    """Starts development hosts that last for the tests of one file, with windows and real pages."""
+    running_echo_service.reset()
+    folder = tmp_path_factory.mktemp("windows")
+    with default_settings(), hosts_with(running_echo_service, folder, "--window", "--browser", "chromium") as start:
+        yield start
 
 
 @pytest.fixture
@@ -115,14 +160,7 @@ def start_window(echo_service, settings_file, tmp_path):
 def make_book(tmp_path):
     """Writes small workbooks: one text a row in column A of the only sheet. Gives the path."""
 
-    def make(texts, name="book.xlsx"):
-        book = openpyxl.Workbook()
-        for text in texts:
-            book.active.append([text])
-        book.save(tmp_path / name)
-        return tmp_path / name
-
-    return make
+    return lambda texts, name="book.xlsx": save_column(texts, tmp_path / name)
 
 
 @pytest.fixture

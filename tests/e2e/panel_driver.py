@@ -43,6 +43,6 @@ def translate_requests(service):
     return [entry["body"] for entry in translate_entries(service)]
 
 
-def slow_down(service, *texts):
+def slow_down(service, *texts, delay_ms=6000):
     """The service takes some seconds over each batch that holds one of the texts: time to do something meanwhile."""
-    service.fail_next(*({"match": text, "delayMs": 6000} for text in texts))
+    service.fail_next(*({"match": text, "delayMs": delay_ms} for text in texts))

@@ -174,6 +174,8 @@ def test_row_heights_are_points_between_0_and_409(sheet):
     for height in (409.5, -1):
         refused(row.put, "RowHeight", height)
     assert row.RowHeight == 409
+    row.put("Hidden", True)
+    assert row.RowHeight == 0
 
 
 def test_autofit_makes_room_for_every_line(sheet):

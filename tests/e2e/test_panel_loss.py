@@ -1,21 +1,10 @@
 """Panes and browsers that go away in the middle of a run."""
 
-from devhost_client import unix_path
 from panel import wait_until
 from panel_driver import SLOW_TEXTS, column, open_signed_in, translate_entries, translated
+from run_driver import LogTail
 
 LOST = ("BrowserProcessExited", "ProcessFailed")
-
-
-class LogTail:
-    """What the pane's log has got since this was made."""
-
-    def __init__(self, host):
-        self._path = unix_path(host.do("log")["paths"][0])
-        self._start = self._path.stat().st_size
-
-    def lines(self):
-        return self._path.read_bytes()[self._start:].decode("utf-16-le").splitlines()
 
 
 def test_a_closed_pane_ends_its_run_and_the_next_one_works(slow_run):

@@ -5,31 +5,17 @@ import json
 import os
 import re
 import subprocess
-import uuid
 
 import pytest
 
 from conftest import ROOT, SAMPLE
 from devhost_client import Devhost
+from run_driver import run_to_end as run
+from run_driver import start
 from xlsx_reader import expected_units, load_book
 
 TRANSLATION_COLOR = "5A6E8C"
 DEFAULT_HEIGHT = 15.0
-RUN_ENDS = re.compile(r"onComplete\(\{|onError\(\{|onCancelled\(\)")
-
-
-def start(host, action="start", **members):
-    host.post(action="setAccessToken", accessToken="dev-test")
-    host.post(action=action, **{"sourceLang": "en", "targetLang": "es", "clientTraceId": str(uuid.uuid4()), **members})
-
-
-def run(host, action="start", **members):
-    """Starts a run and gives its last script."""
-    start(host, action, **members)
-    while True:
-        script = host.wait("", timeout=120)
-        if RUN_ENDS.search(script):
-            return script
 
 
 def texts_of(host):

@@ -4,7 +4,7 @@ import pytest
 from devhost_client import DevhostError
 
 from panel_driver import sentences
-from test_translate import run
+from run_driver import run_to_end as run
 
 
 def sheets(host, **what):

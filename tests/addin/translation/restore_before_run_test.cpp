@@ -1,5 +1,6 @@
 #include "display_fixture.h"
 #include "trace_tails.h"
+#include "workbook/workbook_busy_table.h"
 
 namespace qv {
 namespace {
@@ -60,6 +61,19 @@ TEST_F(RestoreBeforeRunTest, AHostThatStaysBusyRefusesTheStartAndLosesNothing) {
   EXPECT_EQ(service.TranslateBodies().size(), asked);
   EXPECT_EQ(Switch(L"original"), Done(L"original", 2, 0));
   EXPECT_EQ(Text("A2"), L"Text number 2");
+}
+
+TEST_F(RestoreBeforeRunTest, ARestartThatIsRefusedForgetsNoTranslation) {
+  FillRows(1);
+  engine->Set(L"More", "A1", std::wstring(L"Other"));
+  Translate(L"\"excelTranslateAllSheets\":true");
+  const std::wstring key = L"C:\\Books\\Book.xlsx";
+  ASSERT_TRUE(WorkbookBusyTable::TryClaimWorkbook(key, this));
+  pane->Start({}, L"restart");
+  EXPECT_TRUE(PumpUntilPageHas(L"code:\"workbook_busy\""));
+  WorkbookBusyTable::ReleaseWorkbook(key, this);
+  EXPECT_EQ(Switch(L"original"), Done(L"original", 1, 0));
+  EXPECT_EQ(Text("A1", L"More"), L"Other");
 }
 
 TEST_F(RestoreBeforeRunTest, ALongRestoreIsDoneInSlicesAndTheStartGoesOnAfterIt) {

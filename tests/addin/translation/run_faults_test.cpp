@@ -149,8 +149,8 @@ class CountingListener final : public WriteListener {
 
 TEST_F(RunTest, AHostThatStaysBusyCostsTheBatchButNoNotice) {
   static_cast<void>(pane->target.RefreshPin());
-  std::vector<CellUnit> units(2);
-  for (std::int32_t row = 1; row <= 2; ++row) {
+  std::vector<CellUnit> units(3);
+  for (std::int32_t row = 1; row <= 3; ++row) {
     CellUnit& unit = units[static_cast<std::size_t>(row) - 1];
     unit.row = row;
     unit.col = 1;
@@ -158,6 +158,7 @@ TEST_F(RunTest, AHostThatStaysBusyCostsTheBatchButNoNotice) {
     unit.sourceText = L"a";
   }
   pane->session.Replace(units, {});
+  pane->session.workbookKey = pane->target.WorkbookKey();
   engine->Fault({{"fail", "Range.Value2"}, {"code", "0x800AC472"}, {"on", "put"}, {"times", 4}});
   CountingListener listener;
   const auto writer =
@@ -165,16 +166,46 @@ TEST_F(RunTest, AHostThatStaysBusyCostsTheBatchButNoNotice) {
                                   WriteBack(pane->target, pane->page, pane->session, TargetFont()),
                                   Layout::kTarget, listener, Patience{1, 3});
   const long heldBefore = engine->LiveObjects();
-  writer->Add({{0, false, L"x"}});
+  writer->Add({{0, false, L"x"}, {1, false, L"y"}});
   // Nothing of the host is held while it is left alone.
   EXPECT_EQ(engine->LiveObjects(), heldBefore);
-  writer->Add({{1, false, L"y"}});
+  writer->Add({{2, false, L"z"}});
   writer->Finish();
   ASSERT_TRUE(PumpUntil([&] { return listener.finished; }));
-  EXPECT_EQ(listener.done, 2);
+  EXPECT_EQ(listener.done, 3);
   EXPECT_EQ(Text("A1"), L"<null>");
-  EXPECT_EQ(Text("A2"), L"y");
+  EXPECT_EQ(Text("A2"), L"<null>");
+  EXPECT_EQ(Text("A3"), L"z");
   EXPECT_FALSE(pane->page.Has(L"sheetWriteBlocked"));
+  // What was translated is not lost with it.
+  pane->controller->Display().ApplyAll();
+  ASSERT_TRUE(PumpUntilPageHas(L"applyAll"));
+  EXPECT_EQ(Text("A1"), L"x");
+  EXPECT_EQ(Text("A2"), L"y");
+}
+
+/// Has no memory left for its last word.
+class BreakingListener final : public WriteListener {
+ public:
+  void OnUnitStarting(std::size_t) override {}
+  void OnUnitDone(const TranslatedUnit&) override {}
+  void OnAllWritten() override { throw std::bad_alloc(); }
+  void OnWritingBroke() override { ++broke; }
+
+  int broke = 0;
+};
+
+TEST_F(RunTest, AWriterThatCannotEndItsRunSaysSo) {
+  BreakingListener listener;
+  const auto writer =
+      std::make_shared<RunWriter>(pane->context, pane->target, pane->session,
+                                  WriteBack(pane->target, pane->page, pane->session, TargetFont()),
+                                  Layout::kTarget, listener, Patience());
+  EXPECT_NO_THROW(writer->Finish());
+  EXPECT_EQ(listener.broke, 1);
+  // It has stopped.
+  EXPECT_NO_THROW(writer->Finish());
+  EXPECT_EQ(listener.broke, 1);
 }
 
 TEST_F(RunTest, APaneClosedWhileTheServiceWorksWritesNothingMore) {

@@ -16,7 +16,9 @@ def excel_range(cells):
 def read(document, cell):
     """The formula of a cell, or its constant as it would be typed."""
     if cell.Type.value == "FORMULA":
-        return excel_range(cell).Formula
+        formula = excel_range(cell).Formula
+        # Calc puts an array formula into braces, behind a sign of its own; in Excel those are only shown.
+        return formula[2:-1] if formula.startswith("={=") else formula
     value = cell_values.read(document, cell)
     if value is None:
         return ""

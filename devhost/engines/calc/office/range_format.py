@@ -156,7 +156,9 @@ class RangeFormat:
 
     def get_row_height(self):
         rows = self.first.Rows
-        heights = {rows.getByIndex(index).Height for index in range(min(rows.Count, ROWS_ASKED))}
+        asked = (rows.getByIndex(index) for index in range(min(rows.Count, ROWS_ASKED)))
+        # Calc keeps the height of a row that is hidden; Excel says 0.
+        heights = {row.Height if row.IsVisible else 0 for row in asked}
         return units.points(heights.pop()) if len(heights) == 1 else NULL
 
     def put_row_height(self, value):
