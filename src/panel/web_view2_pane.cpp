@@ -35,6 +35,7 @@ CWebView2Pane::CWebView2Pane()
                selectionPreview_, tools_, agents_),
       window_(*this) {
   PaneRegistry::Add(*this);
+  tokens_.OnStore([this](const std::wstring& token) { llmProxy_.SetProxyAccessToken(token); });
 }
 
 CWebView2Pane::~CWebView2Pane() {
@@ -218,6 +219,7 @@ void CWebView2Pane::BeginShutdownEarly() {
       KillTimer(window, timer);
   }
   run_.BeginShutdownEarly();
+  llmProxy_.Stop();
   hostEvents_.Unsubscribe();
   // First whoever waits for a tool, then who waits for the waiting ones.
   tools_.Close();
