@@ -21,6 +21,8 @@ struct HttpRequest {
   std::wstring userAgent = L"Quorvantis/1.0";
   /// 0 keeps the platform's defaults; otherwise milliseconds for resolve, connect, send and receive alike.
   int timeoutMs = 0;
+  /// Go where the server points to, but never from https to http. Only for requests that carry no token.
+  bool followRedirects = false;
 };
 
 struct HttpResponse {

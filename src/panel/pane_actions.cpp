@@ -140,6 +140,11 @@ void PaneActions::RequestSelectionPreview(const PanelMessage&) {
   if (navigator_.CurrentPage() != kImageTranslatePage) selectionPreview_.Push();
 }
 
+void PaneActions::AgentService(const PanelMessage& message) {
+  const auto script = agents_.Handle(message.action, message.text);
+  if (script && !script->empty()) bridge_.RunPanelScript(*script);
+}
+
 void PaneActions::QuickTranslate(const PanelMessage& message) {
   quickTranslator_.Translate(message.text);
 }

@@ -12,6 +12,7 @@
 #include "panel/panel_bridge.h"
 #include "panel/panel_navigator.h"
 #include "panel/workspace_window.h"
+#include "services/agent_requests.h"
 #include "translation/quick_translate_worker.h"
 #include "translation/run_controller.h"
 #include "translation/selection_preview_reader.h"
@@ -27,7 +28,7 @@ class PaneActions final : public PanelActions {
   PaneActions(std::shared_ptr<PaneContext> context, PanelBridge& bridge, WorkspaceWindow& workspace,
               ImagePreviewWindow& preview, const PanelNavigator& navigator, AccessTokens& tokens,
               const TargetContext& target, RunController& run, QuickTranslator& quickTranslator,
-              SelectionPreviewReader& selectionPreview)
+              SelectionPreviewReader& selectionPreview, AgentRequests& agents)
       : context_(std::move(context)),
         bridge_(bridge),
         workspace_(workspace),
@@ -37,7 +38,8 @@ class PaneActions final : public PanelActions {
         target_(target),
         run_(run),
         quickTranslator_(quickTranslator),
-        selectionPreview_(selectionPreview) {}
+        selectionPreview_(selectionPreview),
+        agents_(agents) {}
 
   void OpenWorkspace(const PanelMessage& message) override;
   void CloseWorkspace(const PanelMessage& message) override;
@@ -66,6 +68,7 @@ class PaneActions final : public PanelActions {
   void RestoreAll(const PanelMessage& message) override;
   void ApplyAll(const PanelMessage& message) override;
   void RequestSelectionPreview(const PanelMessage& message) override;
+  void AgentService(const PanelMessage& message) override;
   void QuickTranslate(const PanelMessage& message) override;
   void QuickTranslateWrite(const PanelMessage& message) override;
 
@@ -83,6 +86,7 @@ class PaneActions final : public PanelActions {
   RunController& run_;
   QuickTranslator& quickTranslator_;
   SelectionPreviewReader& selectionPreview_;
+  AgentRequests& agents_;
 };
 
 }  // namespace qv

@@ -29,8 +29,9 @@ CWebView2Pane::CWebView2Pane()
       run_(context_, bridge_, target_, tokens_, session_),
       quickTranslator_(context_, bridge_),
       selectionPreview_(target_, session_, *context_, bridge_),
+      agents_(context_, bridge_, {}),
       actions_(context_, bridge_, workspace_, preview_, navigator_, tokens_, target_, run_, quickTranslator_,
-               selectionPreview_),
+               selectionPreview_, agents_),
       window_(*this) {
   PaneRegistry::Add(*this);
 }

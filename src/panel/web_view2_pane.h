@@ -17,6 +17,7 @@
 #include "panel/panel_navigator.h"
 #include "panel/web_view.h"
 #include "panel/workspace_window.h"
+#include "services/agent_requests.h"
 #include "translation/quick_translate_worker.h"
 #include "translation/run_controller.h"
 #include "translation/selection_preview_reader.h"
@@ -119,6 +120,7 @@ class CWebView2Pane final : public OleControl,
   RunController run_;
   QuickTranslator quickTranslator_;
   SelectionPreviewReader selectionPreview_;
+  AgentRequests agents_;
   PaneActions actions_;
   AppEvents hostEvents_;
   PaneWindow window_;
