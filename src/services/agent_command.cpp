@@ -47,10 +47,11 @@ std::wstring ProgramCommandLine(const Interpreters& interpreters, std::wstring_v
 }
 
 std::wstring ConsoleArguments(const Interpreters& interpreters, std::wstring_view path) {
-  // Without "call" a batch file's exit code is not seen behind it.
+  // Without "call" a batch file's exit code is not seen behind it. The shorter "||" is mistaken about
+  // programs in Wine.
   const std::wstring command =
       IsBatch(path) ? Concat(L"call ", Quoted(path)) : DirectLine(interpreters, path);
-  return Concat(L"/d /s /c \"", command, L" || pause\"");
+  return Concat(L"/d /s /c \"", command, L" & if errorlevel 1 pause\"");
 }
 
 std::wstring WithEnvironment(std::wstring_view block, const EnvironmentVariables& variables) {

@@ -41,19 +41,35 @@ bool WalkBelow(const std::wstring& directory, const std::function<bool(const Ent
   return true;
 }
 
+/// Lifts a file's write protection for as long as this lives.
+class WithoutProtection {
+ public:
+  explicit WithoutProtection(const Entry& entry) : entry_(entry) {
+    if (IsProtected()) SetFileAttributesW(entry_.path.c_str(), FILE_ATTRIBUTE_NORMAL);
+  }
+  WithoutProtection(const WithoutProtection&) = delete;
+  WithoutProtection& operator=(const WithoutProtection&) = delete;
+  ~WithoutProtection() {
+    if (IsProtected()) SetFileAttributesW(entry_.path.c_str(), entry_.attributes);
+  }
+
+ private:
+  [[nodiscard]] bool IsProtected() const { return (entry_.attributes & FILE_ATTRIBUTE_READONLY) != 0; }
+
+  const Entry& entry_;
+};
+
 /// A program that runs, or a library that is loaded, cannot be opened for writing.
 bool IsInUse(const Entry& entry) {
   if ((entry.attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
-  if ((entry.attributes & FILE_ATTRIBUTE_READONLY) != 0)
-    SetFileAttributesW(entry.path.c_str(), FILE_ATTRIBUTE_NORMAL);
+  const WithoutProtection lifted(entry);
   const UniqueFile file(
       CreateFileW(entry.path.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
   return !file && GetLastError() != ERROR_FILE_NOT_FOUND;
 }
 
 bool Delete(const Entry& entry) {
-  if ((entry.attributes & FILE_ATTRIBUTE_READONLY) != 0)
-    SetFileAttributesW(entry.path.c_str(), FILE_ATTRIBUTE_NORMAL);
+  const WithoutProtection lifted(entry);
   const bool isFolder = (entry.attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
   const BOOL deleted = isFolder ? RemoveDirectoryW(entry.path.c_str()) : DeleteFileW(entry.path.c_str());
   return deleted || GetLastError() == ERROR_FILE_NOT_FOUND || GetLastError() == ERROR_PATH_NOT_FOUND;

@@ -59,8 +59,9 @@ TEST(AgentCommand, EachSortOfProgramIsRunByWhatRunsIt) {
   EXPECT_EQ(ProgramCommandLine(with, L"C:\\c.ps1", L"--version"),
             L"\"C:\\W\\S\\WindowsPowerShell\\v1.0\\powershell.exe\" -NoProfile -ExecutionPolicy Bypass "
             L"-File \"C:\\c.ps1\" --version");
-  EXPECT_EQ(ConsoleArguments(with, L"C:\\a b\\c.exe"), L"/d /s /c \"\"C:\\a b\\c.exe\" || pause\"");
-  EXPECT_EQ(ConsoleArguments(with, L"C:\\c.bat"), L"/d /s /c \"call \"C:\\c.bat\" || pause\"");
+  EXPECT_EQ(ConsoleArguments(with, L"C:\\a b\\c.exe"),
+            L"/d /s /c \"\"C:\\a b\\c.exe\" & if errorlevel 1 pause\"");
+  EXPECT_EQ(ConsoleArguments(with, L"C:\\c.bat"), L"/d /s /c \"call \"C:\\c.bat\" & if errorlevel 1 pause\"");
   EXPECT_TRUE(IsPlainProgram(L"C:\\a.exe"));
   EXPECT_FALSE(IsPlainProgram(L"C:\\a.bat"));
   EXPECT_FALSE(IsPlainProgram(L"C:\\a.PS1"));
