@@ -18,6 +18,10 @@ export WINEDEBUG=${WINEDEBUG:--all}
 # Gecko and Mono are not wanted; without winedbg a crash ends the process with an exit code instead of a dialog.
 export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
 
+# Programs that Windows has and Wine lacks.
+WINEPATH="Z:${QV_BIN//\//\\}\\tools"
+export WINEPATH
+
 say() { printf '%s\n' "$*"; }
 die() { printf '%s\n' "$*" >&2; exit 1; }
 

@@ -184,6 +184,11 @@ TEST_F(AgentInstaller, ADamagedPackageFails) {
   EXPECT_TRUE(Contains(Log(), L"tar extract failed: tar: opencode.exe: damaged")) << ToUtf8(Log());
 }
 
+TEST_F(AgentInstaller, NothingIsUnpackedOutsideTheFolder) {
+  EXPECT_FALSE(Install(Package(ZipArchive({{"a/../../evil.txt", "x"}}))).success);
+  EXPECT_FALSE(fs::exists(fs::path(Target()).parent_path() / L"evil.txt"));
+}
+
 TEST_F(AgentInstaller, ACopyThatRunsStaysWhole) {
   AddOlderCopy();
   SetVariable(L"QV_TEST_AGENT", L"hang");
