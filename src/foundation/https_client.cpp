@@ -67,8 +67,8 @@ const wchar_t* OpenExchange(const HttpRequest& request, Exchange& exchange) {
   if (!exchange.request) return L"WinHttpOpenRequest failed";
   // A kept connection that the server has closed meanwhile fails the next request, which cannot safely be
   // sent twice. A redirection could carry the bearer token to another host.
-  if (!SetNumber(exchange.request, WINHTTP_OPTION_DISABLE_FEATURE,
-                 WINHTTP_DISABLE_KEEP_ALIVE | WINHTTP_DISABLE_REDIRECTS)) {
+  const DWORD redirects = request.followRedirects ? 0 : WINHTTP_DISABLE_REDIRECTS;
+  if (!SetNumber(exchange.request, WINHTTP_OPTION_DISABLE_FEATURE, WINHTTP_DISABLE_KEEP_ALIVE | redirects)) {
     return L"WinHttpOpenRequest failed";
   }
   return nullptr;

@@ -33,6 +33,8 @@ struct HttpRequest {
   HttpTimeouts timeouts;
   /// Whether the answer counts as whole with its head; the connection ends there and the body is not read.
   bool headOnly = false;
+  /// Go where the server points to, but never from https to http. Only for requests that carry no token.
+  bool followRedirects = false;
 };
 
 struct HttpResponse {

@@ -18,7 +18,6 @@
 #include "panel/panel_navigator.h"
 #include "panel/web_view.h"
 #include "panel/workspace_window.h"
-#include "services/llm_proxy.h"
 #include "tools/workbook_tools.h"
 #include "translation/quick_translate_worker.h"
 #include "translation/run_controller.h"
@@ -125,7 +124,6 @@ class CWebView2Pane final : public OleControl,
   WorkbookTools tools_;
   AgentServices agents_;
   PaneActions actions_;
-  LlmProxy llmProxy_;
   AppEvents hostEvents_;
   PaneWindow window_;
   bool earlyShutdownDone_ = false;
