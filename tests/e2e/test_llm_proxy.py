@@ -11,41 +11,13 @@ from pathlib import Path
 
 import pytest
 
-from llm_proxy import LlmProxy, ScriptedModel, ask, free_port
-from local_service import LocalService
+from llm_proxy import LlmProxy, ask
 
 HELLO = [{"role": "user", "content": "Hello"}]
 WHOLE = {"model": "quorvantis/any", "messages": HELLO}
 STREAM = {**WHOLE, "stream": True}
 # A user of this run alone, to be looked for in what it leaves behind.
 USER = f"dev-{uuid.uuid4().hex}"
-
-
-@pytest.fixture(scope="module")
-def model_port():
-    return free_port()
-
-
-@pytest.fixture(scope="module")
-def model_service(certificates, model_port):
-    """A service whose language model listens on a fixed port; each test brings its own."""
-    model = {"QV_LLM_BASE_URL": f"http://127.0.0.1:{model_port}/v1", "QV_LLM_MODEL": "scripted"}
-    started = LocalService("--engine", "echo", tls=certificates, env=model)
-    yield started
-    started.close()
-
-
-@pytest.fixture
-def start_model(tmp_path, model_port):
-    """Starts the model with its answers; `framing` is how it frames its streams."""
-    started = []
-
-    def start(*answers, framing="close"):
-        started.append(ScriptedModel(tmp_path / "script.json", answers, model_port, framing))
-
-    yield start
-    for model in started:
-        model.close()
 
 
 @pytest.fixture(scope="module")
