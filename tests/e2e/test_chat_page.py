@@ -66,7 +66,7 @@ def test_what_deletes_waits_for_the_users_yes(chat, start_model):
     for button, words, left in (("first", "As you like.", ["one", "two", "three"]),
                                 ("last", "It is gone.", ["one", "three"])):
         say(chat, "Delete the second row")
-        chat.wait_for(f"document.querySelector('{LAST} .question:not([hidden]) button')", 30)
+        chat.wait_for(f"document.querySelector('{LAST} .question:not([hidden]) button') !== null", 30)
         assert values(chat) == ["one", "two", "three"]
         chat.click(f"{LAST} .question button:{button}-child")
         wait_for_answer(chat, words)
