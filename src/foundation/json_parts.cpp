@@ -153,22 +153,19 @@ std::wstring_view JsonValueOf(const JsonMembers& members, std::wstring_view name
   return member == members.end() ? std::wstring_view() : member->value;
 }
 
+std::wstring_view JsonFindValue(std::wstring_view text, std::wstring_view name) {
+  const std::wstring needle = JsonKeyNeedle(name);
+  for (std::size_t at = text.find(needle); at != std::wstring_view::npos; at = text.find(needle, at + 1)) {
+    PartReader reader(text.substr(at + needle.size()));
+    if (reader.Take(L':')) return reader.TakeValue();
+  }
+  return {};
+}
+
 std::optional<std::wstring> JsonStringOf(const JsonMembers& members, std::wstring_view name) {
   const std::wstring_view value = JsonValueOf(members, name);
   if (!IsString(value)) return std::nullopt;
   return JsonDecodeString(value, 1);
-}
-
-std::wstring_view JsonFindObject(std::wstring_view json, std::wstring_view name) {
-  const std::wstring needle = JsonKeyNeedle(name);
-  for (std::size_t at = json.find(needle); at != std::wstring_view::npos; at = json.find(needle, at)) {
-    at += needle.size();
-    PartReader reader(json.substr(at));
-    if (!reader.Take(L':')) continue;
-    const std::wstring_view value = reader.TakeValue();
-    return value.starts_with(L'{') ? value : std::wstring_view();
-  }
-  return {};
 }
 
 }  // namespace qv

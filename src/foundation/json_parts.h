@@ -28,11 +28,11 @@ using JsonMembers = std::vector<JsonMember>;
 /// The value's text of the first member with that name; empty when there is none.
 [[nodiscard]] std::wstring_view JsonValueOf(const JsonMembers& members, std::wstring_view name);
 
+/// The value's text behind the first occurrence of the quoted name that a colon follows, wherever in a text
+/// that need not be JSON; empty when there is none, or what follows is no value.
+[[nodiscard]] std::wstring_view JsonFindValue(std::wstring_view text, std::wstring_view name);
+
 /// The decoded value of a string member; nothing when it is absent or no string.
 [[nodiscard]] std::optional<std::wstring> JsonStringOf(const JsonMembers& members, std::wstring_view name);
-
-/// The text of the object behind the first occurrence of the quoted name that a colon follows, wherever in
-/// the text; empty when something else stands there or the object is not closed.
-[[nodiscard]] std::wstring_view JsonFindObject(std::wstring_view json, std::wstring_view name);
 
 }  // namespace qv

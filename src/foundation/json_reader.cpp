@@ -24,24 +24,29 @@ std::wstring MessageOf(std::wstring_view value) {
 
 JsonReader::JsonReader(std::wstring_view json) : json_(json), members_(JsonMembersOf(json)) {}
 
+std::wstring_view JsonReader::ValueOrNull(std::wstring_view name) const {
+  return members_ ? JsonValueOf(*members_, name) : JsonFindValue(json_, name);
+}
+
 std::wstring_view JsonReader::Value(std::wstring_view name) const {
-  return members_ ? JsonValueOf(*members_, name) : std::wstring_view();
+  const std::wstring_view value = ValueOrNull(name);
+  return value == L"null" ? std::wstring_view() : value;
 }
 
 std::wstring JsonReader::Text(std::wstring_view name) const {
-  const std::wstring_view own = Value(name);
+  const std::wstring_view own = ValueOrNull(name);
   return own.empty() ? JsonGetString(json_, name) : TextOfValue(own).value_or(std::wstring());
 }
 
 std::int32_t JsonReader::Integer(std::wstring_view name) const {
-  const std::wstring_view own = Value(name);
+  const std::wstring_view own = ValueOrNull(name);
   return own.empty() ? JsonGetInt(json_, name) : IntegerOfValue(own);
 }
 
 std::wstring_view JsonReader::Object(std::wstring_view name) const {
-  const std::wstring_view own = Value(name);
-  if (own.empty()) return JsonFindObject(json_, name);
-  return own.starts_with(L'{') ? own : std::wstring_view();
+  const std::wstring_view own = ValueOrNull(name);
+  const std::wstring_view value = own.empty() ? JsonFindValue(json_, name) : own;
+  return value.starts_with(L'{') ? value : std::wstring_view();
 }
 
 std::optional<std::wstring> TextOfValue(std::wstring_view value) {

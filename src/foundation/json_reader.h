@@ -18,7 +18,8 @@ class JsonReader {
   /// Borrows the text. A text that is no object is only searched.
   explicit JsonReader(std::wstring_view json);
 
-  /// The text of the value of one of the object's own members; empty when there is none.
+  /// The text of the value of one of the object's own members; empty when there is none, or it is null. In a
+  /// text that is no object the first such member anywhere.
   [[nodiscard]] std::wstring_view Value(std::wstring_view name) const;
 
   /// The decoded text of a string; empty for any other value.
@@ -29,6 +30,8 @@ class JsonReader {
   [[nodiscard]] std::wstring_view Object(std::wstring_view name) const;
 
  private:
+  [[nodiscard]] std::wstring_view ValueOrNull(std::wstring_view name) const;
+
   std::wstring_view json_;
   std::optional<JsonMembers> members_;
 };

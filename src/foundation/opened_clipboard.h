@@ -37,14 +37,10 @@ class ClipboardOwner {
 /// The clipboard, open for its lifetime; false while another program holds it. On the owner's thread.
 class OpenedClipboard {
  public:
-  /// A program that looks at what is new holds the clipboard for a moment only: asks up to `tries` times, 10
-  /// milliseconds apart.
-  explicit OpenedClipboard(HWND owner, int tries = 1) : open_(OpenClipboard(owner) != FALSE) {
-    while (!open_ && --tries > 0) {
-      Sleep(10);
-      open_ = OpenClipboard(owner) != FALSE;
-    }
-  }
+  /// A program that looks at what is new holds the clipboard for a moment only: asks again for `patience`
+  /// milliseconds. Messages that other threads send are handled meanwhile, as whoever holds the clipboard may
+  /// be waiting for this thread to deliver what it has promised.
+  explicit OpenedClipboard(HWND owner, DWORD patience = 0);
   OpenedClipboard(const OpenedClipboard&) = delete;
   OpenedClipboard& operator=(const OpenedClipboard&) = delete;
   ~OpenedClipboard() {

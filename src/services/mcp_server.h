@@ -28,6 +28,9 @@ class McpServer {
   [[nodiscard]] bool IsRunning() const { return listener_.IsRunning(); }
 
  private:
+  /// Of this process, when the port is taken.
+  void StopOtherPanes();
+
   LoopbackListener listener_;
 };
 

@@ -11,10 +11,11 @@ namespace {
 
 HANDLE CopyMemoryBlock(HANDLE source) {
   const SIZE_T size = GlobalSize(source);
+  // No bytes at all cannot be told from discarded memory; one byte can.
+  if (size == 0) return GlobalAlloc(GHND, 1);
   const void* const from = GlobalLock(source);
   if (from == nullptr) return nullptr;
-  // No bytes at all cannot be told from discarded memory; one byte can.
-  UniqueGlobal copy(GlobalAlloc(GMEM_MOVEABLE, size > 0 ? size : 1));
+  UniqueGlobal copy(GlobalAlloc(GMEM_MOVEABLE, size));
   if (void* const to = copy ? GlobalLock(copy.Get()) : nullptr) {
     std::memcpy(to, from, size);
     GlobalUnlock(copy.Get());
@@ -98,19 +99,15 @@ const Kind& KindOf(UINT format) {
   return kMemoryKind;
 }
 
-/// Formats that mean something to their owner only.
-bool IsOwnersOwn(UINT format) {
+}  // namespace
+
+bool ClipboardItem::IsOwnersOwn(UINT format) {
   const bool isDrawn = format >= CF_OWNERDISPLAY && format <= CF_DSPENHMETAFILE;
   const bool isPrivate = format >= CF_PRIVATEFIRST && format <= CF_PRIVATELAST;
   return isDrawn || isPrivate || (format >= CF_GDIOBJFIRST && format <= CF_GDIOBJLAST);
 }
 
-}  // namespace
-
-std::optional<ClipboardItem> ClipboardItem::Copy(UINT format) {
-  if (IsOwnersOwn(format)) return std::nullopt;
-  const HANDLE source = GetClipboardData(format);
-  if (source == nullptr) return std::nullopt;
+std::optional<ClipboardItem> ClipboardItem::Copy(UINT format, HANDLE source) {
   const HANDLE copy = KindOf(format).copy(source);
   if (copy == nullptr) return std::nullopt;
   return ClipboardItem(format, copy);

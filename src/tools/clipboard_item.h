@@ -9,10 +9,13 @@ namespace qv {
 /// A copy of what the clipboard holds in one format.
 class ClipboardItem {
  public:
-  /// Copies what the open clipboard holds; an owner that promised it is asked for it. Nothing where it cannot
-  /// be copied, or would mean nothing to anybody else: private formats, handles of the owner's own objects,
-  /// and formats that the owner draws itself.
-  [[nodiscard]] static std::optional<ClipboardItem> Copy(UINT format);
+  /// Formats that mean something to their owner only: private ones, handles of the owner's own objects, and
+  /// what the owner draws itself.
+  [[nodiscard]] static bool IsOwnersOwn(UINT format);
+
+  /// Copies what `GetClipboardData` gave for the format; nothing when that does not work. The clipboard is
+  /// open.
+  [[nodiscard]] static std::optional<ClipboardItem> Copy(UINT format, HANDLE source);
 
   ClipboardItem(const ClipboardItem&) = delete;
   ClipboardItem& operator=(const ClipboardItem&) = delete;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "foundation/logging.h"
@@ -6,31 +7,54 @@
 #include "tools/line_tools.h"
 #include "tools/tool_result.h"
 #include "workbook/automation.h"
+#include "workbook/cell_block.h"
 #include "workbook/host_state.h"
 
 namespace qv {
 namespace {
 
-HRESULT Delete(IDispatch* lines) {
-  return InvokeByName(lines, L"Delete", {}, nullptr);
+/// The whole rows or columns of a range; null when there are none. `answer` as of `GetDispProperty`.
+ComPtr<IDispatch> FindLines(IDispatch* sheet, LineMode mode, const RangeArgs& range, HostAnswer& answer) {
+  const ComPtr<IDispatch> cells = GetBlockRange(sheet, GeometryOf(FirstCellsOf(range)), &answer);
+  return cells != nullptr ? GetDispProperty(cells.Get(), EntireMember(mode), &answer) : nullptr;
+}
+
+HostAnswer Delete(IDispatch* lines) {
+  HostAnswer answer;
+  answer.hr = InvokeByName(lines, L"Delete", {}, nullptr, &answer.exceptionCode);
+  return answer;
 }
 
 std::wstring DeleteRange(IDispatch* sheet, LineMode mode, const ToolArguments& arguments) {
   const std::optional<RangeArgs> range = ParseLineRange(arguments, mode);
   if (!range) return ErrorResult(kInvalidRangeText);
-  const ComPtr<IDispatch> lines = GetDispProperty(FindRange(sheet, *range).Get(), EntireMember(mode));
-  if (lines == nullptr) return ErrorResult(kNoLinesText);
-  return SUCCEEDED(Delete(lines.Get())) ? OkResult() : ErrorResult(L"删除失败");
+  HostAnswer answer;
+  const ComPtr<IDispatch> lines = FindLines(sheet, mode, *range, answer);
+  if (lines == nullptr) return ErrorResult(answer.IsBusy() ? kHostBusyText : kNoLinesText);
+  answer = Delete(lines.Get());
+  if (answer.Ok()) return OkResult();
+  return ErrorResult(answer.IsBusy() ? kHostBusyText : L"删除失败");
 }
 
-int DeleteIndices(IDispatch* sheet, LineMode mode, std::vector<std::int32_t> indices) {
+/// A host that got busy is asked no further. Whoever comes back later must know what has gone already, as the
+/// numbers of what is below have changed.
+std::wstring BusyAfter(int applied) {
+  if (applied == 0) return ErrorResult(kHostBusyText);
+  return ErrorResult(Concat(kHostBusyText, L"（已从最大编号起删除 ", applied, L'）'));
+}
+
+std::wstring DeleteIndices(IDispatch* sheet, LineMode mode, std::vector<std::int32_t> indices) {
   // The second time the number would mean the line that has moved up.
   indices.erase(std::unique(indices.begin(), indices.end()), indices.end());
   int applied = 0;
   for (const std::int32_t index : indices) {
-    if (SUCCEEDED(Delete(FindRange(sheet, LineAt(mode, index)).Get()))) ++applied;
+    HostAnswer answer;
+    const ComPtr<IDispatch> lines = FindLines(sheet, mode, LineAt(mode, index), answer);
+    if (lines != nullptr) answer = Delete(lines.Get());
+    if (answer.IsBusy()) return BusyAfter(applied);
+    if (lines != nullptr && answer.Ok()) ++applied;
   }
-  return applied;
+  return AppliedResult(applied);
 }
 
 }  // namespace
@@ -56,8 +80,10 @@ std::wstring DeleteRowsCols(const ToolContext& context, const std::wstring& json
   if (sheet.sheet == nullptr) return sheet.error;
   const DisplayAlertsGuard alertsOff(context.target.Application());
   if (NamesRange(arguments)) return DeleteRange(sheet.sheet.Get(), *mode, arguments);
-  if (!NamesIndices(arguments)) return ErrorResult(kNoRangeOrIndicesText);
-  return AppliedResult(DeleteIndices(sheet.sheet.Get(), *mode, ParseLineIndices(arguments)));
+  LineIndices indices = ParseLineIndices(arguments);
+  if (indices.given == 0) return ErrorResult(kNoRangeOrIndicesText);
+  if (indices.given > kMaxLineIndices) return ErrorResult(kTooManyIndicesText);
+  return DeleteIndices(sheet.sheet.Get(), *mode, std::move(indices.numbers));
 }
 
 }  // namespace qv

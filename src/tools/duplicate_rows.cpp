@@ -14,12 +14,19 @@ namespace {
 /// Cells that are read in one call.
 constexpr std::int32_t kCellsAtOnce = 50'000;
 
-/// A text that is the same for equal values only.
+/// A text that is the same for equal values only. Of a value only the bytes of its type mean anything.
 std::wstring KeyOf(const Variant& value) {
-  if (value.IsText()) return Concat(L's', SysStringLen(value->bstrVal), L':', value.Text());
   if (IsEmptyValue(value)) return L"e";
-  if (value.Type() == VT_BOOL) return Concat(L'b', value.IsTrue());
-  return Concat(value.Type(), L':', Hex{static_cast<std::uint64_t>(value->llVal)});
+  if (value.IsText()) return Concat(L's', SysStringLen(value->bstrVal), L':', value.Text());
+  switch (value.Type()) {
+    case VT_BOOL:
+      return Concat(L'b', value.IsTrue());
+    case VT_ERROR:
+    case VT_I4:
+      return Concat(value.Type(), L':', Hex{static_cast<std::uint32_t>(value->lVal)}, L';');
+    default:
+      return Concat(value.Type(), L':', Hex{static_cast<std::uint64_t>(value->llVal)}, L';');
+  }
 }
 
 std::wstring Lowered(std::wstring text) {

@@ -87,7 +87,7 @@ std::vector<std::int32_t> ParseEdges(std::wstring_view value) {
 }
 
 std::optional<BorderLine> ParseLine(std::wstring_view value) {
-  const std::wstring style = value.empty() ? L"thin" : TextOfValue(value).value_or(std::wstring());
+  const std::wstring style = TextOfValue(value).value_or(std::wstring());
   if (style == L"thin") return BorderLine{kContinuous, kThin};
   if (style == L"thick") return BorderLine{kContinuous, kThick};
   if (style == L"dashed") return BorderLine{kDash, kThin};
@@ -98,9 +98,13 @@ std::optional<BorderLine> ParseLine(std::wstring_view value) {
 BorderFormat ParseBorder(std::wstring_view value) {
   const std::optional<JsonMembers> border = JsonMembersOf(value);
   if (!border) return {};
-  return {.edges = ParseEdges(JsonValueOf(*border, L"edges")),
-          .line = ParseLine(JsonValueOf(*border, L"style")),
-          .color = ColorOf(JsonValueOf(*border, L"color"))};
+  BorderFormat format{.edges = {},
+                      .line = ParseLine(JsonValueOf(*border, L"style")),
+                      .color = ColorOf(JsonValueOf(*border, L"color"))};
+  // The host draws a line where it is given a colour.
+  if (format.line && format.line->style == kNoLine) format.color.reset();
+  if (format.line || format.color) format.edges = ParseEdges(JsonValueOf(*border, L"edges"));
+  return format;
 }
 
 }  // namespace

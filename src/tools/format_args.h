@@ -15,6 +15,8 @@ namespace qv {
 [[nodiscard]] std::optional<std::int32_t> ParseColor(std::wstring_view text);
 
 struct FontFormat {
+  [[nodiscard]] bool IsEmpty() const { return !bold && !italic && !underline && !size && !name && !color; }
+
   std::optional<bool> bold;
   std::optional<bool> italic;
   std::optional<bool> underline;
@@ -32,7 +34,7 @@ struct BorderLine {
 };
 
 struct BorderFormat {
-  /// The host's XlBordersIndex numbers, each once, in the order of the argument.
+  /// The host's XlBordersIndex numbers, each once, in the order of the argument; none when nothing is to do.
   std::vector<std::int32_t> edges;
   std::optional<BorderLine> line;
   std::optional<std::int32_t> color;
@@ -51,7 +53,8 @@ struct RangeFormat {
 };
 
 /// "fill" is a colour or an object with "color"; "wrapText" stands beside or inside "alignment"; "edges" is
-/// one name or a list, all edges where it is left out; a border without "style" is thin.
+/// one name or a list, all edges where it is left out; a border without "style" keeps its lines, and one
+/// that is taken away has no colour.
 [[nodiscard]] RangeFormat ParseRangeFormat(const ToolArguments& arguments);
 
 }  // namespace qv

@@ -25,6 +25,7 @@ void Put(IDispatch* object, const wchar_t* name, const std::optional<Value>& wan
 }
 
 void ApplyFont(IDispatch* range, const FontFormat& format) {
+  if (format.IsEmpty()) return;
   const ComPtr<IDispatch> font = GetDispProperty(range, L"Font");
   Put(font.Get(), L"Bold", format.bold);
   Put(font.Get(), L"Italic", format.italic);
@@ -69,8 +70,9 @@ std::wstring FormatRange(const ToolContext& context, const std::wstring& json) {
   const ToolSheet sheet = FindToolSheet(context, arguments);
   if (sheet.sheet == nullptr) return sheet.error;
   const DisplayAlertsGuard alertsOff(context.target.Application());
-  const ComPtr<IDispatch> cells = FindRange(sheet.sheet.Get(), *range);
-  if (cells == nullptr) return ErrorResult(kBadRangeText);
+  HostAnswer answer;
+  const ComPtr<IDispatch> cells = FindRange(sheet.sheet.Get(), *range, &answer);
+  if (cells == nullptr) return ErrorResult(answer.IsBusy() ? kHostBusyText : kBadRangeText);
   Apply(cells.Get(), ParseRangeFormat(arguments));
   return AppliedResult(1);
 }

@@ -4,6 +4,7 @@
 #include "tools/tool_result.h"
 #include "workbook/automation.h"
 #include "workbook/host_state.h"
+#include "workbook/range_reader.h"
 #include "workbook/scroll_into_view.h"
 
 namespace qv {
@@ -13,6 +14,8 @@ template <typename... Parts>
 void Log(const Parts&... parts) {
   PaneLog(Concat(L"ExcelInsertRowsCols ", parts..., L"\r\n"));
 }
+
+constexpr std::wstring_view kInsertFailedText = L"插入失败";
 
 /// One call of the tool.
 class LineInserter {
@@ -27,6 +30,7 @@ class LineInserter {
       Log(L"error: ParseA1 failed");
       return ErrorResult(kInvalidRangeText);
     }
+    if (!EndCopyMode()) return ErrorResult(kInsertFailedText);
     const std::wstring_view failure = Insert(*range);
     if (!failure.empty()) return ErrorResult(failure);
     Show(*range);
@@ -34,23 +38,25 @@ class LineInserter {
   }
 
   /// Ends at the first line that the host refuses.
-  [[nodiscard]] std::wstring InsertIndices(const std::vector<std::int32_t>& indices) {
-    Log(L"indicesMode count=", indices.size());
-    for (const std::int32_t index : indices) {
+  [[nodiscard]] std::wstring InsertIndices(const LineIndices& indices) {
+    Log(L"indicesMode count=", indices.given);
+    if (indices.numbers.empty()) return OkResult();
+    if (!EndCopyMode()) return ErrorResult(kInsertFailedText);
+    for (const std::int32_t index : indices.numbers) {
       Log(L"inserting idx=", index);
       const std::wstring_view failure = Insert(LineAt(mode_, index));
       if (failure.empty()) continue;
       Log(L"insert failed idx=", index);
       return ErrorResult(failure);
     }
-    Show(LineAt(mode_, indices.back()));
+    Show(LineAt(mode_, indices.numbers.back()));
     return OkResult();
   }
 
  private:
   /// The error's text; empty when it worked.
   [[nodiscard]] std::wstring_view Insert(const RangeArgs& place) {
-    const ComPtr<IDispatch> range = FindRange(sheet_.sheet.Get(), place);
+    const ComPtr<IDispatch> range = FindRange(sheet_.sheet.Get(), FirstCellsOf(place));
     if (range == nullptr) {
       Log(L"error: GetRangeFromCoordsDisp failed");
       return kNoLinesText;
@@ -64,16 +70,34 @@ class LineInserter {
     const HRESULT hr = InvokeByName(lines.Get(), L"Insert", {}, nullptr);
     if (FAILED(hr)) {
       Log(L"error: Insert failed hr=0x", Hex8(hr));
-      return L"插入失败";
+      return kInsertFailedText;
     }
     Log(L"Insert succeeded");
     return {};
   }
 
-  /// Brings the block into view, where it has no end from the first row or column on.
+  /// While cells are marked for copying, the host would insert them instead of empty lines. False when it
+  /// does not let go of them. A host that does not tell has none.
+  [[nodiscard]] bool EndCopyMode() {
+    IDispatch* const application = context_.target.Application();
+    if (GetIntProperty(application, L"CutCopyMode") == 0) return true;
+    const Variant none(false);
+    const HRESULT hr = PutDispProperty(application, L"CutCopyMode", &none);
+    if (FAILED(hr)) Log(L"error: CutCopyMode not ended hr=0x", Hex8(hr));
+    return SUCCEEDED(hr);
+  }
+
+  /// Brings the new lines into view. They reach from edge to edge, so the window moves in one direction only.
   void Show(RangeArgs block) {
-    if (block.IsWholeRows()) block.col1 = block.col2 = 1;
-    if (block.IsWholeColumns()) block.row1 = block.row2 = 1;
+    const ComPtr<IDispatch> window = context_.target.GetTargetWindowDrv();
+    const RangeGeometry visible =
+        ReadGeometry(RangeReader::LateBound(GetDispProperty(window.Get(), L"VisibleRange")))
+            .value_or(RangeGeometry{1, 1, 1, 1});
+    if (mode_ == LineMode::kRows) {
+      block.col1 = block.col2 = visible.firstCol;
+    } else {
+      block.row1 = block.row2 = visible.firstRow;
+    }
     ScrollIntoView(context_.target, sheet_.name, GeometryOf(block));
   }
 
@@ -100,11 +124,12 @@ std::wstring InsertRowsCols(const ToolContext& context, const std::wstring& json
   const DisplayAlertsGuard alertsOff(context.target.Application());
   LineInserter inserter(context, sheet, *mode);
   if (NamesRange(arguments)) return inserter.InsertRange(arguments);
-  const std::vector<std::int32_t> indices = ParseLineIndices(arguments);
-  if (indices.empty()) {
+  const LineIndices indices = ParseLineIndices(arguments);
+  if (indices.given == 0) {
     Log(L"error: range or indices empty");
     return ErrorResult(kNoRangeOrIndicesText);
   }
+  if (indices.given > kMaxLineIndices) return ErrorResult(kTooManyIndicesText);
   return inserter.InsertIndices(indices);
 }
 

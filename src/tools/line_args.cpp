@@ -4,16 +4,9 @@
 #include <functional>
 
 #include "foundation/json_parts.h"
+#include "tools/whole_number.h"
 
 namespace qv {
-
-namespace {
-
-std::vector<std::wstring_view> Indices(const ToolArguments& arguments) {
-  return JsonElementsOf(arguments.Value(L"indices")).value_or(std::vector<std::wstring_view>());
-}
-
-}  // namespace
 
 std::optional<LineMode> ParseLineMode(const ToolArguments& arguments) {
   const std::wstring word = arguments.Text(L"mode");
@@ -23,11 +16,9 @@ std::optional<LineMode> ParseLineMode(const ToolArguments& arguments) {
 }
 
 bool NamesRange(const ToolArguments& arguments) {
-  constexpr std::wstring_view kNames[] = {L"range", L"row", L"row1"};
-  return std::ranges::any_of(kNames, [&](std::wstring_view name) {
-    const std::wstring_view value = arguments.Value(name);
-    return !value.empty() && value != L"\"\"" && value != L"null";
-  });
+  if (const auto text = TextOfValue(arguments.Value(L"range")); text && !text->empty()) return true;
+  const bool namesCells = !arguments.Value(L"row").empty() || !arguments.Value(L"row1").empty();
+  return namesCells && ParseRangeArgs(arguments).has_value();
 }
 
 std::optional<RangeArgs> ParseLineRange(const ToolArguments& arguments, LineMode mode) {
@@ -37,21 +28,27 @@ std::optional<RangeArgs> ParseLineRange(const ToolArguments& arguments, LineMode
   return endless ? std::nullopt : range;
 }
 
-bool NamesIndices(const ToolArguments& arguments) {
-  return !Indices(arguments).empty();
-}
-
-std::vector<std::int32_t> ParseLineIndices(const ToolArguments& arguments) {
-  std::vector<std::int32_t> indices;
-  for (const std::wstring_view element : Indices(arguments)) {
-    if (const std::int32_t index = IntegerOfValue(element); index >= 1) indices.push_back(index);
+LineIndices ParseLineIndices(const ToolArguments& arguments) {
+  const auto elements = JsonElementsOf(arguments.Value(L"indices"));
+  if (!elements) return {};
+  LineIndices indices{elements->size(), {}};
+  for (const std::wstring_view element : *elements) {
+    if (const auto number = WholeNumberOfValue(element); number && *number >= 1) {
+      indices.numbers.push_back(*number);
+    }
   }
-  std::ranges::sort(indices, std::greater());
+  std::ranges::sort(indices.numbers, std::greater());
   return indices;
 }
 
 RangeArgs LineAt(LineMode mode, std::int32_t index) {
   return mode == LineMode::kRows ? RangeArgs{index, -1, index, -1} : RangeArgs{-1, index, -1, index};
+}
+
+RangeArgs FirstCellsOf(RangeArgs range) {
+  if (range.IsWholeRows()) range.col1 = range.col2 = 1;
+  if (range.IsWholeColumns()) range.row1 = range.row2 = 1;
+  return range;
 }
 
 }  // namespace qv

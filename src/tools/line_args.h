@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -15,21 +16,31 @@ enum class LineMode { kRows, kColumns };
 /// "rows" or "columns"; nothing for anything else.
 [[nodiscard]] std::optional<LineMode> ParseLineMode(const ToolArguments& arguments);
 
-/// Whether the arguments name a range at all, well or badly.
+/// Whether the arguments mean a range: "range" has a text, good or bad, or "row" and the like give a whole
+/// one. Anything less leaves it to "indices".
 [[nodiscard]] bool NamesRange(const ToolArguments& arguments);
 
 /// The range whose rows or columns are meant. Nothing where it is no range, and where it has no end in the
 /// mode's direction: the rows of whole columns would be the whole sheet.
 [[nodiscard]] std::optional<RangeArgs> ParseLineRange(const ToolArguments& arguments, LineMode mode);
 
-/// Whether "indices" is a list with anything in it.
-[[nodiscard]] bool NamesIndices(const ToolArguments& arguments);
+/// Most numbers that "indices" may hold: each is a call of the host, which does nothing else meanwhile.
+inline constexpr std::size_t kMaxLineIndices = 5000;
 
-/// The numbers of "indices" from 1 on, the highest first, so that each still means what it meant once those
-/// before it have gone or come. Numbers below 1 and what is no number are left out.
-[[nodiscard]] std::vector<std::int32_t> ParseLineIndices(const ToolArguments& arguments);
+/// What "indices" says.
+struct LineIndices {
+  /// How many elements it has; 0 for no list.
+  std::size_t given = 0;
+  /// Its whole numbers from 1 on, the highest first, so that each still means what it meant once those before
+  /// it have gone or come. Whatever else stands in the list is left out.
+  std::vector<std::int32_t> numbers;
+};
+[[nodiscard]] LineIndices ParseLineIndices(const ToolArguments& arguments);
 
 /// One whole row or column.
 [[nodiscard]] RangeArgs LineAt(LineMode mode, std::int32_t index);
+
+/// The first cells of whole rows or columns, which stand for them; any other range as it is.
+[[nodiscard]] RangeArgs FirstCellsOf(RangeArgs range);
 
 }  // namespace qv

@@ -22,6 +22,8 @@ namespace qv {
 inline constexpr std::wstring_view kBadModeText = L"mode 必须是 columns 或 rows";
 inline constexpr std::wstring_view kNoLinesText = L"无法获取整列/整行";
 inline constexpr std::wstring_view kNoRangeOrIndicesText = L"range 或 indices 必填";
+inline constexpr std::wstring_view kTooManyIndicesText = L"indices 过多（>5000），请分批";
+static_assert(kMaxLineIndices == 5000, "the text tells the limit");
 
 /// The sheet that "sheetName" names, without one the active sheet.
 [[nodiscard]] ToolSheet FindLineSheet(const ToolContext& context, const ToolArguments& arguments);

@@ -21,7 +21,9 @@ std::wstring SetMerged(const ToolContext& context, const std::wstring& json, boo
   if (!range) return ErrorResult(kBadRangeText);
   const ToolSheet sheet = FindToolSheet(context, arguments);
   if (sheet.sheet == nullptr) return sheet.error;
-  const ComPtr<IDispatch> cells = FindRange(sheet.sheet.Get(), *range);
+  HostAnswer answer;
+  const ComPtr<IDispatch> cells = FindRange(sheet.sheet.Get(), *range, &answer);
+  if (answer.IsBusy()) return ErrorResult(kHostBusyText);
   // A range that is merged in parts only answers null, and is neither.
   if (GetFlagProperty(cells.Get(), kMergeCells) == merge) {
     return merge ? L"{\"ok\":true,\"alreadyMerged\":true}" : L"{\"ok\":true,\"alreadyUnmerged\":true}";

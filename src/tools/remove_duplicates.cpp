@@ -80,8 +80,12 @@ std::wstring RemoveFrom(IDispatch* sheet, const RangeArgs& range, const ToolArgu
   }
   const HRESULT hr = Remove(cells.Get(), compared.columns, HasHeader(arguments));
   if (FAILED(hr)) return Failure(hr);
-  const std::optional<std::int64_t> after = rows.CountFilled();
-  if (!after) return ErrorResult(kUnreadableText);
+  std::optional<std::int64_t> after = rows.CountFilled();
+  if (!after) after = rows.CountFilled();
+  if (!after) {
+    PaneLog(L"ExcelRemoveDuplicates removed, count unreadable\r\n");
+    return ErrorResult(kUnreadableText);
+  }
   PaneLog(Concat(L"ExcelRemoveDuplicates done removed=", *before - *after, L"\r\n"));
   return Concat(L"{\"ok\":true,\"removed\":", *before - *after, L",\"rowsBefore\":", *before,
                 L",\"rowsAfter\":", *after, L'}');

@@ -27,7 +27,7 @@ struct Picture {
 };
 
 Picture TakeBitmap(HWND owner) {
-  const OpenedClipboard clipboard(owner, kClipboardTries);
+  const OpenedClipboard clipboard(owner, kClipboardPatience);
   if (!clipboard) return {{}, L"OpenClipboard failed"};
   const HANDLE shared = GetClipboardData(CF_BITMAP);
   if (shared == nullptr) return {{}, L"no bitmap in clipboard"};

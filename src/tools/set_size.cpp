@@ -1,4 +1,3 @@
-#include <array>
 #include <optional>
 
 #include "foundation/logging.h"
@@ -9,6 +8,7 @@
 #include "tools/tool_targets.h"
 #include "workbook/automation.h"
 #include "workbook/host_state.h"
+#include "workbook/range_reader.h"
 
 namespace qv {
 namespace {
@@ -30,10 +30,24 @@ bool Apply(IDispatch* sheet, const SizeChange& change) {
   return SUCCEEDED(PutDispProperty(range.Get(), isColumns ? L"ColumnWidth" : L"RowHeight", &size));
 }
 
-/// A sheet without content answers one empty cell for its used range.
-bool IsEmptySheet(IDispatch* used) {
+/// A sheet without content answers one empty cell for its used range; the values of a larger one need not
+/// be read.
+bool IsEmptySheet(const ComPtr<IDispatch>& used) {
+  const std::optional<RangeGeometry> place = ReadGeometry(RangeReader::LateBound(used));
+  if (!place || place->Cells() != 1) return false;
   Variant value;
-  return used == nullptr || (SUCCEEDED(GetProperty(used, L"Value2", value)) && value.Type() == VT_EMPTY);
+  return SUCCEEDED(GetProperty(used.Get(), L"Value2", value)) && value.Type() == VT_EMPTY;
+}
+
+/// Fits the used range; the result text.
+std::wstring FitUsed(IDispatch* sheet, const SizeArgs& sizes, int applied) {
+  HostAnswer answer;
+  const ComPtr<IDispatch> used = GetDispProperty(sheet, L"UsedRange", &answer);
+  if (used == nullptr) return ErrorResult(answer.IsBusy() ? kHostBusyText : kUnreadableText);
+  if (IsEmptySheet(used)) return ErrorResult(kEmptySheetText);
+  if (sizes.fitsUsedColumns && Fit(GetDispProperty(used.Get(), L"EntireColumn").Get())) ++applied;
+  if (sizes.fitsUsedRows && Fit(GetDispProperty(used.Get(), L"EntireRow").Get())) ++applied;
+  return AppliedResult(applied);
 }
 
 }  // namespace
@@ -41,20 +55,17 @@ bool IsEmptySheet(IDispatch* used) {
 std::wstring SetSize(const ToolContext& context, const std::wstring& json) {
   PaneLog(Concat(L"ExcelSetSize enter json=", json, L"\r\n"));
   const ToolArguments arguments(json);
+  const SizeArgs sizes = ParseSizeArgs(arguments);
+  if (!sizes.error.empty()) return ErrorResult(sizes.error);
   const ToolSheet sheet = FindToolSheet(context, arguments, kNoActiveSheetText);
   if (sheet.sheet == nullptr) return sheet.error;
   const DisplayAlertsGuard alertsOff(context.target.Application());
-  const SizeArgs sizes = ParseSizeArgs(arguments);
   int applied = 0;
   for (const SizeChange& change : sizes.changes) {
     if (Apply(sheet.sheet.Get(), change)) ++applied;
   }
   if (!sizes.fitsUsedColumns && !sizes.fitsUsedRows) return AppliedResult(applied);
-  const ComPtr<IDispatch> used = GetDispProperty(sheet.sheet.Get(), L"UsedRange");
-  if (IsEmptySheet(used.Get())) return ErrorResult(kEmptySheetText);
-  if (sizes.fitsUsedColumns && Fit(GetDispProperty(used.Get(), L"EntireColumn").Get())) ++applied;
-  if (sizes.fitsUsedRows && Fit(GetDispProperty(used.Get(), L"EntireRow").Get())) ++applied;
-  return AppliedResult(applied);
+  return FitUsed(sheet.sheet.Get(), sizes, applied);
 }
 
 }  // namespace qv

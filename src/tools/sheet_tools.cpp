@@ -2,9 +2,11 @@
 
 #include <array>
 #include <new>
+#include <optional>
 
 #include "foundation/json_text.h"
 #include "foundation/text.h"
+#include "tools/sheet_choice.h"
 #include "tools/sheet_name.h"
 #include "tools/tool_arguments.h"
 #include "tools/tool_result.h"
@@ -14,15 +16,16 @@
 namespace qv {
 namespace {
 
+constexpr std::wstring_view kBadIndexText = L"索引越界";
+
 std::wstring Failure(const HostAnswer& answer, std::wstring_view message) {
   return ErrorResult(answer.IsBusy() ? kHostBusyText : message);
 }
 
-/// The sheet that "name", else "index" means; null when there is none. `answer` as of `GetDispProperty`.
-ComPtr<IDispatch> FindSheet(IDispatch* worksheets, const ToolArguments& arguments, HostAnswer& answer) {
-  const std::wstring name = arguments.Text(L"name");
-  if (!name.empty()) return GetCollectionItem(worksheets, name, &answer);
-  const std::int32_t index = arguments.Integer(L"index");
+/// The sheet that is meant; null when there is none. `answer` as of `GetDispProperty`.
+ComPtr<IDispatch> FindSheet(IDispatch* worksheets, const SheetChoice& choice, HostAnswer& answer) {
+  if (!choice.name.empty()) return GetCollectionItem(worksheets, choice.name, &answer);
+  const std::int32_t index = choice.index.value_or(0);
   return index >= 1 ? GetCollectionItem(worksheets, Variant(index), &answer) : nullptr;
 }
 
@@ -30,7 +33,15 @@ ComPtr<IDispatch> FindSheet(IDispatch* worksheets, const ToolArguments& argument
 ComPtr<IDispatch> FindOwnSheet(const ToolContext& context, const ToolArguments& arguments,
                                HostAnswer& answer) {
   const ComPtr<IDispatch> worksheets = context.target.GetActiveWorkbookWorksheets(&answer);
-  return worksheets != nullptr ? FindSheet(worksheets.Get(), arguments, answer) : nullptr;
+  return worksheets != nullptr ? FindSheet(worksheets.Get(), ParseSheetChoice(arguments), answer) : nullptr;
+}
+
+/// How many sheets there are; nothing when the host does not say.
+std::optional<std::int32_t> CountSheets(IDispatch* worksheets, HostAnswer& answer) {
+  Variant count;
+  answer = {};
+  answer.hr = GetProperty(worksheets, L"Count", count, &answer.exceptionCode);
+  return answer.Ok() ? std::optional(IntegerOf(count)) : std::nullopt;
 }
 
 /// Where a new sheet goes: the arguments Before and After of "Add".
@@ -41,27 +52,50 @@ struct NewSheetPlace {
   std::wstring error;
 };
 
-NewSheetPlace FindPlace(IDispatch* worksheets, const ToolArguments& arguments) {
+/// The place beside the sheet of that name.
+NewSheetPlace PlaceBeside(IDispatch* worksheets, const std::wstring& name, Variant NewSheetPlace::*side,
+                          std::wstring_view missing) {
   NewSheetPlace place;
-  Variant* argument = &place.after;
-  Variant sheet(GetIntProperty(worksheets, L"Count"));
-  std::wstring_view missing;
-  if (const std::wstring before = arguments.Text(L"before"); !before.empty()) {
-    argument = &place.before;
-    sheet = Variant(before);
-    missing = L"找不到 before 工作表";
-  } else if (const std::wstring after = arguments.Text(L"after"); !after.empty()) {
-    sheet = Variant(after);
-    missing = L"找不到 after 工作表";
-  }
   HostAnswer answer;
-  const ComPtr<IDispatch> found = GetCollectionItem(worksheets, sheet, &answer);
+  const ComPtr<IDispatch> found = GetCollectionItem(worksheets, name, &answer);
   if (found != nullptr) {
-    *argument = Variant(found.Get());
-  } else if (!missing.empty() || answer.IsBusy()) {
+    place.*side = Variant(found.Get());
+  } else {
     place.error = Failure(answer, missing);
   }
   return place;
+}
+
+/// The place behind the last sheet; the host's own choice when it has no worksheet.
+NewSheetPlace LastPlace(IDispatch* worksheets) {
+  NewSheetPlace place;
+  HostAnswer answer;
+  const std::optional<std::int32_t> count = CountSheets(worksheets, answer);
+  if (!count) {
+    place.error = Failure(answer, kNoCountText);
+    return place;
+  }
+  const ComPtr<IDispatch> last = GetCollectionItem(worksheets, Variant(*count), &answer);
+  if (last != nullptr) {
+    place.after = Variant(last.Get());
+  } else if (answer.IsBusy()) {
+    place.error = ErrorResult(kHostBusyText);
+  }
+  return place;
+}
+
+NewSheetPlace FindPlace(IDispatch* worksheets, const ToolArguments& arguments) {
+  const struct {
+    const wchar_t* argument;
+    Variant NewSheetPlace::*side;
+    std::wstring_view missing;
+  } sides[] = {{L"before", &NewSheetPlace::before, L"找不到 before 工作表"},
+               {L"after", &NewSheetPlace::after, L"找不到 after 工作表"}};
+  for (const auto& [argument, side, missing] : sides) {
+    const std::wstring name = arguments.Text(argument);
+    if (!name.empty()) return PlaceBeside(worksheets, name, side, missing);
+  }
+  return LastPlace(worksheets);
 }
 
 /// Gives the sheet the name, else the name with the first number that the host accepts. A sheet whose names
@@ -80,22 +114,23 @@ void NameSheet(IDispatch* sheet, const std::wstring& name) {
 }  // namespace
 
 std::wstring SetActiveSheet(const ToolContext& context, const std::wstring& json) {
-  const ToolArguments arguments(json);
-  const std::wstring name = arguments.Text(L"name");
-  if (name.empty() && arguments.Value(L"index").empty()) return ErrorResult(L"需提供 name 或 index");
+  const SheetChoice choice = ParseSheetChoice(ToolArguments(json));
+  if (!choice.IsGiven()) return ErrorResult(L"需提供 name 或 index");
   HostAnswer answer;
   const ComPtr<IDispatch> workbook =
       GetDispProperty(context.target.Application(), L"ActiveWorkbook", &answer);
   if (workbook == nullptr) return Failure(answer, kNoWorkbookText);
   const ComPtr<IDispatch> worksheets = GetDispProperty(workbook.Get(), L"Worksheets", &answer);
   if (worksheets == nullptr) return Failure(answer, kNoWorksheetsText);
-  const std::int32_t index = arguments.Integer(L"index");
-  if (name.empty() && (index < 1 || index > GetIntProperty(worksheets.Get(), L"Count"))) {
-    return ErrorResult(L"索引越界");
+  if (choice.name.empty()) {
+    const std::optional<std::int32_t> count = CountSheets(worksheets.Get(), answer);
+    if (!count) return Failure(answer, kNoCountText);
+    if (*choice.index < 1 || *choice.index > *count) return ErrorResult(kBadIndexText);
   }
-  const ComPtr<IDispatch> sheet = FindSheet(worksheets.Get(), arguments, answer);
+  const ComPtr<IDispatch> sheet = FindSheet(worksheets.Get(), choice, answer);
   if (sheet == nullptr) {
-    return Failure(answer, name.empty() ? std::wstring(L"索引越界") : Concat(L"找不到工作表：", name));
+    return Failure(
+        answer, choice.name.empty() ? std::wstring(kBadIndexText) : Concat(L"找不到工作表：", choice.name));
   }
   const bool activated = SUCCEEDED(InvokeByName(sheet.Get(), L"Activate", {}, nullptr));
   return activated ? OkResult() : ErrorResult(L"激活失败");

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "tools/tool_arguments.h"
@@ -21,7 +23,12 @@ struct SizeChange {
   friend bool operator==(const SizeChange&, const SizeChange&) = default;
 };
 
+/// Most entries of one list, as many as there are cells in the largest block that is read at once.
+inline constexpr std::size_t kMaxSizeEntries = 5000;
+
 struct SizeArgs {
+  /// Why the tool changes nothing; empty when all that is named can be used.
+  std::wstring_view error;
   std::vector<SizeChange> changes;
   /// Fit the used range: fitting was asked for, and nothing is named that it applies to.
   bool fitsUsedColumns = false;
@@ -31,7 +38,9 @@ struct SizeArgs {
 /// Columns come from "columns", else "col", else the range; rows from "rows", else "row", else the range. An
 /// entry is a number, letters ("C", "B:D") or rows ("2:4"), or an object with "col" or "row", or "range", and
 /// a size of its own; others have the size "width" or "height" beside them. Without a size an entry is fitted
-/// where "autofit" (a flag, "columns", "rows", or a list of these) says so, and left alone otherwise.
+/// where "autofit" (a flag, "columns", "rows", or a list of these) says so, and left alone otherwise. An
+/// entry that names no columns or rows is an error; an empty list names nothing, and nothing else is fitted
+/// for it.
 [[nodiscard]] SizeArgs ParseSizeArgs(const ToolArguments& arguments);
 
 }  // namespace qv

@@ -13,9 +13,7 @@
 namespace qv {
 namespace {
 
-constexpr std::wstring_view kTimedOutText = L"操作超时";
 constexpr std::wstring_view kNoEventText = L"内部错误：事件创建失败";
-constexpr std::wstring_view kComErrorText = L"COM 异常";
 constexpr std::wstring_view kExceptionText = L"未知异常";
 
 std::wstring ComErrorResult(std::wstring_view path, std::wstring_view action, HRESULT hr) {
@@ -85,8 +83,10 @@ bool ToolDispatcher::PostCall(const std::shared_ptr<DispatchState>& state, const
                               const std::wstring& json) {
   // The pane's tasks are dropped before the pane, and with it what `run_` stands for, goes away.
   return pane_->Tasks().PostFunction([this, state, action, json] {
-    if (pane_->IsClosing()) return;
-    state->Complete(RunCaught(L"DispatchSync", run_, action, json));
+    turns_.Run([this, state, action, json] {
+      if (pane_->IsClosing()) return;
+      state->Complete(RunCaught(L"DispatchSync", run_, action, json));
+    });
   });
 }
 
@@ -102,6 +102,7 @@ void ToolDispatcher::Close() {
     closed_ = true;
   }
   connected_ = false;
+  turns_.Close();
   WakeWaiters();
 }
 

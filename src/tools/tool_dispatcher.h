@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "foundation/pane_context.h"
+#include "tools/tool_turns.h"
 
 namespace qv {
 
@@ -20,6 +21,10 @@ inline constexpr DWORD kDispatchLimitMs = 30000;
 
 /// Runs one tool: action and argument text in, result text out. Host UI thread.
 using ToolRunner = std::function<std::wstring(std::wstring_view action, const std::wstring& json)>;
+
+/// Answers to a call that was never run, and to one for which there was no memory.
+inline constexpr std::wstring_view kTimedOutText = L"操作超时";
+inline constexpr std::wstring_view kComErrorText = L"COM 异常";
 
 /// Runs a tool and turns an exception into its result, with a log line of the given path's ("DispatchSync",
 /// "autofill").
@@ -34,7 +39,7 @@ class ToolDispatcher {
  public:
   /// `run` is called on the UI thread only, and never once the pane's tasks are closed.
   ToolDispatcher(std::shared_ptr<PaneContext> pane, ToolRunner run)
-      : pane_(std::move(pane)), run_(std::move(run)) {}
+      : pane_(std::move(pane)), run_(std::move(run)), turns_(pane_) {}
   ToolDispatcher(const ToolDispatcher&) = delete;
   ToolDispatcher& operator=(const ToolDispatcher&) = delete;
 
@@ -46,11 +51,14 @@ class ToolDispatcher {
   [[nodiscard]] std::wstring DispatchSync(const std::wstring& action, const std::wstring& json,
                                           DWORD limitMs = kDispatchLimitMs);
 
+  /// The order in which the pane's tools run, whoever asks for them. UI thread.
+  [[nodiscard]] ToolTurns& Turns() { return turns_; }
+
   /// Ends the wait of every caller at once, as if its time were over; ahead of anything on the UI thread that
   /// waits for such a caller. UI thread.
   void WakeWaiters();
 
-  /// `WakeWaiters`, and no call waits from now on. UI thread.
+  /// `WakeWaiters`, no call waits from now on, and none that waits for its turn runs. UI thread.
   void Close();
 
  private:
@@ -62,6 +70,7 @@ class ToolDispatcher {
 
   std::shared_ptr<PaneContext> pane_;
   ToolRunner run_;
+  ToolTurns turns_;
   std::atomic<bool> connected_{false};
   std::mutex mutex_;
   std::unordered_set<DispatchState*> waiting_;

@@ -1,6 +1,7 @@
 #include "tools/tool_targets.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "foundation/text.h"
 #include "tools/tool_result.h"
@@ -10,18 +11,34 @@
 
 namespace qv {
 
+namespace {
+
+/// The name that "sheetName" gives, a number's text counting as one; empty for the active sheet, nothing for
+/// what no sheet is called.
+std::optional<std::wstring> SheetNameOf(const ToolArguments& arguments) {
+  const std::wstring_view value = arguments.Value(L"sheetName");
+  if (value.empty() || value.starts_with(L'"')) return arguments.Text(L"sheetName");
+  return NumberOfValue(value) ? std::optional(std::wstring(value)) : std::nullopt;
+}
+
+}  // namespace
+
 ToolSheet FindToolSheet(const ToolContext& context, const ToolArguments& arguments,
                         std::wstring_view missing) {
-  const std::wstring name = arguments.Text(L"sheetName");
-  CellWriteResult status;
   ToolSheet found;
-  found.sheet = ResolveSheet(context.target, name, status);
+  const std::optional<std::wstring> name = SheetNameOf(arguments);
+  if (!name) {
+    found.error = ErrorResult(kUnknownSheetText);
+    return found;
+  }
+  CellWriteResult status;
+  found.sheet = ResolveSheet(context.target, *name, status);
   if (found.sheet != nullptr) {
     found.name = GetStringProperty(found.sheet.Get(), L"Name");
   } else if (status.IsBusy()) {
     found.error = ErrorResult(kHostBusyText);
   } else {
-    found.error = ErrorResult(name.empty() ? missing : kUnknownSheetText);
+    found.error = ErrorResult(name->empty() ? missing : kUnknownSheetText);
   }
   return found;
 }
@@ -35,7 +52,8 @@ std::optional<RangeGeometry> ReadUsedRange(IDispatch* sheet) {
 }
 
 std::optional<RangeGeometry> Intersect(const RangeArgs& range, const RangeGeometry& used) {
-  RangeArgs met{used.firstRow, used.firstCol, used.firstRow + used.rows - 1, used.firstCol + used.cols - 1};
+  RangeArgs met{used.firstRow, used.firstCol, used.firstRow + (used.rows - 1),
+                used.firstCol + (used.cols - 1)};
   if (!range.IsWholeColumns()) {
     met.row1 = std::max(met.row1, range.row1);
     met.row2 = std::min(met.row2, range.row2);
@@ -48,14 +66,14 @@ std::optional<RangeGeometry> Intersect(const RangeArgs& range, const RangeGeomet
   return GeometryOf(met);
 }
 
-ComPtr<IDispatch> FindRange(IDispatch* sheet, const RangeArgs& range) {
+ComPtr<IDispatch> FindRange(IDispatch* sheet, const RangeArgs& range, HostAnswer* answer) {
   // A block in the first column or row stands for whole rows and columns.
   RangeArgs block = range;
   if (range.IsWholeRows()) block.col1 = block.col2 = 1;
   if (range.IsWholeColumns()) block.row1 = block.row2 = 1;
-  ComPtr<IDispatch> cells = GetBlockRange(sheet, GeometryOf(block));
-  if (range.IsBlock()) return cells;
-  return GetDispProperty(cells.Get(), range.IsWholeRows() ? L"EntireRow" : L"EntireColumn");
+  ComPtr<IDispatch> cells = GetBlockRange(sheet, GeometryOf(block), answer);
+  if (range.IsBlock() || cells == nullptr) return cells;
+  return GetDispProperty(cells.Get(), range.IsWholeRows() ? L"EntireRow" : L"EntireColumn", answer);
 }
 
 }  // namespace qv

@@ -22,8 +22,8 @@ struct ToolSheet {
   std::wstring error;
 };
 
-/// The sheet that "sheetName" names in the target's workbook, without one the active sheet. `missing` is the
-/// text for no active sheet.
+/// The sheet that "sheetName" names in the target's workbook; absent, null or empty, the active sheet.
+/// `missing` is the text for no active sheet.
 [[nodiscard]] ToolSheet FindToolSheet(const ToolContext& context, const ToolArguments& arguments,
                                       std::wstring_view missing = L"未连接到工作表");
 
@@ -37,6 +37,8 @@ struct ToolSheet {
 [[nodiscard]] std::optional<RangeGeometry> Intersect(const RangeArgs& range, const RangeGeometry& used);
 
 /// The Range object of a block, of whole rows or of whole columns; null when the sheet has no such cells.
-[[nodiscard]] ComPtr<IDispatch> FindRange(IDispatch* sheet, const RangeArgs& range);
+/// `answer` as of `GetDispProperty`.
+[[nodiscard]] ComPtr<IDispatch> FindRange(IDispatch* sheet, const RangeArgs& range,
+                                          HostAnswer* answer = nullptr);
 
 }  // namespace qv

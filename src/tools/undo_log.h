@@ -11,16 +11,24 @@
 
 namespace qv {
 
-/// The workbook in which a tool wrote: the pane's pin at that time, and the workbook's name. One that was
-/// saved under another name since is still the same by its pin; a pane that has no pin knows it by its name.
+/// The workbook in which a tool wrote: its name, and the pane's pin at that time where it is the pinned one.
+/// One that was saved under another name since is still the same by its pin; any other is known by its name.
 struct UndoBook {
+  /// 0 for a workbook that is not the pinned one.
   std::uint64_t pinSerial = 0;
+  /// Empty when it could not be read; then nothing tells whether another one is the same.
   std::wstring name;
 
   /// Whether this is the workbook that is meant now.
   [[nodiscard]] bool IsSame(const UndoBook& now) const {
-    return (pinSerial != 0 && pinSerial == now.pinSerial) || name == now.name;
+    return (pinSerial != 0 && pinSerial == now.pinSerial) || (!name.empty() && name == now.name);
   }
+};
+
+/// What a write did to the way in which a cell shows numbers ("5%" makes a percentage of it).
+struct UndoFormat {
+  std::wstring former;
+  std::wstring written;
 };
 
 /// One cell as it was before a tool wrote it.
@@ -31,12 +39,19 @@ struct UndoRecord {
   std::wstring sheetName;
   CellContent previous;
   UndoBook book;
+  /// Nothing when the write left the format alone.
+  std::optional<UndoFormat> format;
 };
 
 /// What the tools of one pane wrote, in order, with a marker ahead of each chat message's edits.
 class UndoLog {
  public:
   void Append(UndoRecord record) { records_.push_back(std::move(record)); }
+
+  /// The newest record, which there must be.
+  [[nodiscard]] UndoRecord& Newest() { return records_.back(); }
+  /// Takes the newest record off again, whatever marker it stands behind.
+  void DropNewest() { records_.pop_back(); }
 
   void PushMarker() { markers_.push_back(records_.size()); }
   /// Number of markers.

@@ -12,25 +12,57 @@
 namespace qv {
 namespace {
 
+/// Full name of a workbook, else its plain name, else empty. `answer` receives how the host answered.
+std::wstring BookName(IDispatch* book, HostAnswer& answer) {
+  for (const wchar_t* member : {L"FullName", L"Name"}) {
+    Variant name;
+    answer.hr = GetProperty(book, member, name, &answer.exceptionCode);
+    if (answer.IsBusy()) return {};
+    if (!name.Text().empty()) return name.Text();
+  }
+  return {};
+}
+
 /// Puts cells back where their workbook is still the one that the pane works on.
 class Restorer {
  public:
   explicit Restorer(const ToolContext& context) : context_(context), finder_(context.target) {}
 
   [[nodiscard]] CellWriteResult Restore(const UndoRecord& record) {
-    const CellTarget place = finder_.Find(record.sheetName, record.row, record.col);
-    if (place.cell != nullptr && !IsSameBook(record, place.sheet)) return {E_FAIL, 0};
-    return RestoreCellContent(place, record.sheetName, record.row, record.col, record.previous);
+    CellTarget place = finder_.Find(record.sheetName, record.row, record.col);
+    if (place.cell != nullptr) {
+      place.status = CheckBook(record, place.sheet);
+      // The failure is logged like any other.
+      if (!place.status.Ok()) place.cell = nullptr;
+    }
+    const CellWriteResult result =
+        RestoreCellContent(place, record.sheetName, record.row, record.col, record.previous);
+    return result.Ok() && record.format ? RestoreFormat(place.cell.Get(), *record.format) : result;
   }
 
  private:
-  /// Neighbouring records share their sheet, whose workbook is asked once.
-  [[nodiscard]] bool IsSameBook(const UndoRecord& record, const ComPtr<IDispatch>& sheet) {
+  /// Good when the sheet lies in the record's workbook. Neighbouring records share their sheet, whose
+  /// workbook is asked once.
+  [[nodiscard]] HostAnswer CheckBook(const UndoRecord& record, const ComPtr<IDispatch>& sheet) {
     if (sheet.Get() != sheet_.Get()) {
+      HostAnswer answer;
+      book_ = BookOfSheet(context_, sheet.Get(), answer);
+      if (answer.IsBusy()) return answer;
       sheet_ = sheet;
-      book_ = BookOfSheet(context_, sheet.Get());
     }
-    return record.book.IsSame(book_);
+    return record.book.IsSame(book_) ? HostAnswer{} : HostAnswer{E_FAIL, 0};
+  }
+
+  /// Puts the former number format back unless the user chose another one since. Only a busy host keeps the
+  /// cell from being restored.
+  [[nodiscard]] static HostAnswer RestoreFormat(IDispatch* cell, const UndoFormat& format) {
+    Variant now;
+    HostAnswer answer;
+    answer.hr = GetProperty(cell, L"NumberFormat", now, &answer.exceptionCode);
+    if (answer.Ok() && now.Text() == format.written) {
+      answer = PutProperty(cell, L"NumberFormat", Variant(format.former));
+    }
+    return answer.IsBusy() ? answer : HostAnswer{};
   }
 
   const ToolContext& context_;
@@ -41,12 +73,15 @@ class Restorer {
 
 }  // namespace
 
-UndoBook BookOfSheet(const ToolContext& context, IDispatch* sheet) {
-  const ComPtr<IDispatch> book = GetDispProperty(sheet, L"Parent");
-  std::wstring name = GetStringProperty(book.Get(), L"FullName");
-  if (name.empty()) name = GetStringProperty(book.Get(), L"Name");
-  const bool isPinned = context.target.Pinned().IsValid();
-  return {isPinned ? context.target.PinSerial() : 0, std::move(name)};
+UndoBook BookOfSheet(const ToolContext& context, IDispatch* sheet, HostAnswer& answer) {
+  const ComPtr<IDispatch> book = GetDispProperty(sheet, L"Parent", &answer);
+  UndoBook found;
+  if (book != nullptr) found.name = BookName(book.Get(), answer);
+  IDispatch* const pinned = context.target.Pinned().workbook.Get();
+  if (answer.IsBusy() || found.name.empty() || pinned == nullptr) return found;
+  // Objects that are fetched again may differ; no two open workbooks have one full name.
+  if (BookName(pinned, answer) == found.name) found.pinSerial = context.target.PinSerial();
+  return found;
 }
 
 std::wstring PushUndoMarker(const ToolContext& context, const std::wstring&) {
@@ -55,6 +90,7 @@ std::wstring PushUndoMarker(const ToolContext& context, const std::wstring&) {
 }
 
 std::wstring UndoMessage(const ToolContext& context, const std::wstring&) {
+  if (context.undo.Depth() == 0) return L"{\"restored\":0,\"depth\":0}";
   const DisplayAlertsGuard alertsOff(context.target.Application());
   UndoLog& undo = context.undo;
   Restorer restorer(context);

@@ -5,11 +5,13 @@
 #include <string>
 
 #include "tools/tool_context.h"
+#include "workbook/automation.h"
 
 namespace qv {
 
-/// The workbook of a sheet of the context's target.
-[[nodiscard]] UndoBook BookOfSheet(const ToolContext& context, IDispatch* sheet);
+/// The workbook of a sheet of the context's target. `answer` receives a busy answer of any of the calls; the
+/// workbook is not known then.
+[[nodiscard]] UndoBook BookOfSheet(const ToolContext& context, IDispatch* sheet, HostAnswer& answer);
 
 /// "excelPushUndoMarker": what tools write from here on belongs to one chat message.
 [[nodiscard]] std::wstring PushUndoMarker(const ToolContext& context, const std::wstring& json);

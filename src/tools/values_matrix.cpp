@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -39,8 +40,9 @@ std::optional<CellContent> ContentOfItem(std::wstring_view item) {
 
 std::optional<std::vector<CellContent>> ParseRow(const Elements& items) {
   std::vector<CellContent> row;
-  row.reserve(items.size());
-  for (const std::wstring_view item : items) {
+  const std::size_t count = std::min(items.size(), kMaxValues + 1);
+  row.reserve(count);
+  for (const std::wstring_view item : std::span(items).first(count)) {
     std::optional<CellContent> content = ContentOfItem(item);
     if (!content) return std::nullopt;
     row.push_back(*std::move(content));
@@ -60,15 +62,25 @@ std::optional<ValuesMatrix> ParseLine(const Elements& items, bool goesDown) {
 
 }  // namespace
 
+std::size_t CountOf(const ValuesMatrix& values) {
+  std::size_t count = 0;
+  for (const auto& row : values)
+    count += row.size();
+  return count;
+}
+
 std::optional<ValuesMatrix> ParseValuesMatrix(std::wstring_view json, bool goesDown) {
   const std::optional<Elements> rows = JsonElementsOf(json);
   if (!rows || rows->empty()) return std::nullopt;
   if (std::ranges::none_of(*rows, IsArray)) return ParseLine(*rows, goesDown);
   ValuesMatrix matrix;
+  std::size_t taken = 0;
   for (const std::wstring_view row : *rows) {
+    if (taken > kMaxValues) break;
     const std::optional<Elements> items = JsonElementsOf(row);
     std::optional<std::vector<CellContent>> contents = items ? ParseRow(*items) : std::nullopt;
     if (!contents) return std::nullopt;
+    taken += contents->size();
     matrix.push_back(*std::move(contents));
   }
   return matrix;

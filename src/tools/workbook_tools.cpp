@@ -1,5 +1,6 @@
 #include "tools/workbook_tools.h"
 
+#include <new>
 #include <utility>
 
 #include "foundation/json_text.h"
@@ -7,11 +8,11 @@
 #include "foundation/text.h"
 #include "tools/tool_result.h"
 #include "tools/tool_table.h"
+#include "workbook/workbook_busy_table.h"
 
 namespace qv {
 
-WorkbookTools::WorkbookTools(std::shared_ptr<PaneContext> pane, const TargetContext& target,
-                             PanelOutput& output)
+WorkbookTools::WorkbookTools(std::shared_ptr<PaneContext> pane, TargetContext& target, PanelOutput& output)
     : pane_(std::move(pane)),
       target_(target),
       output_(output),
@@ -20,7 +21,14 @@ WorkbookTools::WorkbookTools(std::shared_ptr<PaneContext> pane, const TargetCont
             return RunWorkbookTool(action, json);
           })) {}
 
+void WorkbookTools::RefreshTarget() {
+  // A run keeps the workbook that it began with.
+  if (!target_.IsPinnedOnPurpose() || WorkbookBusyTable::IsClaimed(target_.WorkbookKey())) return;
+  static_cast<void>(target_.RefreshPin());
+}
+
 std::wstring WorkbookTools::RunWorkbookTool(std::wstring_view action, const std::wstring& json) {
+  if (target_.Application() != nullptr) RefreshTarget();
   return qv::RunWorkbookTool({target_, *pane_, undo_}, action, json);
 }
 
@@ -32,8 +40,11 @@ void WorkbookTools::HandleAutofillMessage(const std::wstring& action, const std:
     Reply(message, ErrorResult(kNotConnectedText));
     return;
   }
-  // Refused only when the pane goes away, and its page with it.
-  static_cast<void>(pane_->Tasks().PostFunction([this, action, message] { RunAndReply(action, message); }));
+  const bool posted = pane_->Tasks().PostFunction([this, action, message] {
+    dispatcher_->Turns().Run([this, action, message] { RunAndReply(action, message); });
+  });
+  // Refused when the pane goes away, and its page with it, or when the thread's message queue is full.
+  if (!posted && !pane_->IsClosing()) Reply(message, ErrorResult(kTimedOutText));
 }
 
 void WorkbookTools::RunAndReply(const std::wstring& action, const std::wstring& message) {
@@ -41,9 +52,14 @@ void WorkbookTools::RunAndReply(const std::wstring& action, const std::wstring& 
     return RunWorkbookTool(name, json);
   };
   const std::wstring result = RunCaught(L"autofill", run, action, message);
-  PaneLog(Concat(L"HandleAutofillMessage result action=", action, L" ok=", BoolWord(IsUnderstood(result)),
-                 L" payload=", result, L"\r\n"));
-  Reply(message, result);
+  try {
+    PaneLog(Concat(L"HandleAutofillMessage result action=", action, L" ok=", BoolWord(IsUnderstood(result)),
+                   L" payload=", result, L"\r\n"));
+    Reply(message, result);
+  } catch (const std::bad_alloc&) {
+    // The result was too large to be carried; a page that waits for it shall not wait on.
+    Reply(message, ErrorResult(kComErrorText));
+  }
 }
 
 void WorkbookTools::Reply(const std::wstring& message, const std::wstring& result) {

@@ -18,14 +18,15 @@ namespace qv {
 class WorkbookTools {
  public:
   /// `target` and `output` outlive the tools.
-  WorkbookTools(std::shared_ptr<PaneContext> pane, const TargetContext& target, PanelOutput& output);
+  WorkbookTools(std::shared_ptr<PaneContext> pane, TargetContext& target, PanelOutput& output);
 
   /// The target has its Application now.
   void Connect() { dispatcher_->SetConnected(target_.Application() != nullptr); }
   /// Wakes whoever waits for a tool; ahead of the target's release.
   void Close() { dispatcher_->Close(); }
 
-  /// Runs a tool here and now.
+  /// Runs a tool here and now, on the target as it is now: the workbook of a window that the pane is bound to
+  /// may have changed since the last one.
   [[nodiscard]] std::wstring RunWorkbookTool(std::wstring_view action, const std::wstring& json);
 
   /// Runs the tool that a message of the page names, once the host has worked off what was posted before, and
@@ -36,11 +37,12 @@ class WorkbookTools {
   [[nodiscard]] const std::shared_ptr<ToolDispatcher>& Dispatcher() const { return dispatcher_; }
 
  private:
+  void RefreshTarget();
   void RunAndReply(const std::wstring& action, const std::wstring& message);
   void Reply(const std::wstring& message, const std::wstring& result);
 
   std::shared_ptr<PaneContext> pane_;
-  const TargetContext& target_;
+  TargetContext& target_;
   PanelOutput& output_;
   UndoLog undo_;
   std::shared_ptr<ToolDispatcher> dispatcher_;

@@ -8,9 +8,11 @@ namespace qv {
 
 std::wstring GetWriteContext(const ToolContext& context, const std::wstring&) {
   const TargetContext& target = context.target;
-  const ComPtr<IDispatch> sheet = target.GetActiveSheetDispatch();
-  if (sheet == nullptr) return ErrorResult(kNoSheetText);
-  const ComPtr<IDispatch> selection = target.GetTargetSelectionDrv();
+  HostAnswer answer;
+  const ComPtr<IDispatch> sheet = target.GetActiveSheetDispatch(&answer);
+  if (sheet == nullptr) return ErrorResult(answer.IsBusy() ? kHostBusyText : kNoSheetText);
+  const ComPtr<IDispatch> selection = target.GetTargetSelectionDrv(&answer);
+  if (answer.IsBusy()) return ErrorResult(kHostBusyText);
   return Concat(L"{\"workbookKey\":", JsonQuote(target.WorkbookKey()), L",\"sheetName\":",
                 JsonQuote(GetStringProperty(sheet.Get(), L"Name")), L",\"row\":",
                 GetIntProperty(selection.Get(), L"Row"), L",\"col\":",

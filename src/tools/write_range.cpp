@@ -9,6 +9,7 @@
 #include "tools/tool_targets.h"
 #include "tools/undo_tools.h"
 #include "tools/values_matrix.h"
+#include "workbook/automation.h"
 #include "workbook/cell_access.h"
 #include "workbook/cell_block.h"
 #include "workbook/host_state.h"
@@ -19,18 +20,36 @@ namespace {
 
 constexpr std::wstring_view kNoWholeText = L"暂不支持整行/列写入";
 constexpr std::wstring_view kTooLargeText = L"写入范围过大（>5000 单元格），请缩小";
+constexpr std::wstring_view kTooManyValuesText = L"values 过大（>100000 项），请缩小";
 constexpr std::wstring_view kBadValuesText = L"values 参数缺失或格式无效";
+
+// What becomes of one item.
+constexpr const wchar_t* kApplied = L"applied";
+constexpr const wchar_t* kSkipped = L"skipped";
+constexpr const wchar_t* kFailed = L"failed";
+
+/// Empty when it cannot be read or the cells differ.
+std::wstring NumberFormatOf(IDispatch* cells) {
+  return GetStringProperty(cells, L"NumberFormat");
+}
+
+/// Whether a failed put left the cell as it was for sure: the host itself refused it, nothing was lost on the
+/// way.
+bool ChangedNothing(const CellWriteResult& failure) {
+  return failure.IsBusy() || failure.hr == DISP_E_EXCEPTION || failure.hr == DISP_E_UNKNOWNNAME ||
+         failure.hr == DISP_E_MEMBERNOTFOUND || failure.hr == DISP_E_TYPEMISMATCH;
+}
 
 /// One call of the tool while it goes from cell to cell.
 class RangeWriter {
  public:
   RangeWriter(const ToolContext& context, const ToolSheet& sheet, const RangeArgs& range,
-              const ValuesMatrix& values)
+              const ValuesMatrix& values, const UndoBook& book)
       : context_(context),
         sheet_(sheet),
         range_(range),
         values_(values),
-        book_(BookOfSheet(context, sheet.sheet.Get())),
+        book_(book),
         isProtected_(IsSheetProtected(sheet.sheet.Get())) {}
 
   /// The result text.
@@ -57,34 +76,59 @@ class RangeWriter {
     former_.rows =
         static_cast<std::int32_t>(std::min<std::size_t>(values_.size(), std::size_t(former_.rows)));
     former_.cols = static_cast<std::int32_t>(std::min<std::size_t>(longest, std::size_t(former_.cols)));
-    if (former_.Cells() > 0 && !ReadCells(sheet_.sheet.Get(), former_, formerCells_).Ok())
-      formerCells_.clear();
+    if (former_.Cells() == 0) return;
+    if (!ReadCells(sheet_.sheet.Get(), former_, formerCells_).Ok()) formerCells_.clear();
+    if (!formerCells_.empty())
+      formerFormat_ = NumberFormatOf(GetBlockRange(sheet_.sheet.Get(), former_).Get());
   }
 
   void WriteItem(std::size_t i, std::size_t j) {
     const std::int32_t row = range_.row1 + static_cast<std::int32_t>(i);
     const std::int32_t col = ClampToInt32(std::int64_t{range_.col1} + static_cast<std::int64_t>(j));
-    const wchar_t* status = L"skipped";
-    if (col <= range_.col2 && !(isProtected_ && IsCellLocked(sheet_.sheet.Get(), row, col))) {
-      const bool written = WriteCell(row, col, values_[i][j]);
-      if (written) ++applied_;
-      status = written ? L"applied" : L"failed";
-    }
+    const wchar_t* const status = col > range_.col2 ? kSkipped : WriteCell(row, col, values_[i][j]);
+    if (status == kApplied) ++applied_;
     if (!results_.empty()) results_ += L',';
     results_ += Concat(L"{\"row\":", row, L",\"col\":", col, L",\"status\":\"", status, L"\"}");
   }
 
-  bool WriteCell(std::int32_t row, std::int32_t col, const CellContent& content) {
+  /// The cell's status.
+  const wchar_t* WriteCell(std::int32_t row, std::int32_t col, const CellContent& content) {
     const CellReading* const former = FormerCell(row, col);
     // What could not be put back is not overwritten.
-    if (former == nullptr || !former->isReadable) return false;
+    if (former == nullptr || !former->isReadable) return kFailed;
     CellTarget place;
     place.sheet = sheet_.sheet;
-    place.cell = GetCellDispatch(sheet_.sheet.Get(), row, col);
-    if (place.cell == nullptr) return false;
-    if (!PutCellContent(place, sheet_.name, row, col, content).Ok()) return false;
-    context_.undo.Append({row, col, sheet_.name, former->Content(), book_});
+    place.cell = GetCellDispatch(sheet_.sheet.Get(), row, col, &place.status);
+    if (place.cell == nullptr) return kFailed;
+    if (isProtected_ && IsCellLocked(place.cell.Get(), sheet_.name, row, col)) return kSkipped;
+    return Put(place, row, col, content, former->Content()) ? kApplied : kFailed;
+  }
+
+  /// The record comes first: what may have been written can be taken back, whatever happens meanwhile.
+  bool Put(const CellTarget& place, std::int32_t row, std::int32_t col, const CellContent& content,
+           CellContent former) {
+    const std::wstring formerFormat = FormatToWatch(place.cell.Get(), content);
+    context_.undo.Append({row, col, sheet_.name, std::move(former), book_, std::nullopt});
+    const CellWriteResult result = PutCellContent(place, sheet_.name, row, col, content);
+    if (!result.Ok()) {
+      if (ChangedNothing(result)) context_.undo.DropNewest();
+      return false;
+    }
+    if (formerFormat.empty()) return true;
+    std::wstring format = NumberFormatOf(place.cell.Get());
+    if (!format.empty() && format != formerFormat) {
+      context_.undo.Newest().format = UndoFormat{formerFormat, std::move(format)};
+    }
     return true;
+  }
+
+  /// The cell's number format where the content may change it, else empty.
+  [[nodiscard]] std::wstring FormatToWatch(IDispatch* cell, const CellContent& content) const {
+    const bool mayChange = content.kind == CellContentKind::kFormula ||
+                           (content.kind == CellContentKind::kTyped &&
+                            content.text.find_first_of(L"0123456789") != std::wstring::npos);
+    if (!mayChange) return {};
+    return formerFormat_.empty() ? NumberFormatOf(cell) : formerFormat_;
   }
 
   [[nodiscard]] const CellReading* FormerCell(std::int32_t row, std::int32_t col) const {
@@ -98,10 +142,12 @@ class RangeWriter {
   const ToolSheet& sheet_;
   const RangeArgs& range_;
   const ValuesMatrix& values_;
-  UndoBook book_;
+  const UndoBook& book_;
   bool isProtected_;
   RangeGeometry former_;
   std::vector<CellReading> formerCells_;
+  /// The number format that all cells have; empty when they differ.
+  std::wstring formerFormat_;
   std::wstring results_;
   int applied_ = 0;
 };
@@ -118,10 +164,14 @@ std::wstring WriteRange(const ToolContext& context, const std::wstring& json) {
   const bool goesDown = range->col1 == range->col2 && range->row1 < range->row2;
   const std::optional<ValuesMatrix> values = ParseValuesMatrix(arguments.Value(L"values"), goesDown);
   if (!values) return ErrorResult(kBadValuesText);
+  if (CountOf(*values) > kMaxValues) return ErrorResult(kTooManyValuesText);
   const ToolSheet sheet = FindToolSheet(context, arguments);
   if (sheet.sheet == nullptr) return sheet.error;
+  HostAnswer answer;
+  const UndoBook book = BookOfSheet(context, sheet.sheet.Get(), answer);
+  if (answer.IsBusy()) return ErrorResult(kHostBusyText);
   const DisplayAlertsGuard alertsOff(context.target.Application());
-  return RangeWriter(context, sheet, *range, *values).Write();
+  return RangeWriter(context, sheet, *range, *values, book).Write();
 }
 
 }  // namespace qv

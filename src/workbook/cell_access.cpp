@@ -168,11 +168,16 @@ CellWriteResult PutFound(const CellTarget& target, std::wstring_view sheetName, 
 
 }  // namespace
 
-ComPtr<IDispatch> GetCellDispatch(IDispatch* sheet, std::int32_t row, std::int32_t col) {
+ComPtr<IDispatch> GetCellDispatch(IDispatch* sheet, std::int32_t row, std::int32_t col, HostAnswer* answer) {
   Variant value;
-  const HRESULT hr = ReadCell(sheet, row, col, value);
-  ComPtr<IDispatch> cell = SUCCEEDED(hr) ? value.Object() : nullptr;
-  if (cell == nullptr) PaneLog(Concat(L"GetCellDispatch", FailedCellText(row, col, hr, value)));
+  HostAnswer own;
+  own.hr = ReadCell(sheet, row, col, value, &own.exceptionCode);
+  ComPtr<IDispatch> cell = own.Ok() ? value.Object() : nullptr;
+  if (cell == nullptr) {
+    PaneLog(Concat(L"GetCellDispatch", FailedCellText(row, col, own.hr, value)));
+    if (own.Ok()) own.hr = E_FAIL;
+  }
+  if (answer != nullptr) *answer = own;
   return cell;
 }
 
@@ -259,8 +264,7 @@ CellWriteResult PutCellValueDispatch(const TargetContext& target, std::wstring_v
                                      std::int32_t row, std::int32_t col, std::wstring_view text) {
   LogCellPut(sheetName, row, col, text);
   const DisplayAlertsGuard alertsOff(target.Application());
-  return PutFound(FindCell(target, sheetName, row, col), sheetName, row, col,
-                  {std::wstring(text), CellContentKind::kText});
+  return PutCellText(FindCell(target, sheetName, row, col), sheetName, row, col, text);
 }
 
 bool IsSheetProtected(IDispatch* sheet) {
@@ -280,7 +284,11 @@ bool IsCellLocked(IDispatch* sheet, std::int32_t row, std::int32_t col) {
     PaneLog(Concat(L"IsCellLocked GetCellDispatch failed sheet=", sheetName, L"\r\n"));
     return false;
   }
-  const std::optional<bool> locked = GetFlagProperty(cell.Get(), L"Locked");
+  return IsCellLocked(cell.Get(), sheetName, row, col);
+}
+
+bool IsCellLocked(IDispatch* cell, std::wstring_view sheetName, std::int32_t row, std::int32_t col) {
+  const std::optional<bool> locked = GetFlagProperty(cell, L"Locked");
   if (!locked) {
     PaneLog(L"IsCellLocked: get Locked failed\r\n");
     return false;

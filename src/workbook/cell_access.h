@@ -16,8 +16,9 @@ namespace qv {
 // Reading and writing single cells, and what may keep a write out. Rows and columns are 1-based. Host UI
 // thread.
 
-/// The cell object, or null (logged).
-[[nodiscard]] ComPtr<IDispatch> GetCellDispatch(IDispatch* sheet, std::int32_t row, std::int32_t col);
+/// The cell object, or null (logged). `answer` as of `GetDispProperty`.
+[[nodiscard]] ComPtr<IDispatch> GetCellDispatch(IDispatch* sheet, std::int32_t row, std::int32_t col,
+                                                HostAnswer* answer = nullptr);
 
 /// A worksheet by name or 1-based number through the collection's "Item"; null (logged) when there is none.
 /// `answer` as of `GetDispProperty`.
@@ -82,5 +83,9 @@ void LogCellPut(std::wstring_view sheetName, std::int32_t row, std::int32_t col,
 
 /// Whether the cell is locked (logged); false when it cannot be read.
 [[nodiscard]] bool IsCellLocked(IDispatch* sheet, std::int32_t row, std::int32_t col);
+
+/// The same for a cell already found; the place is for the log.
+[[nodiscard]] bool IsCellLocked(IDispatch* cell, std::wstring_view sheetName, std::int32_t row,
+                                std::int32_t col);
 
 }  // namespace qv

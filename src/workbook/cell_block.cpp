@@ -48,10 +48,11 @@ HostAnswer ReadSingly(IDispatch* sheet, const RangeGeometry& block, const wchar_
   bool anyRead = false;
   for (std::int32_t row = 0; row < block.rows; ++row) {
     for (std::int32_t col = 0; col < block.cols; ++col) {
-      const ComPtr<IDispatch> cell = GetCellDispatch(sheet, block.firstRow + row, block.firstCol + col);
-      Variant value;
       HostAnswer answer;
-      answer.hr = GetProperty(cell.Get(), property, value, &answer.exceptionCode);
+      const ComPtr<IDispatch> cell =
+          GetCellDispatch(sheet, block.firstRow + row, block.firstCol + col, &answer);
+      Variant value;
+      if (cell != nullptr) answer.hr = GetProperty(cell.Get(), property, value, &answer.exceptionCode);
       if (answer.IsBusy()) return answer;
       if (answer.Ok()) {
         anyRead = true;
@@ -104,8 +105,9 @@ CellReading ReadingOf(const Variant& value) {
 }  // namespace
 
 ComPtr<IDispatch> GetBlockRange(IDispatch* sheet, const RangeGeometry& block, HostAnswer* answer) {
-  const Variant address(Concat(A1Address(block.firstRow, block.firstCol), L':',
-                               A1Address(block.firstRow + block.rows - 1, block.firstCol + block.cols - 1)));
+  const Variant address(
+      Concat(A1Address(block.firstRow, block.firstCol), L':',
+             A1Address(block.firstRow + (block.rows - 1), block.firstCol + (block.cols - 1))));
   Variant value;
   HostAnswer own;
   own.hr = GetIndexedProperty(sheet, L"Range", {&address, 1}, value, &own.exceptionCode);
@@ -119,8 +121,10 @@ HostAnswer ReadBlock(IDispatch* sheet, const RangeGeometry& block, const wchar_t
                      std::vector<Variant>& values) {
   HostAnswer answer;
   const ComPtr<IDispatch> range = GetBlockRange(sheet, block, &answer);
+  // Without the rectangle there are no cells of it either.
+  if (range == nullptr) return answer;
   Variant value;
-  if (range != nullptr) answer.hr = GetProperty(range.Get(), property, value, &answer.exceptionCode);
+  answer.hr = GetProperty(range.Get(), property, value, &answer.exceptionCode);
   if (answer.IsBusy()) return answer;
   values.clear();
   values.reserve(CellCount(block));
@@ -130,7 +134,8 @@ HostAnswer ReadBlock(IDispatch* sheet, const RangeGeometry& block, const wchar_t
 }
 
 CellContent CellReading::Content() const {
-  return formula.empty() ? CellContent{text, kind} : CellContent{formula, CellContentKind::kFormula};
+  return isText || formula.empty() ? CellContent{text, kind}
+                                   : CellContent{formula, CellContentKind::kFormula};
 }
 
 HostAnswer ReadCells(IDispatch* sheet, const RangeGeometry& block, std::vector<CellReading>& cells) {
@@ -146,9 +151,8 @@ HostAnswer ReadCells(IDispatch* sheet, const RangeGeometry& block, std::vector<C
     CellReading& cell = cells.emplace_back(ReadingOf(values[i]));
     std::wstring formula = formulas[i].Text();
     // A text may begin with "=" too; only then do formula and value say the same.
-    if (IsFormulaText(formula) && !(values[i].IsText() && values[i].Text() == formula)) {
-      cell.formula = std::move(formula);
-    }
+    cell.isText = values[i].IsText() && values[i].Text() == formula;
+    if (IsFormulaText(formula)) cell.formula = std::move(formula);
     if (IsUnreadable(formulas[i])) cell.isReadable = false;
   }
   return answer;

@@ -21,7 +21,7 @@ namespace qv {
 
 /// A property ("Value2", "Formula") of every cell: in one call, or cell by cell where the host does not give
 /// it for several at once. A cell that cannot be read is VT_ERROR with DISP_E_PARAMNOTFOUND; the answer is
-/// good when any could. A busy host is not asked further.
+/// good when any could. A host that is busy or has no such rectangle is not asked further.
 [[nodiscard]] HostAnswer ReadBlock(IDispatch* sheet, const RangeGeometry& block, const wchar_t* property,
                                    std::vector<Variant>& values);
 
@@ -29,10 +29,12 @@ namespace qv {
 struct CellReading {
   /// The value as text: texts as they are, numbers as of `NumberText`, "TRUE", "FALSE", "#N/A" and the like.
   std::wstring text;
-  /// From "=" on; empty for a constant.
+  /// What the host gives as formula when it begins with "=", which a text may do too; else empty.
   std::wstring formula;
   /// How `text` is meant when there is no formula.
   CellContentKind kind = CellContentKind::kText;
+  /// `formula` is nothing but the cell's text.
+  bool isText = false;
   bool isReadable = true;
 
   /// What would put the cell back.

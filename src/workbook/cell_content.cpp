@@ -28,13 +28,11 @@ double NumberOfText(std::wstring_view text) {
 }
 
 std::wstring_view ErrorWord(std::int32_t code) {
-  constexpr std::array<std::pair<std::int32_t, std::wstring_view>, 7> kWords = {{{2000, L"#NULL!"},
-                                                                                 {2007, L"#DIV/0!"},
-                                                                                 {2015, L"#VALUE!"},
-                                                                                 {2023, L"#REF!"},
-                                                                                 {2029, L"#NAME?"},
-                                                                                 {2036, L"#NUM!"},
-                                                                                 {2042, L"#N/A"}}};
+  constexpr std::pair<std::int32_t, std::wstring_view> kWords[] = {
+      {2000, L"#NULL!"},  {2007, L"#DIV/0!"},   {2015, L"#VALUE!"},   {2023, L"#REF!"},
+      {2029, L"#NAME?"},  {2036, L"#NUM!"},     {2042, L"#N/A"},      {2043, L"#GETTING_DATA"},
+      {2045, L"#SPILL!"}, {2046, L"#CONNECT!"}, {2047, L"#BLOCKED!"}, {2048, L"#UNKNOWN!"},
+      {2049, L"#FIELD!"}, {2050, L"#CALC!"}};
   for (const auto& [known, word] : kWords) {
     if (known == (code & 0xFFFF)) return word;
   }

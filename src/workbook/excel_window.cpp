@@ -94,9 +94,11 @@ bool FollowSwappedWorkbook(ExcelWindow& pinned, IDispatch* application) {
   ExcelWindow rebuilt = ExcelWindow::FromWindowDisp(pinned.window.Get(), application);
   // A workbook that cannot be found now (a busy host) is no reason to lose the one that is pinned.
   if (rebuilt.workbook == nullptr) return false;
-  const bool same = rebuilt.workbookName == pinned.workbookName &&
-                    FullOrPlainName(rebuilt.workbook.Get()) == FullOrPlainName(pinned.workbook.Get());
-  if (same) return false;
+  if (FullOrPlainName(rebuilt.workbook.Get()) == FullOrPlainName(pinned.workbook.Get())) {
+    // One that was saved under another name is still the same.
+    pinned.workbookName = std::move(rebuilt.workbookName);
+    return false;
+  }
   PaneLog(Concat(L"ExcelWindow RefreshIfDocumentSwapped: workbook changed from \"", pinned.workbookName,
                  L"\" to \"", rebuilt.workbookName, L"\"\r\n"));
   pinned = std::move(rebuilt);

@@ -35,8 +35,8 @@ void ScrollIntoView(const TargetContext& target, std::wstring_view sheetName, co
   // What is written is written; a window that does not scroll is no failure.
   static_cast<void>(PutDispProperty(window.Get(), L"ScrollRow", &row));
   static_cast<void>(PutDispProperty(window.Get(), L"ScrollColumn", &col));
-  PaneLog(Concat(L"ScrollActiveWindowToExtents r=", block.firstRow, L'-', block.firstRow + block.rows - 1,
-                 L" c=", block.firstCol, L'-', block.firstCol + block.cols - 1, L" target=", block.firstRow,
+  PaneLog(Concat(L"ScrollActiveWindowToExtents r=", block.firstRow, L'-', block.firstRow + (block.rows - 1),
+                 L" c=", block.firstCol, L'-', block.firstCol + (block.cols - 1), L" target=", block.firstRow,
                  L',', block.firstCol, L" visible=0\r\n"));
 }
 

@@ -31,6 +31,9 @@ class TargetContext {
   /// afterwards.
   [[nodiscard]] bool RefreshPin();
 
+  /// Whether a target is pinned that was given to `Pin`.
+  [[nodiscard]] bool IsPinnedOnPurpose() const { return pinned_.IsValid() && !implicit_; }
+
   /// Unpins what `RefreshPin` chose by itself, so that the pane follows the active window again; a target
   /// that was given to `Pin` stays.
   void DropImplicitPin();

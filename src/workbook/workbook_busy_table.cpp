@@ -40,6 +40,12 @@ bool WorkbookBusyTable::TryClaimWorkbook(const std::wstring& workbookKey, const 
   return false;
 }
 
+bool WorkbookBusyTable::IsClaimed(const std::wstring& workbookKey) {
+  Owners& owners = Table();
+  const std::scoped_lock lock(owners.mutex);
+  return owners.byKey.contains(workbookKey);
+}
+
 void WorkbookBusyTable::ReleaseWorkbook(const std::wstring& workbookKey, const void* owner) {
   Owners& owners = Table();
   const std::scoped_lock lock(owners.mutex);

@@ -12,6 +12,9 @@ class WorkbookBusyTable {
   /// logged. `owner` is compared and printed only.
   [[nodiscard]] static bool TryClaimWorkbook(const std::wstring& workbookKey, const void* owner);
 
+  /// Whether anybody holds the workbook; nobody holds an empty key.
+  [[nodiscard]] static bool IsClaimed(const std::wstring& workbookKey);
+
   /// Gives the claim up when `owner` holds it.
   static void ReleaseWorkbook(const std::wstring& workbookKey, const void* owner);
 };

@@ -29,6 +29,8 @@ TEST(NumberTexts, LoseNothing) {
 TEST(ErrorWords, AreKnownByTheirNumberOrTheirWholeCode) {
   EXPECT_EQ(ErrorWord(2042), L"#N/A");
   EXPECT_EQ(ErrorWord(static_cast<std::int32_t>(0x800A07D7)), L"#DIV/0!");
+  EXPECT_EQ(ErrorWord(2045), L"#SPILL!");
+  EXPECT_EQ(ErrorWord(2044), L"#VALUE!");
   EXPECT_EQ(ErrorWord(1), L"#VALUE!");
 }
 

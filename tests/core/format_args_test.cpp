@@ -14,7 +14,7 @@ RangeFormat Parse(std::wstring_view json) {
 }
 
 std::vector<std::int32_t> EdgesOf(const std::wstring& edges) {
-  return Parse(L"{\"border\":{\"edges\":" + edges + L"}}").border.edges;
+  return Parse(L"{\"border\":{\"style\":\"thin\",\"edges\":" + edges + L"}}").border.edges;
 }
 
 TEST(Colors, AreSixHexDigitsWithBlueInTheHighByte) {
@@ -78,7 +78,7 @@ TEST(Borders, AreNamedByOneEdgeOrAList) {
   EXPECT_EQ(EdgesOf(LR"(["outer",3,null,["top"]])"), std::vector<std::int32_t>{});
 }
 
-TEST(Borders, AreThinUnlessTheirStyleSaysOtherwise) {
+TEST(Borders, AreDrawnAsTheirStyleSays) {
   struct Case {
     const wchar_t* style;
     std::int32_t line;
@@ -91,8 +91,18 @@ TEST(Borders, AreThinUnlessTheirStyleSaysOtherwise) {
     EXPECT_EQ(line->style, each.line);
     EXPECT_EQ(line->weight, each.weight);
   }
-  EXPECT_EQ(Parse(LR"({"border":{}})").border.line->weight, 2);
   EXPECT_FALSE(Parse(LR"({"border":{"style":"wavy"}})").border.line);
+}
+
+TEST(Borders, KeepWhatTheArgumentDoesNotName) {
+  EXPECT_TRUE(Parse(LR"({"border":{}})").border.edges.empty());
+  EXPECT_TRUE(Parse(LR"({"border":{"edges":"all"}})").border.edges.empty());
+  const BorderFormat colored = Parse(LR"({"border":{"edges":"top","color":"#FF0000"}})").border;
+  EXPECT_EQ(colored.edges, std::vector<std::int32_t>{8});
+  EXPECT_EQ(colored.color, 255);
+  EXPECT_FALSE(colored.line);
+  // A colour would draw the line that goes.
+  EXPECT_FALSE(Parse(LR"({"border":{"style":"none","color":"#FF0000"}})").border.color);
 }
 
 }  // namespace

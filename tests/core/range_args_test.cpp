@@ -92,6 +92,18 @@ TEST(RangeArguments, OfTheWholeSheetHaveTheirNumberOfCells) {
   EXPECT_EQ(Parse(LR"({"range":"A1:CV50"})")->Cells(), kMaxToolCells);
 }
 
+TEST(ToolArguments, FindMembersInATextThatIsNoObject) {
+  const ToolArguments arguments(LR"({"values":[["say \"fill\": 1"]],"fill":{"color":"#102030"},"width":5,)");
+  EXPECT_EQ(arguments.Value(L"fill"), LR"({"color":"#102030"})");
+  EXPECT_EQ(arguments.Value(L"values"), LR"([["say \"fill\": 1"]])");
+  EXPECT_EQ(arguments.Value(L"width"), L"5");
+  EXPECT_EQ(arguments.Value(L"height"), L"");
+  // In an object only its own members count, and null is none.
+  EXPECT_EQ(ToolArguments(LR"({"a":{"fill":1},"b":null})").Value(L"fill"), L"");
+  EXPECT_EQ(ToolArguments(LR"({"a":{"fill":1},"b":null})").Value(L"b"), L"");
+  EXPECT_EQ(ToolArguments(LR"({"sheetName":null,"range":"A1"})").Text(L"sheetName"), L"");
+}
+
 TEST(ToolArguments, SurviveHostileTexts) {
   const std::wstring deep(200000, L'[');
   for (const std::wstring& text :

@@ -2,10 +2,12 @@
 
 #include <string>
 
+#include "foundation/text.h"
 #include "tools/calculation_mode.h"
 #include "tools/chart_args.h"
 #include "tools/duplicate_args.h"
 #include "tools/line_args.h"
+#include "tools/sheet_choice.h"
 #include "tools/sheet_name.h"
 
 namespace qv {
@@ -52,14 +54,53 @@ TEST(LineArgs, IndicesAreSortedFromTheHighestDown) {
   using Indices = std::vector<std::int32_t>;
   const std::pair<const wchar_t*, Indices> cases[] = {
       {LR"({"indices":[2,9,2,0,-4]})", {9, 2, 2}},
-      {LR"({"indices":[99999999999,3.7,"4",null,[5],{"a":6},true]})", {2147483647, 3}},
+      {LR"({"indices":[99999999999,3.7,1e3,2.0,"4",null,[5],{"a":6},true]})", {2147483647, 1000, 2}},
       {LR"({"indices":[]})", {}},
       {LR"({"indices":7})", {}},
       {LR"({"indices":[1,2)", {}},
       {L"", {}},
   };
   for (const auto& [json, wanted] : cases)
-    EXPECT_EQ(ParseLineIndices(ToolArguments(json)), wanted);
+    EXPECT_EQ(ParseLineIndices(ToolArguments(json)).numbers, wanted);
+  EXPECT_EQ(ParseLineIndices(ToolArguments(LR"({"indices":[0,"x"]})")).given, 2U);
+}
+
+TEST(LineArgs, OnlyAWholeRangeGoesBeforeIndices) {
+  const std::pair<const wchar_t*, bool> cases[] = {
+      {LR"({"range":"A1"})", true},
+      {LR"({"range":"nonsense"})", true},
+      {LR"({"range":"","row":1})", false},
+      {LR"({"range":null,"row":1,"col":1})", true},
+      {LR"({"range":7})", false},
+      {LR"({"row1":1,"col1":1})", false},
+      {LR"({"row1":1,"col1":1,"row2":2,"col2":2})", true},
+  };
+  for (const auto& [json, named] : cases)
+    EXPECT_EQ(NamesRange(ToolArguments(json)), named) << ToUtf8(json);
+}
+
+TEST(SheetChoice, WhatIsTheObjectsOwnGoesBeforeWhatIsNot) {
+  const struct {
+    const wchar_t* json;
+    const wchar_t* name;
+    std::optional<std::int32_t> index;
+  } cases[] = {
+      {LR"({"name":"A","index":2})", L"A", {}},
+      {LR"({"index":2,"from":{"name":"A"}})", L"", 2},
+      {LR"({"name":"","index":2})", L"", 2},
+      {LR"({"from":{"name":"A"}})", L"A", {}},
+      {LR"({"from":{"index":3}})", L"", 3},
+      {LR"({"index":1e0})", L"", 1},
+      {LR"({"index":1.5})", L"", 0},
+      {LR"({"index":"2"})", L"", 0},
+      {LR"({"index":null})", L"", {}},
+      {L"{}", L"", {}},
+  };
+  for (const auto& [json, name, index] : cases) {
+    const SheetChoice choice = ParseSheetChoice(ToolArguments(json));
+    EXPECT_EQ(choice.name, name) << ToUtf8(json);
+    EXPECT_EQ(choice.index, index) << ToUtf8(json);
+  }
 }
 
 TEST(LineArgs, ARangeMustEndInTheModesDirection) {

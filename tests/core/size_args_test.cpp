@@ -44,7 +44,6 @@ TEST(SizeArguments, NameColumnsAndRowsInEveryShape) {
       {LR"({"columns":[{"range":"B2:D4","width":10}],"height":30})", {{kColumns, 2, 4, 10.0}}},
       {LR"({"col":"AB","width":10,"row":7,"height":30})", {{kColumns, 28, 28, 10.0}, {kRows, 7, 7, 30.0}}},
       {LR"({"columns":"C","width":10})", {{kColumns, 3, 3, 10.0}}},
-      {LR"({"columns":["$C",0,-1,"",null,[1],{},"C1x"],"width":10})", {}},
       {LR"({"columns":[2],"width":"10"})", {}},
       {L"{}", {}},
       {L"no object", {}},
@@ -54,6 +53,34 @@ TEST(SizeArguments, NameColumnsAndRowsInEveryShape) {
     EXPECT_EQ(sizes.changes, each.changes) << ::testing::PrintToString(std::wstring(each.json));
     EXPECT_FALSE(sizes.fitsUsedColumns || sizes.fitsUsedRows);
   }
+}
+
+TEST(SizeArguments, RefuseATargetThatNamesNothing) {
+  for (const wchar_t* json :
+       {LR"({"range":"$A:$C","autofit":true})", LR"({"range":"","autofit":true})",
+        LR"({"range":7,"width":9})", LR"({"columns":["$A"],"autofit":true})", LR"({"columns":["A",null]})",
+        LR"({"columns":[[1]]})", LR"({"columns":[{}]})", LR"({"columns":[{"range":"2:4"}]})",
+        LR"({"columns":"2:4","width":9})", LR"({"rows":[0],"height":9})", LR"({"rows":{},"height":9})",
+        LR"({"col":"C1x","width":10})", LR"({"row":-1,"autofit":true})", LR"({"row1":3,"autofit":true})",
+        LR"({"columns":["A"],"rows":["A"],"autofit":true})"}) {
+    const SizeArgs sizes = Parse(json);
+    EXPECT_EQ(sizes.error, L"range 参数缺失或无效") << ::testing::PrintToString(std::wstring(json));
+    EXPECT_TRUE(sizes.changes.empty());
+    EXPECT_FALSE(sizes.fitsUsedColumns || sizes.fitsUsedRows);
+  }
+}
+
+TEST(SizeArguments, TakeAsManyEntriesAsTheirLimit) {
+  const auto list = [](std::size_t count) {
+    std::wstring json = LR"({"width":5,"columns":[1)";
+    for (std::size_t i = 1; i < count; ++i)
+      json += L",1";
+    return json + L"]}";
+  };
+  EXPECT_EQ(Parse(list(kMaxSizeEntries)).changes.size(), kMaxSizeEntries);
+  const SizeArgs more = Parse(list(kMaxSizeEntries + 1));
+  EXPECT_TRUE(more.changes.empty());
+  EXPECT_EQ(more.error, L"columns 或 rows 条目过多（>5000），请减少");
 }
 
 TEST(SizeArguments, FitWhatIsNamedWithoutASize) {
@@ -78,6 +105,9 @@ TEST(SizeArguments, FitTheUsedRangeWhenNothingIsNamed) {
         // A flag is about what is named; a list names the axis itself.
         Case{LR"({"columns":["A"],"autofit":true})", false, false},
         Case{LR"({"columns":[{"col":"A","width":5}],"autofit":["rows"]})", false, true},
+        Case{LR"({"columns":[],"autofit":true})", false, false},
+        Case{LR"({"columns":null,"range":null,"autofit":true})", true, true},
+        Case{LR"({"range":"B:D","autofit":["rows"]})", false, false},
         Case{LR"({"autofit":["cells"]})", false, false}, Case{LR"({"autofit":"yes"})", false, false}}) {
     const SizeArgs sizes = Parse(each.json);
     EXPECT_EQ(sizes.fitsUsedColumns, each.columns) << ::testing::PrintToString(std::wstring(each.json));

@@ -9,7 +9,7 @@ namespace qv {
 namespace {
 
 UndoRecord Record(std::int32_t row) {
-  return {.row = row, .col = 1, .sheetName = L"Sheet1", .previous = {}, .book = {}};
+  return {.row = row, .col = 1, .sheetName = L"Sheet1", .previous = {}, .book = {}, .format = {}};
 }
 
 std::vector<std::int32_t> TakeAll(UndoLog& log) {
@@ -54,6 +54,7 @@ TEST(UndoBooks, AreTheSameByPinOrByName) {
   EXPECT_FALSE((UndoBook{3, L"Old.xlsx"}.IsSame({4, L"New.xlsx"})));
   // Without a pin nothing but the name tells.
   EXPECT_FALSE((UndoBook{0, L"Old.xlsx"}.IsSame({0, L"New.xlsx"})));
+  EXPECT_FALSE((UndoBook{0, L""}.IsSame({0, L""})));
 }
 
 }  // namespace

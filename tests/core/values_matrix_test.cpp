@@ -34,6 +34,15 @@ TEST(ValuesMatrices, TakeAPlainListAsARowOrAColumn) {
   EXPECT_EQ(ParseValuesMatrix(LR"([["a",1]])", true)->size(), 1u);
 }
 
+TEST(ValuesMatrices, EndBehindTheirLimit) {
+  std::wstring items = L"1";
+  for (std::size_t i = 1; i < kMaxValues; ++i)
+    items += L",1";
+  EXPECT_EQ(CountOf(*ParseValuesMatrix(L"[" + items + L"]", false)), kMaxValues);
+  EXPECT_EQ(CountOf(*ParseValuesMatrix(L"[[" + items + L",1,1,1]]", false)), kMaxValues + 1);
+  EXPECT_EQ(ParseValuesMatrix(L"[[" + items + L"],[1],[2]]", false)->size(), 2u);
+}
+
 TEST(ValuesMatrices, MayHaveRowsOfDifferentLengthAndEmptyOnes) {
   const auto matrix = ParseValuesMatrix(L"[[],[1,2],[3]]", false);
   ASSERT_TRUE(matrix);

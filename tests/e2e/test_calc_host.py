@@ -57,6 +57,7 @@ def test_sheets_by_name_and_number_with_excels_refusals(office, book, sheet):
     refused(sheet.put, "Visible", 0)
     refused(sheet.call, "Delete")
     added.put("Visible", -1)
+    office.application.put("DisplayAlerts", False)
     assert added.call("Delete") is True
     assert sheets.Count == 1
 

@@ -6,7 +6,7 @@ import zipfile
 
 import pytest
 
-from calc_office import cell, refused, values
+from calc_office import cell, error, refused, values
 
 COLUMN, LINE, PIE, BAR = 51, 4, 5, 57
 
@@ -97,3 +97,31 @@ def test_duplicates_go_by_the_compared_columns(sheet):
     assert values(sheet, "A1:B5") == [["k", "v"], ["a", 1], ["A", 2], ["b", 1], [None, None]]
     cell(sheet, "A1:B5").call("RemoveDuplicates", {"list": [1]}, 1)
     assert values(sheet, "A1:B4") == [["k", "v"], ["a", 1], ["b", 1], [None, None]]
+
+
+def test_duplicates_of_whole_columns_keep_errors_and_booleans_apart(sheet):
+    fill(sheet, "A1:B6", [[True, "a"], [1, "a"], [True, "A"], ["=1/0", "b"], ["=2/0", "b"], [False, "c"]])
+    cell(sheet, "A:B").call("RemoveDuplicates", {"list": [1, 2]}, 2)
+    assert values(sheet, "A1:B6") == [[True, "a"], [1, "a"], [error(2007), "b"], [False, "c"], [None, None],
+                                      [None, None]]
+    assert values(sheet, "A1:A2")[0][0] is True and cell(sheet, "A4").Value2 is False
+    cell(sheet, "C9").call("RemoveDuplicates", 1, 2)
+    cell(sheet, "F:G").call("RemoveDuplicates", {"list": [2]}, 1)
+    refused(cell(sheet, "A1:B6").call, "RemoveDuplicates", {"list": [1], "low": 1}, 2)
+
+
+def test_a_new_sheet_goes_beside_a_worksheet_only(office, sheet):
+    sheets = office.application.Worksheets
+    for place in ("Sheet1", 1, cell(sheet, "A1")):
+        refused(sheets.call, "Add", place)
+    refused(sheets.call, "Add", sheet, sheet)
+    assert sheets.Count == 1
+
+
+def test_a_sheet_is_deleted_without_asking_only(office, sheet):
+    added = office.application.Worksheets.call("Add")
+    assert added.call("Delete") is False
+    office.application.put("DisplayAlerts", False)
+    assert added.call("Delete") is True
+    office.application.put("DisplayAlerts", True)
+    assert office.application.Worksheets.Count == 1

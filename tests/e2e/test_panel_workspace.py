@@ -28,6 +28,6 @@ def test_a_run_in_the_workspace_window_takes_the_choices_along_and_brings_them_b
     pane.wait_for(f"{WINDOW_BUTTON} === 'Open in a larger window'")
     assert pane.phase() == "translating"
     pane.wait_for(f"{SCOPE} === 'full' && document.getElementById('target').value === 'de'")
-    pane.wait_for_phase("done")
+    pane.wait_for_phase("done", timeout=90)
     assert column(host, TWO_BATCHES) == [translated(text, "DE") for text in texts]
     host.quit()

@@ -46,7 +46,9 @@ json ArrayToWire(const VARIANT& value, const RemoteSession* session) {
     json list = json::array();
     for (size_t i = 0; i < rows; ++i)
       list.push_back(ToWire(elements[i], session));
-    return {{"list", std::move(list)}};
+    LONG low = 0;
+    static_cast<void>(SafeArrayGetLBound(array, 1, &low));
+    return {{"list", std::move(list)}, {"low", low}};
   }
   const auto columns = static_cast<size_t>(Extent(array, 2));
   json lines = json::array();

@@ -81,6 +81,7 @@ const ClassInfo& ApplicationObject::Class() const {
                                   {L"ScreenUpdating", kGet | kPut, Do<&A::Switch<&Host::screenUpdating>>},
                                   {L"EnableEvents", kGet | kPut, Do<&A::Switch<&Host::enableEvents>>},
                                   {L"Interactive", kGet | kPut, Do<&A::Switch<&Host::interactive>>},
+                                  {L"CutCopyMode", kGet | kPut, Do<&A::CutCopyMode>},
                                   {L"Calculation", kGet | kPut, Do<&A::Calculation>},
                                   {L"Calculate", kMethod, Do<&A::Calculate>},
                                   {L"Ready", kGet, Do<&A::Ready>},
@@ -179,6 +180,13 @@ Variant ApplicationObject::Cells(Call& call) {
 Variant ApplicationObject::AccessSwitch(bool Host::*field, Call& call) {
   if (!call.IsPut()) return Variant(GetHost().*field);
   GetHost().*field = ToBool(call.Value());
+  return {};
+}
+
+Variant ApplicationObject::CutCopyMode(Call& call) {
+  if (!call.IsPut()) return Variant(GetHost().cutCopyMode);
+  // Whatever is put ends the mode.
+  GetHost().cutCopyMode = 0;
   return {};
 }
 

@@ -38,6 +38,7 @@ class ApplicationObject final : public DispatchObject {
   Variant Switch(Call& call) {
     return AccessSwitch(Field, call);
   }
+  Variant CutCopyMode(Call& call);
   Variant Calculation(Call& call);
   Variant Calculate(Call& call);
   Variant Ready(Call& call);

@@ -87,6 +87,9 @@ struct Host {
   bool enableEvents = true;
   bool interactive = true;
   long calculation = -4105;
+  /// What Application.CutCopyMode answers: 0, or 1 and 2 while cells are marked to be copied or moved. Only
+  /// told of: nothing is pasted or inserted.
+  long cutCopyMode = 0;
   /// Windows language id that LanguageSettings answers for every purpose.
   long uiLanguage = 1033;
   /// Windows offer "Workbook", which real hosts do not.

@@ -46,6 +46,9 @@ Variant ErrorVariant(long number, bool wps) {
   Variant error;
   VARIANT* const out = error.Put();
   out->vt = wps ? VT_I4 : VT_ERROR;
+  // What lies beside the code is no part of the value, and never the same.
+  static std::int64_t leftOver = 0;
+  out->llVal = ++leftOver << 32;
   out->lVal = code;
   return error;
 }

@@ -4,8 +4,10 @@
 #include <atomic>
 #include <chrono>
 #include <new>
+#include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "addin/tools/tools_fixture.h"
@@ -66,6 +68,16 @@ class Dispatch : public ToolsTest {
     dispatcher->SetConnected(true);
     return dispatcher;
   }
+  /// Until a task waits for the window, which does not get it yet.
+  void AwaitPost() const {
+    const auto queued = [&] {
+      MSG message;
+      return PeekMessageW(&message, window.Handle(), kUiTaskMessage, kUiTaskMessage, PM_NOREMOVE) != 0;
+    };
+    const auto end = Clock::now() + kPatience;
+    while (!queued() && Clock::now() < end)
+      std::this_thread::yield();
+  }
   [[nodiscard]] std::wstring Call(const std::shared_ptr<ToolDispatcher>& dispatcher,
                                   const std::wstring& action) {
     Caller caller(dispatcher, action);
@@ -103,6 +115,43 @@ TEST_F(Dispatch, CallsRunOneAfterTheOtherAndNeverTwice) {
   for (int i = 0; i < 20; ++i)
     EXPECT_EQ(callers[static_cast<std::size_t>(i)]->Wait(), std::to_wstring(i));
   EXPECT_EQ(runs, 20);
+}
+
+TEST_F(Dispatch, AToolThatComesWhileAnotherRunsWaitsForItsEnd) {
+  std::vector<std::wstring> steps;
+  std::optional<Caller> second;
+  std::optional<Caller> third;
+  std::shared_ptr<ToolDispatcher> dispatcher;
+  dispatcher = With([&](std::wstring_view action, const std::wstring&) {
+    steps.push_back(std::wstring(action) + L" begins");
+    if (action == L"outer") {
+      // The calls come in while the host handles messages.
+      for (auto* const call : {&second, &third}) {
+        call->emplace(dispatcher, call == &second ? L"second" : L"third");
+        AwaitPost();
+        PumpMessages();
+      }
+    }
+    steps.push_back(std::wstring(action) + L" ends");
+    return std::wstring(action);
+  });
+  Caller outer(dispatcher, L"outer");
+  EXPECT_TRUE(PumpUntil([&] { return outer.IsDone() && second && second->IsDone() && third->IsDone(); }));
+  EXPECT_EQ(steps, (std::vector<std::wstring>{L"outer begins", L"outer ends", L"second begins",
+                                              L"second ends", L"third begins", L"third ends"}));
+  EXPECT_EQ(second->Wait(), L"second");
+}
+
+TEST_F(Dispatch, AToolThatWaitsForItsTurnIsDroppedWithThePane) {
+  int runs = 0;
+  const auto dispatcher = With([](std::wstring_view, const std::wstring&) { return std::wstring(); });
+  dispatcher->Turns().Run([&] {
+    dispatcher->Turns().Run([&] { ++runs; });
+    dispatcher->Close();
+    dispatcher->Turns().Run([&] { ++runs; });
+  });
+  PumpMessages();
+  EXPECT_EQ(runs, 0);
 }
 
 TEST_F(Dispatch, ACallThatTakesTooLongEndsButItsToolStillRuns) {
@@ -147,13 +196,7 @@ TEST_F(Dispatch, ClosingWakesACallerAtOnceAndDropsItsCall) {
     return std::wstring();
   });
   Caller first(dispatcher, L"first");
-  const auto queued = [&] {
-    MSG message;
-    return PeekMessageW(&message, window.Handle(), kUiTaskMessage, kUiTaskMessage, PM_NOREMOVE) != 0;
-  };
-  const auto end = Clock::now() + kPatience;
-  while (!queued() && Clock::now() < end)
-    std::this_thread::yield();
+  AwaitPost();
   pane->MarkClosing();
   dispatcher->Close();
   EXPECT_EQ(first.Wait(), Error(L"操作超时"));
@@ -187,6 +230,16 @@ TEST_F(Dispatch, ACallerMayOutliveThePane) {
   EXPECT_EQ(Caller(dispatcher, L"excelReadRange").Wait(), Error(L"未连接到 Excel"));
   EXPECT_FALSE(trace.Has(L"DispatchSync"));
   tools.emplace(pane, target, panel);
+}
+
+TEST_F(Dispatch, TheNextToolRunsEvenWhenNoTaskCanBePosted) {
+  int runs = 0;
+  const auto dispatcher = With([](std::wstring_view, const std::wstring&) { return std::wstring(); });
+  dispatcher->Turns().Run([&] {
+    dispatcher->Turns().Run([&] { ++runs; });
+    pane->Tasks().Close();
+  });
+  EXPECT_EQ(runs, 1);
 }
 
 class PanelPath : public ToolsTest {
@@ -229,6 +282,35 @@ TEST_F(PanelPath, RepliesAtOnceWithoutAHost) {
   Post(L"excelReadRange");
   EXPECT_EQ(panel.scripts, std::vector{Reply(L"true", Error(L"未连接到 Excel"))});
   EXPECT_TRUE(trace.Has(L"HandleAutofillMessage error: m_appDisp null\r\n"));
+}
+
+TEST_F(PanelPath, WaitsForAToolThatRuns) {
+  std::vector<std::size_t> replies;
+  tools->Dispatcher()->Turns().Run([&] {
+    Post(L"excelPushUndoMarker");
+    PumpMessages();
+    replies.push_back(panel.scripts.size());
+  });
+  PumpMessages();
+  replies.push_back(panel.scripts.size());
+  EXPECT_EQ(replies, (std::vector<std::size_t>{0, 1}));
+}
+
+TEST_F(PanelPath, RepliesAtOnceWhenNothingCanBePosted) {
+  pane->Tasks().Close();
+  Post(L"excelReadRange", LR"(,"range":"A1")");
+  EXPECT_EQ(panel.scripts, std::vector{Reply(L"true", Error(L"操作超时"))});
+}
+
+TEST_F(PanelPath, AResultThatIsTooLargeToBeCarriedIsAnError) {
+  bool first = true;
+  panel.onScript = [&] {
+    if (std::exchange(first, false)) throw std::bad_alloc();
+  };
+  Post(L"excelReadRange", LR"(,"range":"A1")");
+  PumpMessages();
+  ASSERT_EQ(panel.scripts.size(), 2u);
+  EXPECT_EQ(panel.scripts[1], Reply(L"true", Error(L"COM 异常")));
 }
 
 TEST_F(PanelPath, AClosedPaneChangesNothingAnyMore) {

@@ -127,5 +127,33 @@ TEST_F(Duplicates, WhereCaseIsToCountNothingIsRemovedThatDiffersInIt) {
       LR"({"ok":true,"removed":0,"rowsBefore":3,"rowsAfter":3})");
 }
 
+TEST_F(Duplicates, EqualErrorsAndEmptyTextsBesideWordsDoNotHideThatCaseMatters) {
+  constexpr const wchar_t* kJson =
+      LR"({"range":"B3:C4","confirm":true,"match_case":true,"has_header":false})";
+  for (const char* address : {"C3", "C4"})
+    engine.Set(L"Sheet1", address, devhost::memory::ErrorValue{2042});
+  EXPECT_NE(Run(kTool, kJson).find(L"0x80004001"), std::wstring::npos);
+  engine.Set(L"Sheet1", "C3", L"");
+  engine.Sheet(L"Sheet1").ClearContents({4, 3, 4, 3});
+  EXPECT_NE(Run(kTool, kJson).find(L"0x80004001"), std::wstring::npos);
+  ExpectUnchanged();
+}
+
+TEST_F(Duplicates, ACountThatFailsOnceIsTakenAgain) {
+  constexpr const wchar_t* kJson = LR"({"range":"B2:C7","confirm":true})";
+  const auto failCounts = [this](long times) {
+    engine.Faults().OnCall("Range.RemoveDuplicates", [this, times] {
+      engine.Faults().Fail({.member = "Worksheet.UsedRange", .times = times});
+    });
+  };
+  failCounts(1);
+  EXPECT_EQ(Run(kTool, kJson), LR"({"ok":true,"removed":1,"rowsBefore":5,"rowsAfter":4})");
+  engine.Faults().Clear();
+  failCounts(2);
+  const TraceTail trace;
+  EXPECT_EQ(Run(kTool, kJson), Error(L"无法读取区域"));
+  EXPECT_TRUE(trace.Has(L"ExcelRemoveDuplicates removed, count unreadable\r\n"));
+}
+
 }  // namespace
 }  // namespace qv::test

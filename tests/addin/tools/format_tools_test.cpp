@@ -58,6 +58,33 @@ TEST_F(FormatTools, BordersGoToTheNamedEdges) {
   EXPECT_EQ(Border("F6", 10, L"LineStyle"), -4115);
 }
 
+TEST_F(FormatTools, ABorderKeepsWhatIsNotNamed) {
+  const auto format = [&](const wchar_t* border) {
+    EXPECT_EQ(Run(L"excelFormatRange", L"{\"range\":\"B2\",\"border\":" + std::wstring(border) + L"}"),
+              kApplied);
+  };
+  format(LR"({"edges":"top","style":"thick"})");
+  format(L"{}");
+  format(LR"({"edges":"top","color":"#FF0000"})");
+  EXPECT_EQ(Border("B2", 8, L"Weight"), 4);
+  EXPECT_EQ(Border("B2", 8, L"Color"), 255);
+  EXPECT_EQ(Border("B2", 7, L"LineStyle"), -4142);
+  engine.ResetCounters();
+  format(LR"({"style":"none","color":"#00FF00"})");
+  EXPECT_EQ(engine.Calls("Border.Color"), 0u);
+  EXPECT_EQ(engine.Calls("Range.Font"), 0u);
+}
+
+TEST_F(FormatTools, ABusyHostIsToldAsSuch) {
+  MakeBusy("Worksheet.Range");
+  for (const wchar_t* name : {L"excelFormatRange", L"excelMergeCells", L"excelUnmergeCells"})
+    EXPECT_EQ(Run(name, LR"({"range":"A1"})"), Error(L"Excel 正忙，请稍后重试"));
+  MakeBusy("Worksheet.UsedRange");
+  EXPECT_EQ(Run(L"excelSetSize", LR"({"autofit":true})"), Error(L"Excel 正忙，请稍后重试"));
+  MakeBusy("Window.Selection");
+  EXPECT_EQ(Run(L"excelGetWriteContext"), Error(L"Excel 正忙，请稍后重试"));
+}
+
 TEST_F(FormatTools, WholeColumnsAndRowsAreFormattedAsSuch) {
   SetText("D9", L"x");
   EXPECT_EQ(Run(L"excelFormatRange", LR"({"range":"C:D","font":{"bold":true}})"), kApplied);
@@ -101,6 +128,11 @@ TEST_F(FormatTools, FittingWithoutATargetIsAboutTheUsedRange) {
   EXPECT_GT(Number("B2", L"ColumnWidth"), 20);
   EXPECT_EQ(Run(L"excelSetSize", LR"({"autofit":true})"), LR"({"ok":true,"applied":2})");
   EXPECT_EQ(Run(L"excelSetSize", LR"({"columns":["B"],"autofit":true})"), LR"({"ok":true,"applied":1})");
+  EXPECT_EQ(Run(L"excelSetSize", LR"({"columns":["$B"],"autofit":true})"), Error(L"range 参数缺失或无效"));
+  SetText("Z60000", L"far");
+  engine.ResetCounters();
+  EXPECT_EQ(Run(L"excelSetSize", LR"({"autofit":true})"), LR"({"ok":true,"applied":2})");
+  EXPECT_EQ(engine.Calls("Range.Value2"), 0u) << "the place of a large used range says enough";
   engine.Faults().Hide("Range.AutoFit");
   EXPECT_EQ(Run(L"excelSetSize", LR"({"autofit":true})"), LR"({"ok":true,"applied":0})");
 }

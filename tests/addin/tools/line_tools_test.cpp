@@ -63,6 +63,69 @@ TEST_F(LineTools, DeleteCountsOnlyWhatTheHostDeleted) {
   EXPECT_EQ(Rows(), L"1 2 4 5 6 7 8 9 10 - - - ");
 }
 
+TEST_F(LineTools, DeleteStopsWhereTheHostGetsBusyAndTellsHowFarItCame) {
+  const auto makeBusyAfter = [this](long calls) {
+    engine.Faults().Fail(
+        {.member = "Range.Delete", .error = {DISP_E_EXCEPTION, devhost::memory::kHostBusy}, .after = calls});
+  };
+  engine.ResetCounters();
+  makeBusyAfter(1);
+  EXPECT_EQ(Run(L"excelDeleteRowsCols", LR"({"mode":"rows","indices":[2,4,6]})"),
+            Error(L"Excel 正忙，请稍后重试（已从最大编号起删除 1）"));
+  EXPECT_EQ(engine.Calls("Range.Delete"), 2U);
+  EXPECT_EQ(Rows(), L"1 2 3 4 5 7 8 9 10 - - - ");
+  engine.Faults().Clear();
+  makeBusyAfter(0);
+  for (const wchar_t* json : {LR"({"mode":"rows","indices":[2,4]})", LR"({"mode":"rows","range":"1:2"})"})
+    EXPECT_EQ(Run(L"excelDeleteRowsCols", json), Error(L"Excel 正忙，请稍后重试")) << ToUtf8(json);
+}
+
+TEST_F(LineTools, IndicesWithoutALineDoNothing) {
+  const TraceTail trace;
+  book->windows.front()->ViewOf(*book->sheets.front()).scrollRow = 500;
+  EXPECT_EQ(Run(L"excelInsertRowsCols", LR"({"mode":"rows","indices":[0,"2"]})"), kOk);
+  EXPECT_TRUE(trace.Has(L"ExcelInsertRowsCols indicesMode count=2\r\n"));
+  EXPECT_EQ(engine.Calls("Range.Insert"), 0U);
+  EXPECT_EQ(book->windows.front()->ViewOf(*book->sheets.front()).scrollRow, 500);
+}
+
+TEST_F(LineTools, MoreIndicesThanACallTakesChangeNothing) {
+  std::wstring json = LR"({"mode":"rows","indices":[1)";
+  for (int i = 0; i < 5000; ++i)
+    json += L",0";
+  json += L"]}";
+  for (const wchar_t* tool : {L"excelDeleteRowsCols", L"excelInsertRowsCols"})
+    EXPECT_EQ(Run(tool, json), Error(L"indices 过多（>5000），请分批")) << ToUtf8(tool);
+  EXPECT_EQ(Rows(), L"1 2 3 4 5 6 7 8 9 10 - - ");
+  json.replace(json.rfind(L",0"), 2, L"");
+  EXPECT_EQ(Run(L"excelDeleteRowsCols", json), LR"({"ok":true,"applied":1})");
+}
+
+TEST_F(LineTools, InsertEndsTheCopyModeFirst) {
+  long modeAtInsert = -1;
+  engine.Faults().OnCall("Range.Insert", [&] { modeAtInsert = engine.Host().cutCopyMode; });
+  engine.Host().cutCopyMode = 1;
+  EXPECT_EQ(Run(L"excelInsertRowsCols", LR"({"mode":"rows","indices":[2]})"), kOk);
+  EXPECT_EQ(modeAtInsert, 0);
+  // A host that keeps the marked cells would insert them.
+  engine.Host().cutCopyMode = 2;
+  engine.Faults().Fail({.member = "Application.CutCopyMode", .on = devhost::memory::kOnPut});
+  engine.ResetCounters();
+  EXPECT_EQ(Run(L"excelInsertRowsCols", LR"({"mode":"rows","range":"2:2"})"), Error(L"插入失败"));
+  EXPECT_EQ(engine.Calls("Range.Insert"), 0U);
+}
+
+TEST_F(LineTools, WhatIsInsertedIsShownByMovingInItsOwnDirectionOnly) {
+  auto& view = book->windows.front()->ViewOf(*book->sheets.front());
+  view.scrollColumn = 30;
+  EXPECT_EQ(Run(L"excelInsertRowsCols", LR"({"mode":"rows","range":"B900:D900"})"), kOk);
+  EXPECT_EQ(view.scrollRow, 900);
+  EXPECT_EQ(view.scrollColumn, 30);
+  EXPECT_EQ(Run(L"excelInsertRowsCols", LR"({"mode":"columns","indices":[300]})"), kOk);
+  EXPECT_EQ(view.scrollRow, 900);
+  EXPECT_EQ(view.scrollColumn, 300);
+}
+
 TEST_F(LineTools, BadArgumentsHaveTheirOwnTextsAndChangeNothing) {
   const struct {
     const wchar_t* json;

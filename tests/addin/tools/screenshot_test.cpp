@@ -20,6 +20,8 @@ namespace qv::test {
 namespace {
 
 constexpr const wchar_t* kTool = L"excelScreenshotRange";
+/// Milliseconds that a test waits for a worker.
+constexpr ULONGLONG kDeadline = 10'000;
 constexpr const wchar_t* kRange = LR"({"range":"A1:C4"})";
 
 UINT OwnFormat() {
@@ -115,7 +117,7 @@ class Screenshot : public ToolsTest {
 
   /// Fills the clipboard with one thing of every kind that can be copied.
   void FillClipboard() {
-    const OpenedClipboard clipboard(owner.Get(), kClipboardTries);
+    const OpenedClipboard clipboard(owner.Get(), kClipboardPatience);
     ASSERT_TRUE(static_cast<bool>(clipboard));
     EmptyClipboard();
     SetClipboardData(CF_UNICODETEXT, MemoryOf(L"kept \u4e2d", 7 * sizeof(wchar_t)));
@@ -126,12 +128,19 @@ class Screenshot : public ToolsTest {
     SetClipboardData(CF_PALETTE, SmallPalette());
   }
   [[nodiscard]] std::map<UINT, std::string> ReadClipboard() {
-    const OpenedClipboard clipboard(owner.Get(), kClipboardTries);
+    const OpenedClipboard clipboard(owner.Get(), kClipboardPatience);
     std::map<UINT, std::string> content;
     for (const UINT format : {UINT{CF_UNICODETEXT}, OwnFormat(), UINT{CF_BITMAP}, UINT{CF_ENHMETAFILE},
                               UINT{CF_METAFILEPICT}, UINT{CF_PALETTE}})
       content[format] = Describe(format);
     return content;
+  }
+  /// Waits until the clipboard holds this.
+  void ExpectClipboard(const std::map<UINT, std::string>& content) {
+    const ULONGLONG start = GetTickCount64();
+    while (ReadClipboard() != content && GetTickCount64() - start < kDeadline)
+      PumpMessages();
+    EXPECT_EQ(ReadClipboard(), content);
   }
   /// Runs `action` as soon as the host has put its picture on the clipboard.
   void AfterCopyPicture(std::function<void()> action) {
@@ -172,7 +181,7 @@ TEST_F(Screenshot, TheClipboardHoldsWhatItHeldBefore) {
 
 TEST_F(Screenshot, AnEmptyClipboardIsEmptyAgain) {
   {
-    const OpenedClipboard clipboard(owner.Get(), kClipboardTries);
+    const OpenedClipboard clipboard(owner.Get(), kClipboardPatience);
     EmptyClipboard();
   }
   EXPECT_TRUE(Run(kTool, kRange).starts_with(L"{\"ok\":true"));
@@ -189,7 +198,7 @@ TEST_F(Screenshot, EveryFailureOnTheWayPutsTheClipboardBack) {
   engine.Faults().Clear();
 
   AfterCopyPicture([this] {
-    const OpenedClipboard clipboard(owner.Get(), kClipboardTries);
+    const OpenedClipboard clipboard(owner.Get(), kClipboardPatience);
     EmptyClipboard();
     SetClipboardData(OwnFormat(), MemoryOf("x", 1));
   });
@@ -210,22 +219,30 @@ class ClipboardHolder {
     std::future<void> isOpen = opened.get_future();
     thread_ = std::async(std::launch::async, [this, signal = std::move(opened)]() mutable {
       const ClipboardOwner window;
-      const OpenedClipboard clipboard(window.Get(), kClipboardTries);
+      const OpenedClipboard clipboard(window.Get(), kClipboardPatience);
       signal.set_value();
-      released_.get_future().wait();
+      const Content content = released_.get_future().get();
+      if (content.data == nullptr) return;
+      EmptyClipboard();
+      SetClipboardData(content.format, content.data);
     });
     isOpen.wait();
   }
   ~ClipboardHolder() { Release(); }
-  void Release() {
-    if (thread_.valid()) {
-      released_.set_value();
-      thread_.get();
-    }
+  void Release() { Replace(0, nullptr); }
+  /// Puts something on the clipboard first.
+  void Replace(UINT format, HGLOBAL data) {
+    if (!thread_.valid()) return;
+    released_.set_value({format, data});
+    thread_.get();
   }
 
  private:
-  std::promise<void> released_;
+  struct Content {
+    UINT format;
+    HGLOBAL data;
+  };
+  std::promise<Content> released_;
   std::future<void> thread_;
 };
 
@@ -242,9 +259,54 @@ TEST_F(Screenshot, AClipboardThatAnotherProgramHoldsIsLeftAlone) {
 
 TEST_F(Screenshot, AHolderThatComesInBetweenFailsTheCallOnly) {
   FillClipboard();
+  const auto before = ReadClipboard();
   std::optional<ClipboardHolder> holder;
   AfterCopyPicture([&] { holder.emplace(); });
   EXPECT_EQ(Run(kTool, kRange), Error(L"OpenClipboard failed"));
+  engine.Faults().Clear();
+  // The next picture does not take the last one's for the user's.
+  const auto calls = engine.Calls("Range.CopyPicture");
+  EXPECT_EQ(Run(kTool, kRange), Error(L"OpenClipboard failed"));
+  EXPECT_EQ(engine.Calls("Range.CopyPicture"), calls);
+  holder->Release();
+  ExpectClipboard(before);
+}
+
+TEST_F(Screenshot, WhatIsCopiedWhileTheClipboardIsHeldStays) {
+  FillClipboard();
+  std::optional<ClipboardHolder> holder;
+  AfterCopyPicture([&] { holder.emplace(); });
+  EXPECT_EQ(Run(kTool, kRange), Error(L"OpenClipboard failed"));
+  engine.Faults().Clear();
+  const TraceTail trace;
+  holder->Replace(OwnFormat(), MemoryOf("new", 3));
+  const ULONGLONG start = GetTickCount64();
+  while (!trace.Has(L"ClipboardBackup: clipboard not restored") && GetTickCount64() - start < kDeadline)
+    PumpMessages();
+  EXPECT_EQ(ReadClipboard().at(OwnFormat()), "new");
+}
+
+TEST(ClipboardItem, WhatCannotBeCopiedIsNone) {
+  const HGLOBAL tooSmall = MemoryOf("x", 1);
+  EXPECT_FALSE(ClipboardItem::Copy(CF_METAFILEPICT, tooSmall).has_value());
+  EXPECT_FALSE(ClipboardItem::Copy(CF_ENHMETAFILE, nullptr).has_value());
+  GlobalFree(tooSmall);
+  // Some formats only say something by being there.
+  const HGLOBAL marker = GlobalAlloc(GMEM_MOVEABLE, 0);
+  EXPECT_TRUE(ClipboardItem::Copy(OwnFormat(), marker).has_value());
+  GlobalFree(marker);
+}
+
+TEST_F(Screenshot, WhatItsOwnerDoesNotDeliverIsNoHindrance) {
+  {
+    const OpenedClipboard clipboard(owner.Get(), kClipboardPatience);
+    EmptyClipboard();
+    SetClipboardData(OwnFormat(), MemoryOf("kept", 4));
+    // A promise that this window does not keep.
+    SetClipboardData(CF_UNICODETEXT, nullptr);
+  }
+  EXPECT_TRUE(Run(kTool, kRange).starts_with(L"{\"ok\":true"));
+  EXPECT_EQ(ReadClipboard().at(OwnFormat()), "kept");
 }
 
 TEST_F(Screenshot, BadArgumentsHaveTheirOwnTexts) {
@@ -261,12 +323,12 @@ TEST_F(Screenshot, BadArgumentsHaveTheirOwnTexts) {
 }
 
 TEST_F(Screenshot, WhatMeansSomethingToItsOwnerOnlyIsNotCopied) {
-  const OpenedClipboard clipboard(owner.Get(), kClipboardTries);
+  const OpenedClipboard clipboard(owner.Get(), kClipboardPatience);
   EmptyClipboard();
   for (const UINT format : {UINT{CF_PRIVATEFIRST}, UINT{CF_PRIVATELAST}, UINT{CF_GDIOBJFIRST},
                             UINT{CF_OWNERDISPLAY}, UINT{CF_DSPTEXT}}) {
     SetClipboardData(format, MemoryOf("x", 1));
-    EXPECT_FALSE(ClipboardItem::Copy(format).has_value()) << format;
+    EXPECT_TRUE(ClipboardItem::IsOwnersOwn(format)) << format;
   }
   EmptyClipboard();
 }

@@ -97,7 +97,9 @@ TEST_F(SheetTools, SetActiveSaysWhatIsWrong) {
     const wchar_t* message;
   } cases[] = {{L"{}", L"需提供 name 或 index"},
                {LR"({"name":""})", L"需提供 name 或 index"},
+               {LR"({"index":null})", L"需提供 name 或 index"},
                {LR"({"index":0})", L"索引越界"},
+               {LR"({"index":1.5})", L"索引越界"},
                {LR"({"index":3})", L"索引越界"},
                {LR"({"index":-1})", L"索引越界"},
                {LR"({"index":99999999999})", L"索引越界"},
@@ -111,6 +113,20 @@ TEST_F(SheetTools, SetActiveSaysWhatIsWrong) {
   engine.Faults().Clear();
   Fail("Workbook.Worksheets");
   EXPECT_EQ(Run(L"excelSetActiveSheet", LR"({"name":"Data"})"), Error(L"无 Worksheets"));
+}
+
+TEST_F(SheetTools, SheetsThatCannotBeCountedAreToldOf) {
+  Fail("Worksheets.Count");
+  EXPECT_EQ(Run(L"excelSetActiveSheet", LR"({"index":1})"), Error(L"无法读取 Count"));
+  EXPECT_EQ(Run(L"excelSetActiveSheet", LR"({"name":"Data"})"), kOk);
+  EXPECT_EQ(Run(L"excelAddSheet"), Error(L"无法读取 Count"));
+  EXPECT_EQ(Run(L"excelAddSheet", LR"({"before":"Data","name":"New"})"),
+            LR"({"ok":true,"name":"New","index":2})");
+}
+
+TEST_F(SheetTools, AnIndexOfItsOwnGoesBeforeANameElsewhere) {
+  EXPECT_EQ(Run(L"excelDeleteSheet", LR"({"index":2,"reason":{"name":"Sheet1"}})"), kOk);
+  EXPECT_EQ(Names(), L"Sheet1|");
 }
 
 TEST_F(SheetTools, AddPutsTheSheetWhereItIsWanted) {

@@ -1,6 +1,7 @@
 #include <string>
 
 #include "addin/tools/tools_fixture.h"
+#include "tools/tool_table.h"
 
 namespace qv::test {
 namespace {
@@ -95,6 +96,78 @@ TEST_F(UndoTools, ACellThatCannotBeRestoredIsLoggedAndLeftOut) {
   EXPECT_EQ(Undo(), Restored(1, 0));
   EXPECT_TRUE(trace.Has(L"Excel put_Value2 failed sheet=Sheet1 row=1 col=1 hr=0x80020009"));
   EXPECT_EQ(CellAt("A1")["text"], "a");
+}
+
+TEST_F(UndoTools, AHostThatCannotTellTheWorkbookLosesNothing) {
+  SetText("A1", L"old");
+  static_cast<void>(Mark());
+  Write(L"A1", L"\"new\"");
+  for (const char* member : {"Worksheet.Parent", "Workbook.FullName"}) {
+    MakeBusy(member);
+    EXPECT_EQ(Undo(), Restored(0, 1));
+    engine.Faults().Clear();
+  }
+  EXPECT_EQ(Undo(), Restored(1, 0));
+  EXPECT_EQ(CellAt("A1")["text"], "old");
+}
+
+TEST_F(UndoTools, ThePinAloneDoesNotMakeAWorkbookTheSame) {
+  // A window whose workbook is not known leaves the sheets to the active one. The tools of the table take the
+  // target as it is.
+  ExcelWindow bare = target.Pinned();
+  bare.workbook = nullptr;
+  target.Pin(bare);
+  UndoLog undo;
+  const auto run = [&](std::wstring_view action, const std::wstring& json) {
+    return RunWorkbookTool({target, *pane, undo}, action, json);
+  };
+  static_cast<void>(run(L"excelPushUndoMarker", L"{}"));
+  static_cast<void>(
+      run(L"excelWriteRange", LR"({"range":"A1","sheetName":"Sheet1","values":[["written"]]})"));
+  EXPECT_EQ(CellAt("A1")["text"], "written");
+  engine.AddWorkbook(L"Other.xlsx", L"C:\\Books", {L"Sheet1"});
+  engine.Set(L"Sheet1", "A1", std::wstring(L"another"));
+  const TraceTail trace;
+  EXPECT_EQ(run(L"excelUndoMessage", L"{}"), Restored(0, 0));
+  EXPECT_EQ(CellAt("A1")["text"], "another");
+  EXPECT_TRUE(trace.Has(L"Excel put_Value2 failed sheet=Sheet1 row=1 col=1 hr=0x80004005\r\n"));
+}
+
+TEST_F(UndoTools, WhatWasSavedUnderAnotherNameIsStillTheSame) {
+  SetText("A1", L"old");
+  static_cast<void>(Mark());
+  Write(L"A1", L"\"new\"");
+  book->name = L"Renamed.xlsx";
+  EXPECT_EQ(Undo(), Restored(1, 0));
+  EXPECT_EQ(CellAt("A1")["text"], "old");
+}
+
+TEST_F(UndoTools, TheNumberFormatComesBackUnlessTheUserChoseAnother) {
+  static_cast<void>(Mark());
+  Write(L"A1:C1", LR"("5%","5%","text")");
+  EXPECT_NE(Look("A1", L"NumberFormat").Text(), L"General");
+  const Variant chosen(L"0.000");
+  EXPECT_EQ(PutDispProperty(engine.RangeObject(L"Sheet1", "B1").Get(), L"NumberFormat", &chosen), S_OK);
+  EXPECT_EQ(Undo(), Restored(3, 0));
+  EXPECT_EQ(Look("A1", L"NumberFormat").Text(), L"General");
+  EXPECT_EQ(Look("B1", L"NumberFormat").Text(), L"0.000");
+}
+
+TEST_F(UndoTools, WithoutAMarkerTheHostIsNotAsked) {
+  engine.ResetCounters();
+  EXPECT_EQ(Undo(), Restored(0, 0));
+  EXPECT_EQ(engine.Calls("Application.DisplayAlerts"), 0u);
+}
+
+TEST_F(UndoTools, AWriteThatMayHaveReachedTheCellIsTakenBack) {
+  SetText("A1", L"old");
+  static_cast<void>(Mark());
+  engine.Faults().Fail({.member = "Range.*", .error = {RPC_E_SERVERFAULT, 0}, .on = devhost::memory::kOnPut});
+  static_cast<void>(Run(L"excelWriteRange", LR"({"range":"A1","values":[["new"]]})"));
+  engine.Faults().Clear();
+  SetText("A1", L"new");
+  EXPECT_EQ(Undo(), Restored(1, 0));
+  EXPECT_EQ(CellAt("A1")["text"], "old");
 }
 
 TEST_F(UndoTools, AnotherWorkbookIsNeverTouched) {

@@ -208,7 +208,7 @@ def _write_cell(document, cell, value):
     elif isinstance(value, bool):
         _write_boolean(document, cell, value)
     elif isinstance(value, (int, float)):
-        _leave_boolean_format(document, cell)
+        leave_boolean_format(document, cell)
         cell.Value = float(value)
     elif isinstance(value, str):
         _write_text(document, cell, value)
@@ -231,7 +231,7 @@ def _write_text(document, cell, text):
     if typed.kind == "formula":
         formulas.enter(cell, typed.value)
         return
-    _leave_boolean_format(document, cell)
+    leave_boolean_format(document, cell)
     if typed.kind == "text":
         _write_plain_text(cell, typed.value)
         return
@@ -253,7 +253,7 @@ def _write_boolean(document, cell, value):
     cell.NumberFormat = document.NumberFormats.getFormatIndex(BOOLEAN_INDEX, calc.english())
 
 
-def _leave_boolean_format(document, cell):
+def leave_boolean_format(document, cell):
     """The format is Calc's way of keeping a boolean; it must not outlive the value."""
     if format_type(document, cell.NumberFormat) & LOGICAL:
         cell.NumberFormat = GENERAL

@@ -62,6 +62,14 @@ class Picture:
         self.as_bitmap = as_bitmap
 
 
+class List(list):
+    """A one-dimensional array; `low` is the index of its first element."""
+
+    def __init__(self, items, low=0):
+        super().__init__(items)
+        self.low = low
+
+
 class Array:
     """A two-dimensional array; `rows` may hold fewer rows and columns than the sizes say, the rest is empty."""
 

@@ -44,6 +44,9 @@ class Sheets(ComObject):
 
     def call_add(self, before=MISSING, after=MISSING, count=1, type_=MISSING):
         require_open_structure(self.document)
+        given = [sheet for sheet in (before, after) if sheet is not MISSING]
+        if len(given) > 1 or not all(isinstance(sheet, Worksheet) for sheet in given):
+            raise ComError("Method 'Add' of object 'Sheets' failed")
         found = self.document.Sheets
         position = self.document.CurrentController.ActiveSheet.RangeAddress.Sheet
         if isinstance(before, Worksheet):
@@ -205,6 +208,9 @@ class Worksheet(ComObject):
         require_open_structure(self.document)
         if self.document.Sheets.Count < 2 or self._is_only_visible():
             raise ComError("A workbook must contain at least one visible worksheet.")
+        if calc.Host.display_alerts:
+            # The host would ask; nobody is here to say yes.
+            return False
         self.document.Sheets.removeByName(self.sheet.Name)
         return True
 

@@ -2,15 +2,15 @@
 
 null VT_EMPTY, true and false VT_BOOL, a text VT_BSTR, a number with a point VT_R8, without one VT_I4 (VT_I8 when it
 needs more); {"null":true} VT_NULL, {"nothing":true} a VT_DISPATCH that holds null, {"missing":true} an argument left
-out, {"error":scode}, {"date":serial}, {"picture":"PNG in base64","bitmap":flag} what belongs on the clipboard, {"long64":n}, {"object":handle,"type":"Range"}, {"list":[...]} an array of one
-dimension, {"array":[[...]],"rows":n,"columns":n} one of two (lower bounds 1, cells not given are empty).
+out, {"error":scode}, {"date":serial}, {"picture":"PNG in base64","bitmap":flag} what belongs on the clipboard, {"long64":n}, {"object":handle,"type":"Range"}, {"list":[...],"low":n} an array of one
+dimension and its lower bound (0 when left out), {"array":[[...]],"rows":n,"columns":n} one of two (lower bounds 1, cells not given are empty).
 """
 
 import base64
 import json
 
 from office.com_object import (MISSING, NOTHING, NULL, Array, ComObject, Date, E_INVALIDARG, ErrorValue, HResultError,
-                               Long64, Picture)
+                               List, Long64, Picture)
 
 
 class Handles:
@@ -49,7 +49,7 @@ def decode(value, handles):
     if "array" in value:
         return Array([[decode(cell, handles) for cell in row] for row in value["array"]])
     if "list" in value:
-        return [decode(item, handles) for item in value["list"]]
+        return List((decode(item, handles) for item in value["list"]), value.get("low", 0))
     if "error" in value:
         return ErrorValue(value["error"])
     if "date" in value:
