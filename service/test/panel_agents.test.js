@@ -1,7 +1,9 @@
 /** The page of coding agents in a real browser, with the add-in played by the test. */
 import assert from 'node:assert/strict';
+import { readFileSync } from 'node:fs';
 import { after, before, test } from 'node:test';
 
+import { failureIn } from '../panel/assets/js/agents_state.js';
 import english from '../panel/assets/js/languages/en.js';
 import { PanelBrowser } from '../testing/panel_browser.js';
 
@@ -97,12 +99,25 @@ test('connecting posts the id, and tells where the earlier configuration is', as
   await view.close();
 });
 
+test('every error that the protocol has is said in words', () => {
+  const protocol = readFileSync(new URL('../../docs/protocol.md', import.meta.url), 'utf8');
+  const from = protocol.indexOf('What is asked about agents');
+  const section = protocol.slice(from, protocol.indexOf('A start message carries'));
+  const errors = [...section.matchAll(/"([^"]*[\u4e00-\u9fff][^"]*)"/g)].map(([, error]) => error.replace('…', ''));
+  assert.ok(errors.length > 20);
+  for (const error of errors) {
+    const { key } = failureIn({ success: false, error });
+    assert.ok(key !== 'agents.failed' || error === '内部错误', error);
+  }
+});
+
 test('what does not work is said in words', async () => {
   const cases = [
     [{ success: false, error: '备份原配置文件失败' }, english['agents.backupFailed']],
     [{ success: false, error: '无法确定该 Agent 的配置文件路径' }, english['agents.noConfigPath']],
     [{ success: false, error: '未找到该 Agent' }, english['agents.unknown']],
     [{ error: 'unknown_agent_action' }, english['agents.notOffered'], false],
+    [{ success: false, error: '写入配置文件失败 (5)' }, 'The configuration could not be written. (5)'],
     [{ success: false, error: 'disk full' }, 'It did not work. disk full'],
     [null, 'It did not work.', false],
   ];
