@@ -144,7 +144,7 @@ def test_opencode_is_installed_connected_and_launched_and_works(start_window, st
     assert names_of_tools(report["tools"]) == ["range", "worksheet", "chart", "calc", "screenshot"]
     assert json.loads(report["models"])["choices"][0]["message"]["content"] == "Good morning"
     page.wait_for("opencode", "Connected", "Launched in a window of its own.")
-    assert page.panel.text("server-state").startswith("On: ")
+    page.panel.wait_for("document.getElementById('server').dataset.owner === 'self'")
     # The same by what agents are made of.
     [answer] = ask(BASE_URL, key, {**QUESTION, "stream": True})
     assert "".join(piece["delta"].get("content", "") for piece in answer["pieces"]) == "to you"
@@ -180,6 +180,7 @@ def test_another_agent_is_connected_beside_what_it_had_and_is_given_no_key(start
     report = take_report(page.host, tmp_path)
     assert report["directory"].endswith("\\Quorvantis\\opencode-workspace")
     assert [report[name] for name in ("OPENAI_API_KEY", "OPENAI_BASE_URL", "OPENCODE_CONFIG")] == ["", "", ""]
+    page.panel.wait_for("document.getElementById('server').dataset.owner === 'self'")
     with Agent() as agent:
         assert agent.connect()["server"]["name"] == "qv-excel"
     assert not (profile / "Quorvantis" / "opencode-workspace" / "opencode.json").exists()
