@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -48,10 +49,12 @@ class UndoLog {
  public:
   void Append(UndoRecord record) { records_.push_back(std::move(record)); }
 
-  /// The newest record, which there must be.
-  [[nodiscard]] UndoRecord& Newest() { return records_.back(); }
-  /// Takes the newest record off again, whatever marker it stands behind.
-  void DropNewest() { records_.pop_back(); }
+  /// The newest records, which there must be, oldest first. Only until the log changes.
+  [[nodiscard]] std::span<UndoRecord> Newest(std::size_t count) { return std::span(records_).last(count); }
+  /// Takes the newest records off again, whatever marker they stand behind.
+  void DropNewest(std::size_t count) {
+    records_.erase(records_.end() - static_cast<std::ptrdiff_t>(count), records_.end());
+  }
 
   void PushMarker() { markers_.push_back(records_.size()); }
   /// Number of markers.

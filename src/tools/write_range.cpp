@@ -4,6 +4,7 @@
 
 #include "foundation/logging.h"
 #include "foundation/text.h"
+#include "tools/block_writer.h"
 #include "tools/range_tools.h"
 #include "tools/tool_result.h"
 #include "tools/tool_targets.h"
@@ -14,6 +15,7 @@
 #include "workbook/cell_block.h"
 #include "workbook/host_state.h"
 #include "workbook/scroll_into_view.h"
+#include "workbook/value_put.h"
 
 namespace qv {
 namespace {
@@ -40,7 +42,7 @@ bool ChangedNothing(const CellWriteResult& failure) {
          failure.hr == DISP_E_MEMBERNOTFOUND || failure.hr == DISP_E_TYPEMISMATCH;
 }
 
-/// One call of the tool while it goes from cell to cell.
+/// One call of the tool. Rows that the host takes in one go are written so, all others cell by cell.
 class RangeWriter {
  public:
   RangeWriter(const ToolContext& context, const ToolSheet& sheet, const RangeArgs& range,
@@ -56,9 +58,13 @@ class RangeWriter {
   [[nodiscard]] std::wstring Write() {
     ReadFormer();
     const std::size_t rows = std::min(values_.size(), static_cast<std::size_t>(Geometry().rows));
-    for (std::size_t i = 0; i < rows; ++i) {
-      for (std::size_t j = 0; j < values_[i].size(); ++j)
-        WriteItem(i, j);
+    for (std::size_t i = 0; i < rows;) {
+      const std::size_t end = EndOfAlike(i, rows);
+      const bool isWritten = WriteRows(i, end);
+      for (; i < end; ++i) {
+        for (std::size_t j = 0; j < values_[i].size(); ++j)
+          WriteItem(i, j, isWritten);
+      }
     }
     if (applied_ > 0) ScrollIntoView(context_.target, sheet_.name, Geometry());
     return Concat(L"{\"results\":[", results_, L"],\"applied\":", applied_, L'}');
@@ -82,10 +88,56 @@ class RangeWriter {
       formerFormat_ = NumberFormatOf(GetBlockRange(sheet_.sheet.Get(), former_).Get());
   }
 
-  void WriteItem(std::size_t i, std::size_t j) {
+  /// How many items of a row go into the range.
+  [[nodiscard]] std::size_t WidthOf(std::size_t i) const {
+    return std::min(values_[i].size(), static_cast<std::size_t>(former_.cols));
+  }
+
+  /// Whether the row can be part of a rectangle that is written in one go.
+  [[nodiscard]] bool FitsIntoBlock(std::size_t i) const {
+    if (isProtected_) return false;
+    for (std::size_t j = 0; j < WidthOf(i); ++j) {
+      const CellReading* const former =
+          FormerCell(range_.row1 + static_cast<std::int32_t>(i), range_.col1 + static_cast<std::int32_t>(j));
+      if (former == nullptr || !former->isReadable || !FitsIntoArray(values_[i][j])) return false;
+    }
+    return true;
+  }
+
+  /// The row behind those from `begin` on that make a rectangle, or behind those that do not.
+  [[nodiscard]] std::size_t EndOfAlike(std::size_t begin, std::size_t rows) const {
+    const bool fits = FitsIntoBlock(begin);
+    std::size_t end = begin + 1;
+    while (end < rows && FitsIntoBlock(end) == fits && (!fits || WidthOf(end) == WidthOf(begin)))
+      ++end;
+    return end;
+  }
+
+  /// Whether rows that make a rectangle have been written in one go.
+  [[nodiscard]] bool WriteRows(std::size_t begin, std::size_t end) {
+    const std::size_t width = WidthOf(begin);
+    if ((end - begin) * width < kMinBlockCells || !FitsIntoBlock(begin)) return false;
+    BlockWrite write;
+    write.block = {static_cast<std::int32_t>(end - begin), static_cast<std::int32_t>(width),
+                   range_.row1 + static_cast<std::int32_t>(begin), range_.col1};
+    write.formerFormat = formerFormat_;
+    for (std::size_t i = begin; i < end; ++i) {
+      for (std::size_t j = 0; j < width; ++j) {
+        write.contents.push_back(&values_[i][j]);
+        write.former.push_back(FormerCell(range_.row1 + static_cast<std::int32_t>(i),
+                                          range_.col1 + static_cast<std::int32_t>(j)));
+      }
+    }
+    return WriteBlock(context_, sheet_, book_, write);
+  }
+
+  /// Notes what becomes of an item, and writes it unless that is done.
+  void WriteItem(std::size_t i, std::size_t j, bool isWritten) {
     const std::int32_t row = range_.row1 + static_cast<std::int32_t>(i);
     const std::int32_t col = ClampToInt32(std::int64_t{range_.col1} + static_cast<std::int64_t>(j));
-    const wchar_t* const status = col > range_.col2 ? kSkipped : WriteCell(row, col, values_[i][j]);
+    const wchar_t* const status = col > range_.col2 ? kSkipped
+                                  : isWritten       ? kApplied
+                                                    : WriteCell(row, col, values_[i][j]);
     if (status == kApplied) ++applied_;
     if (!results_.empty()) results_ += L',';
     results_ += Concat(L"{\"row\":", row, L",\"col\":", col, L",\"status\":\"", status, L"\"}");
@@ -111,23 +163,20 @@ class RangeWriter {
     context_.undo.Append({row, col, sheet_.name, std::move(former), book_, std::nullopt});
     const CellWriteResult result = PutCellContent(place, sheet_.name, row, col, content);
     if (!result.Ok()) {
-      if (ChangedNothing(result)) context_.undo.DropNewest();
+      if (ChangedNothing(result)) context_.undo.DropNewest(1);
       return false;
     }
     if (formerFormat.empty()) return true;
     std::wstring format = NumberFormatOf(place.cell.Get());
     if (!format.empty() && format != formerFormat) {
-      context_.undo.Newest().format = UndoFormat{formerFormat, std::move(format)};
+      context_.undo.Newest(1).front().format = UndoFormat{formerFormat, std::move(format)};
     }
     return true;
   }
 
   /// The cell's number format where the content may change it, else empty.
   [[nodiscard]] std::wstring FormatToWatch(IDispatch* cell, const CellContent& content) const {
-    const bool mayChange = content.kind == CellContentKind::kFormula ||
-                           (content.kind == CellContentKind::kTyped &&
-                            content.text.find_first_of(L"0123456789") != std::wstring::npos);
-    if (!mayChange) return {};
+    if (!MayChangeFormat(content)) return {};
     return formerFormat_.empty() ? NumberFormatOf(cell) : formerFormat_;
   }
 

@@ -8,6 +8,7 @@
 #include "foundation/text.h"
 #include "workbook/automation.h"
 #include "workbook/host_state.h"
+#include "workbook/value_put.h"
 
 namespace qv {
 namespace {
@@ -23,16 +24,6 @@ HRESULT ReadCell(IDispatch* sheet, std::int32_t row, std::int32_t col, Variant& 
 /// The end of a log line about a call that gave no object.
 std::wstring FailedCellText(std::int32_t row, std::int32_t col, HRESULT hr, const Variant& value) {
   return Concat(L" failed row=", row, L" col=", col, L" hr=0x", Hex8(hr), L" vt=", value.Type(), L"\r\n");
-}
-
-/// One try to write a value: "Value2", then "Value". A busy host is not asked a second time.
-CellWriteResult PutValue(IDispatch* cell, const Variant& value) {
-  CellWriteResult result;
-  for (const wchar_t* name : {L"Value2", L"Value"}) {
-    result.hr = PutDispProperty(cell, name, &value, &result.exceptionCode);
-    if (result.Ok() || result.IsBusy()) break;
-  }
-  return result;
 }
 
 CellWriteResult PutText(IDispatch* cell, std::wstring_view text) {
@@ -143,9 +134,8 @@ CellWriteResult PutContent(IDispatch* cell, const CellContent& content) {
     case CellContentKind::kFormula:
       return PutFormula(cell, content.text);
     case CellContentKind::kNumber:
-      return PutValue(cell, Variant(NumberOfText(content.text)));
     case CellContentKind::kFlag:
-      return PutValue(cell, Variant(content.text == L"TRUE"));
+      return PutValue(cell, ValueOf(content));
     case CellContentKind::kTyped:
       return PutText(cell, content.text);
     default:

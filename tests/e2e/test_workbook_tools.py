@@ -1,6 +1,7 @@
 """Workbook tools through the real add-in on LibreOffice: what the page asks for, and what the saved file then holds."""
 
 import base64
+import datetime
 import itertools
 import json
 import re
@@ -43,6 +44,20 @@ def test_a_block_is_written_read_and_taken_back(ask):
     cells = ask("excelReadRange", range="A1:B3")["cells"]
     assert [cell["value"] for cell in cells] == ["one", "", "two", "", "", ""]
     assert ask("excelReadRange", range="$A$1") == {"error": "range 参数缺失或无效"}
+
+
+def test_a_large_block_is_written_in_one_go_and_taken_back(ask, tmp_path):
+    ask("excelPushUndoMarker")
+    rows = [[f"name {row}", row / 4, row % 2 == 0, "2024-05-06", None] for row in range(40)]
+    written = ask("excelWriteRange", range="A1:E40", values=rows)
+    assert written["applied"] == 200 and {item["status"] for item in written["results"]} == {"applied"}
+    ask.host.do("save", path=str(tmp_path / "saved.xlsx"))
+    sheet = openpyxl.load_workbook(tmp_path / "saved.xlsx").active
+    assert [cell.value for cell in sheet[40]] == ["name 39", 9.75, False, datetime.datetime(2024, 5, 6)]
+    assert sheet["C1"].value is True and sheet["E40"].value is None
+    assert ask("excelUndoMessage") == {"restored": 200, "depth": 0}
+    cells = ask("excelReadRange", range="A1:E40")["cells"]
+    assert [cell["value"] for cell in cells if cell["value"]] == ["one", "two"]
 
 
 def test_formats_sizes_and_merges_are_in_the_saved_file(ask, tmp_path):
