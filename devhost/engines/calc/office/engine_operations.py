@@ -116,7 +116,7 @@ def rename_sheet(sheet, name):
 def delete_sheet(sheet):
     worksheet = _worksheet(sheet)
     was_active = worksheet.sheet.Name == worksheet.document.CurrentController.ActiveSheet.Name
-    worksheet.call_delete()
+    worksheet.delete(agreed=True)
     if was_active:
         calc.note("sheet")
 

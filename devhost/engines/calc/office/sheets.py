@@ -205,14 +205,17 @@ class Worksheet(ComObject):
         self.call_activate()
 
     def call_delete(self):
+        # The host would ask; nobody is here to say yes.
+        return self.delete(agreed=not calc.Host.display_alerts)
+
+    def delete(self, agreed):
+        """False, and nothing done, unless whoever deletes the sheet has agreed to it."""
         require_open_structure(self.document)
         if self.document.Sheets.Count < 2 or self._is_only_visible():
             raise ComError("A workbook must contain at least one visible worksheet.")
-        if calc.Host.display_alerts:
-            # The host would ask; nobody is here to say yes.
-            return False
-        self.document.Sheets.removeByName(self.sheet.Name)
-        return True
+        if agreed:
+            self.document.Sheets.removeByName(self.sheet.Name)
+        return agreed
 
     def call_calculate(self):
         self.document.calculate()
