@@ -36,6 +36,8 @@ std::wstring ClearFolder(const std::wstring& directory) {
 bool Unpack(const std::wstring& package, const std::wstring& directory) {
   if (ExtractWithTar(package, directory)) return true;
   InstallerLog(L"tar failed, trying shell fallback");
+  // What tar left would be taken for what the shell has copied.
+  if (!ClearFolder(directory).empty()) return false;
   return ExtractWithShell(package, directory, [&] { return LocateOpenCode(directory); });
 }
 

@@ -67,7 +67,7 @@ std::wstring SystemDirectory() {
 
 Interpreters SystemInterpreters() {
   std::wstring comSpec = EnvironmentValue(L"ComSpec");
-  if (comSpec.empty()) comSpec = L"cmd.exe";
+  if (comSpec.empty()) comSpec = SystemDirectory() + L"\\cmd.exe";
   return {std::move(comSpec), SystemDirectory()};
 }
 

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "foundation/unique_handle.h"
+#include "services/agent_places.h"
 
 namespace qv {
 namespace {
@@ -76,11 +77,15 @@ class Child {
     startup.StartupInfo.hStdOutput = write.Get();
     startup.StartupInfo.hStdError = keepErrors ? write.Get() : nothing.Get();
     startup.lpAttributeList = inherited.List();
+    // Not the host's current directory: it may be a workbook's, and what lies there is nobody's to run or
+    // load.
+    const std::wstring folder = SystemDirectory();
     PROCESS_INFORMATION made{};
     constexpr DWORD kFlags =
         CREATE_NO_WINDOW | CREATE_UNICODE_ENVIRONMENT | CREATE_SUSPENDED | EXTENDED_STARTUPINFO_PRESENT;
     if (!CreateProcessW(application.empty() ? nullptr : application.c_str(), commandLine.data(), nullptr,
-                        nullptr, TRUE, kFlags, nullptr, nullptr, &startup.StartupInfo, &made)) {
+                        nullptr, TRUE, kFlags, nullptr, folder.empty() ? nullptr : folder.c_str(),
+                        &startup.StartupInfo, &made)) {
       return false;
     }
     process_.Reset(made.hProcess);

@@ -59,7 +59,7 @@ bool LlmProxy::PrepareLlmProxy(std::wstring_view accessToken, const ServiceEndpo
   std::wstring proxyToken = GetProxyToken();
   if (proxyToken.empty()) {
     proxyToken = GenerateProxyToken();
-    PaneLog(Concat(L"LLM Proxy token generated prefix=", LoggedPrefix(proxyToken), L"\r\n"));
+    PaneLog(Concat(L"LLM Proxy token generated prefix=", LoggedPrefix(proxyToken)));
   }
   {
     const std::scoped_lock lock(mutex_);

@@ -67,6 +67,13 @@ TEST_F(AgentDetection, AVersionIsReadFromProgramsAndScripts) {
   EXPECT_EQ(GetAgentVersion(Programs() + L"\\none.exe"), L"");
 }
 
+TEST_F(AgentDetection, ProgramsDoNotRunInTheHostsCurrentFolder) {
+  const std::wstring script = In(L"where.cmd");
+  WriteBytes(script, "@cd\r\n");
+  const std::wstring folder = GetAgentVersion(script);
+  EXPECT_TRUE(EqualsIgnoreAsciiCase(folder, SystemDirectory())) << ToUtf8(folder);
+}
+
 TEST_F(AgentDetection, OutputOfAnySizeIsTakenAndAChildThatHoldsThePipeIsNotWaitedFor) {
   const std::wstring program = AddProgram(L"agent.exe");
   for (const wchar_t* manner : {L"flood", L"child"}) {
