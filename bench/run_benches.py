@@ -32,11 +32,15 @@ PROGRAMS = (
     ("qv_display_bench.exe", 1, False),
 )
 PROGRAM_LIMIT_S = 180
+WINE = str(ROOT / "scripts" / "wine.sh")
 
 
-def run_program(program, arguments):
+def windows_program(name):
+    return str(Path(os.environ["QV_BIN"]) / name)
+
+
+def run_program(program, command):
     """The rows that one start prints: name, value, unit."""
-    command = [str(ROOT / "scripts" / "wine.sh"), str(Path(os.environ["QV_BIN"]) / program), *arguments]
     ended = subprocess.run(command, capture_output=True, text=True, timeout=PROGRAM_LIMIT_S)
     *rows, last = ended.stdout.splitlines() or [""]
     if ended.returncode != 0 or last != "end":
@@ -48,9 +52,17 @@ def windows_benches(service):
     """Rows of the Windows programs, each value the median of its program's runs."""
     for program, runs, wants_service in PROGRAMS:
         arguments = [service.url] if wants_service else []
-        for same in zip(*(run_program(program, arguments) for _ in range(runs)), strict=True):
+        command = [WINE, windows_program(program), *arguments]
+        for same in zip(*(run_program(program, command) for _ in range(runs)), strict=True):
             name, _, unit = same[0]
             yield name, f"{statistics.median(float(value) for _, value, _ in same):.2f}", unit
+
+
+def relay_bench():
+    """Rows of the model proxy, beside those of nginx where scripts/bench.sh has found it."""
+    nginx = os.environ.get("QV_NGINX")
+    command = ["node", str(ROOT / "bench" / "relay_bench.mjs"), WINE, windows_program("qv_llm_proxy.exe")]
+    yield from run_program("relay_bench.mjs", command + ([nginx] if nginx else []))
 
 
 def make_workbook(path):
@@ -109,7 +121,7 @@ def run_overhead(service):
 def main():
     service = LocalService()
     try:
-        rows = [*windows_benches(service), *run_overhead(service),
+        rows = [*windows_benches(service), *relay_bench(), *run_overhead(service),
                 *mcp_rows(lambda workbook: Devhost("--workbook", workbook, "--engine", "calc", "--service", service.url))]
     finally:
         service.close()

@@ -19,6 +19,10 @@ export WINEDEBUG=${WINEDEBUG:--all}
 # Beside a program that has it, the stand-in for the HTTP Server API goes before Wine's own.
 export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d;httpapi=n,b"
 
+# Programs that Windows has and Wine lacks, and what a test adds: Windows folders, separated by ";".
+WINEPATH="Z:${QV_BIN//\//\\}\\tools${QV_WINE_PATH:+;$QV_WINE_PATH}"
+export WINEPATH
+
 say() { printf '%s\n' "$*"; }
 die() { printf '%s\n' "$*" >&2; exit 1; }
 

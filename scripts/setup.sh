@@ -5,8 +5,8 @@ set -u
 
 packages=(
   # build
-  cmake ninja-build g++ g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 mingw-w64-tools googletest
-  nlohmann-json3-dev librapidxml-dev clang-format git librsvg2-bin
+  cmake ninja-build g++ g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 mingw-w64-tools libz-mingw-w64-dev
+  googletest nlohmann-json3-dev librapidxml-dev clang-format git librsvg2-bin
   # Windows programs
   wine64 libwine xvfb
   # what shows the panel's pages

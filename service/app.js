@@ -3,6 +3,7 @@ import { performance } from 'node:perf_hooks';
 import Fastify from 'fastify';
 
 import { Accounts, registerAccounts } from './accounts.js';
+import { registerAgents } from './agents.js';
 import { registerAnalytics } from './analytics.js';
 import { bearerToken, tokenRefusal } from './auth.js';
 import { registerControl } from './control.js';
@@ -22,10 +23,11 @@ const BODY_LIMIT_BYTES = 8 * 1024 * 1024;
  * @param {import('./translate/engines.js').Engine} options.engine closed together with the app
  * @param {boolean} [options.faults] offers the /control endpoints
  * @param {boolean} [options.devSignIn] offers signing in without a password: for a service that listens on loopback only
+ * @param {import('./language_model.js').LanguageModel | null} [options.languageModel] answers agents and the chat
  * @param {import('node:https').ServerOptions | null} [options.https] serves https with these certificates
  * @returns {import('fastify').FastifyInstance}
  */
-export function buildApp({ engine, faults = false, devSignIn = true, https = null }) {
+export function buildApp({ engine, faults = false, devSignIn = true, languageModel = null, https = null }) {
   const app = Fastify({ bodyLimit: BODY_LIMIT_BYTES, forceCloseConnections: true, https });
   const queue = new FaultQueue();
   const accounts = new Accounts();
@@ -43,6 +45,7 @@ export function buildApp({ engine, faults = false, devSignIn = true, https = nul
   app.post('/v1/translate', (request, reply) => answerTranslate(request, reply, { engine, queue, accounts }));
   registerAccounts(app, accounts, { devSignIn });
   registerTerminology(app, accounts);
+  registerAgents(app, accounts, languageModel);
   registerPanel(app);
   registerAnalytics(app, { readable: faults });
   if (recorder) registerControl(app, { queue, recorder });

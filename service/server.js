@@ -4,6 +4,7 @@ import { join } from 'node:path';
 import { parseArgs } from 'node:util';
 
 import { buildApp } from './app.js';
+import { readLanguageModel } from './language_model.js';
 import { logLine } from './log.js';
 import { isLoopback } from './own_machine.js';
 import { createEngine, ENGINE_NAMES } from './translate/engines.js';
@@ -15,7 +16,9 @@ const USAGE = `usage: node server.js [--port N] [--host ADDRESS] [--engine ${ENG
   --tls     serves https with localhost.pem and localhost.key of this folder
   --engine  default: openai when QV_LLM_BASE_URL is set, else apertium
   --faults  adds /control/…: faults on demand and a record of the requests
-  --leash   ends when standard input closes, so that the service never outlives its parent`;
+  --leash   ends when standard input closes, so that the service never outlives its parent
+The environment names the language model of the chat and of coding agents, any endpoint that speaks OpenAI's chat
+completions: QV_LLM_BASE_URL (such as http://127.0.0.1:11434/v1), QV_LLM_MODEL, and QV_LLM_API_KEY where one is needed`;
 
 /** How long requests in flight may delay the end. */
 const STOP_LIMIT_MS = 2000;
@@ -56,6 +59,7 @@ async function main() {
     engine,
     faults: options.faults,
     devSignIn: isLoopback(options.host),
+    languageModel: readLanguageModel(process.env),
     https: readCertificates(options.tls),
   });
 

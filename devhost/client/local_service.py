@@ -1,6 +1,7 @@
 """The local service in a process of its own, with its fault injection switched on."""
 
 import json
+import os
 import ssl
 import subprocess
 import urllib.request
@@ -13,17 +14,18 @@ class LocalService:
     """Starts with construction, ends with `close`, and ends by itself when this process does.
 
     With a folder of certificates (scripts/make_authority.sh) it serves https, and `authority` is the file to
-    trust and `trust` the same as an SSL context.
+    trust and `trust` the same as an SSL context. `env` is added to the environment; it names a language model,
+    for example.
     """
 
-    def __init__(self, *arguments, tls=None):
+    def __init__(self, *arguments, tls=None, env=None):
         self.authority = Path(tls) / "authority.pem" if tls else None
         self.trust = ssl.create_default_context(cafile=self.authority) if tls else None
         if tls:
             arguments += ("--tls", str(tls))
         self._process = subprocess.Popen(
             ["node", str(ROOT / "service" / "server.js"), "--port", "0", "--leash", "--faults", *arguments],
-            stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, env={**os.environ, **(env or {})})
         self.url = self._process.stdout.readline().split()[-1]
 
     def call(self, verb, path, body=None, token=None):

@@ -68,9 +68,13 @@ int TcpStream::Receive(char* buffer, std::size_t size, int milliseconds) {
 
 bool TcpStream::Send(std::string_view bytes, int milliseconds) {
   while (!bytes.empty()) {
-    ResetEvent(ready_.Get());
     const int piece = static_cast<int>(std::min(bytes.size(), kLargestPiece));
-    const int sent = send(socket_.Get(), bytes.data(), piece, 0);
+    int sent = send(socket_.Get(), bytes.data(), piece, 0);
+    if (sent < 0 && WouldBlock()) {
+      // Only now, as it costs as much as the sending does, and ahead of another try, as in Receive.
+      ResetEvent(ready_.Get());
+      sent = send(socket_.Get(), bytes.data(), piece, 0);
+    }
     if (sent > 0) {
       bytes.remove_prefix(static_cast<std::size_t>(sent));
     } else if (!WouldBlock() || !WaitUntilReady(milliseconds)) {

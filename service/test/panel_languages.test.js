@@ -10,8 +10,8 @@ const english = await load('en');
 
 /** Words that really are the same in both languages. */
 const SAME = {
-  de: ['account.name', 'support.version', 'support.install', 'display.original'],
-  fr: ['nav.label', 'page.instruction', 'account.email'],
+  de: ['account.name', 'support.version', 'support.install', 'display.original', 'agents.version'],
+  fr: ['nav.label', 'page.instruction', 'account.email', 'agents.version'],
   id: ['support.version'],
 };
 

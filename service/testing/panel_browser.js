@@ -25,11 +25,11 @@ function playAddin() {
 
 /** The service and a browser; close both with `close`. */
 export class PanelBrowser {
-  /** @param {{engine?: object}} [options] the echo engine unless another is given */
-  static async start({ engine = new EchoEngine() } = {}) {
+  /** @param {{engine?: object, languageModel?: object}} [options] the echo engine unless another is given */
+  static async start({ engine = new EchoEngine(), languageModel = null } = {}) {
     const executablePath = BROWSERS.find((path) => path && existsSync(path));
     assert.ok(executablePath, 'Chromium is missing: scripts/setup.sh installs it');
-    const app = buildApp({ engine });
+    const app = buildApp({ engine, languageModel });
     await app.listen({ host: '127.0.0.1', port: 0 });
     const browser = await chromium.launch({ executablePath, chromiumSandbox: process.getuid() !== 0 });
     return new PanelBrowser(app, browser);
@@ -134,6 +134,11 @@ export class PanelPage {
   /** @param {string} id @returns {Promise<string>} what is shown there, empty while hidden */
   async text(id) {
     return (await this.id(id).isVisible()) ? (await this.id(id).innerText()).trim() : '';
+  }
+
+  /** Answers a request as the add-in does. */
+  answer({ requestId }, data, ok = true) {
+    return this.page.evaluate((answer) => window.QuorvantisTerminology._onResponse(answer), { requestId, ok, data });
   }
 
   /** Posts an object as the add-in does. */

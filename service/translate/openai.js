@@ -1,4 +1,5 @@
 import { ServiceError } from '../errors.js';
+import { readLanguageModel } from '../language_model.js';
 
 /** Below the 120 seconds after which the panel gives a request up. */
 const ANSWER_LIMIT_MS = 110000;
@@ -10,19 +11,19 @@ export class OpenAiEngine {
   #settings;
   #closed = new AbortController();
 
-  /** @param {{baseUrl: string, apiKey?: string, model: string}} settings baseUrl usually ends in "/v1" */
+  /** @param {import('../language_model.js').LanguageModel} settings */
   constructor(settings) {
     this.#settings = settings;
   }
 
   /**
-   * @param {NodeJS.ProcessEnv} environment QV_LLM_BASE_URL, QV_LLM_MODEL, and QV_LLM_API_KEY where one is needed
+   * @param {NodeJS.ProcessEnv} environment
    * @returns {OpenAiEngine}
    */
   static fromEnvironment(environment) {
-    const { QV_LLM_BASE_URL: baseUrl, QV_LLM_API_KEY: apiKey, QV_LLM_MODEL: model } = environment;
-    if (!baseUrl || !model) throw new Error('QV_LLM_BASE_URL and QV_LLM_MODEL name the language model');
-    return new OpenAiEngine({ baseUrl: baseUrl.replace(/\/+$/, ''), apiKey, model });
+    const settings = readLanguageModel(environment);
+    if (!settings) throw new Error('QV_LLM_BASE_URL and QV_LLM_MODEL name the language model');
+    return new OpenAiEngine(settings);
   }
 
   languages() {

@@ -52,6 +52,11 @@ bool AccessTokens::Store(std::wstring_view token) {
   return true;
 }
 
+void AccessTokens::SignOut() {
+  NativeAccessToken::Clear();
+  if (listener_) listener_({});
+}
+
 std::wstring TokenOfMessage(std::wstring_view message) {
   std::wstring token = JsonGetString(message, L"accessToken");
   return token.empty() ? JsonGetString(message, L"token") : token;

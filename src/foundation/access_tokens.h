@@ -26,7 +26,11 @@ class AccessTokens {
   /// one: returns false then.
   [[nodiscard]] bool Store(std::wstring_view token);
 
-  /// Called with every stored token; a running local service takes its copy under its own lock.
+  /// The page has signed out: empties the process-wide copy. The pane keeps its own for a run under way.
+  void SignOut();
+
+  /// Called with every stored token, and with an empty one at a sign-out; a running local service takes its
+  /// copy under its own lock.
   void OnStore(std::function<void(const std::wstring&)> listener) { listener_ = std::move(listener); }
 
  private:

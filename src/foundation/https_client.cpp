@@ -4,6 +4,7 @@
 
 #include <winhttp.h>
 
+#include <algorithm>
 #include <cwchar>
 #include <optional>
 #include <vector>
@@ -19,6 +20,8 @@ struct InternetTraits {
   static void Close(Type handle) { WinHttpCloseHandle(handle); }
 };
 using UniqueInternet = UniqueHandle<InternetTraits>;
+
+constexpr DWORD kPieceBytes = 16 * 1024;
 
 /// The three handles of one request; a later one must go before an earlier one.
 struct Exchange {
@@ -64,8 +67,8 @@ const wchar_t* OpenExchange(const HttpRequest& request, Exchange& exchange) {
   if (!exchange.request) return L"WinHttpOpenRequest failed";
   // A kept connection that the server has closed meanwhile fails the next request, which cannot safely be
   // sent twice. A redirection could carry the bearer token to another host.
-  if (!SetNumber(exchange.request, WINHTTP_OPTION_DISABLE_FEATURE,
-                 WINHTTP_DISABLE_KEEP_ALIVE | WINHTTP_DISABLE_REDIRECTS)) {
+  const DWORD redirects = request.followRedirects ? 0 : WINHTTP_DISABLE_REDIRECTS;
+  if (!SetNumber(exchange.request, WINHTTP_OPTION_DISABLE_FEATURE, WINHTTP_DISABLE_KEEP_ALIVE | redirects)) {
     return L"WinHttpOpenRequest failed";
   }
   return nullptr;
@@ -103,41 +106,67 @@ std::optional<std::uint64_t> QueryLength(const UniqueInternet& handle) {
   return std::wcstoull(text, nullptr, 10);
 }
 
-/// Reads the body to its end; false when the connection, the announced length or the sink says no.
-bool ReadBody(const UniqueInternet& handle, std::optional<std::uint64_t> announced,
-              const std::function<bool(std::string_view)>& take) {
-  std::vector<char> piece;
+std::wstring QueryContentType(const UniqueInternet& handle) {
+  wchar_t text[256] = {};
+  DWORD size = sizeof(text);
+  if (!WinHttpQueryHeaders(handle.Get(), WINHTTP_QUERY_CONTENT_TYPE, WINHTTP_HEADER_NAME_BY_INDEX, text,
+                           &size, WINHTTP_NO_HEADER_INDEX)) {
+    return {};
+  }
+  return text;
+}
+
+/// The system's code of a call that failed; never success.
+DWORD LastFailure() {
+  const DWORD error = GetLastError();
+  return error == ERROR_SUCCESS ? ERROR_WINHTTP_CONNECTION_ERROR : error;
+}
+
+/// Reads the body to its end: ERROR_SUCCESS, or why the connection, the announced length or the sink say no.
+DWORD ReadBody(const UniqueInternet& handle, std::optional<std::uint64_t> announced,
+               const std::function<bool(std::string_view)>& take) {
+  std::vector<char> piece(kPieceBytes);
   std::uint64_t total = 0;
   for (;;) {
     // Asking first: a plain read waits until its buffer is full.
     DWORD available = 0;
-    if (!WinHttpQueryDataAvailable(handle.Get(), &available)) return false;
+    if (!WinHttpQueryDataAvailable(handle.Get(), &available)) return LastFailure();
     if (available == 0) break;
-    piece.resize(available);
     DWORD read = 0;
-    if (!WinHttpReadData(handle.Get(), piece.data(), available, &read) || read == 0) return false;
+    if (!WinHttpReadData(handle.Get(), piece.data(), std::min(available, kPieceBytes), &read))
+      return LastFailure();
+    if (read == 0) return ERROR_WINHTTP_CONNECTION_ERROR;
     total += read;
-    if (!take({piece.data(), read})) return false;
+    if (!take({piece.data(), read})) return ERROR_CANCELLED;
   }
-  return !announced || total >= *announced;
+  return announced && total < *announced ? ERROR_WINHTTP_CONNECTION_ERROR : ERROR_SUCCESS;
 }
 
 }  // namespace
 
-HttpResponse SendHttp(const HttpRequest& request, const HttpByteSink& sink) {
+HttpResponse SendHttp(const HttpRequest& request, const HttpByteSink& sink, const HttpHeadSink& headSink) {
   HttpResponse response;
   Exchange exchange;
   if (const wchar_t* const failure = OpenExchange(request, exchange); failure != nullptr) {
+    response.systemError = LastFailure();
     response.error = failure;
     return response;
   }
 
   const UniqueInternet& handle = exchange.request;
   response.error = L"HTTP request failed";
-  if (!SendAndReceiveHead(request, handle)) return response;
+  if (!SendAndReceiveHead(request, handle)) {
+    response.systemError = LastFailure();
+    return response;
+  }
   const std::optional<int> status = QueryStatus(handle);
   if (!status) return response;
   response.status = *status;
+  response.contentType = QueryContentType(handle);
+  if (headSink && !headSink(response)) {
+    response.systemError = ERROR_CANCELLED;
+    return response;
+  }
 
   const auto take = [&](std::string_view bytes) {
     if (sink) return sink(response.status, bytes);
@@ -146,7 +175,8 @@ HttpResponse SendHttp(const HttpRequest& request, const HttpByteSink& sink) {
   };
   // The answer to HEAD announces a body that does not follow.
   const auto announced = request.verb == L"HEAD" ? std::nullopt : QueryLength(handle);
-  if (!request.headOnly && !ReadBody(handle, announced, take)) {
+  response.systemError = request.headOnly ? ERROR_SUCCESS : ReadBody(handle, announced, take);
+  if (response.systemError != ERROR_SUCCESS) {
     response.body.clear();
     return response;
   }

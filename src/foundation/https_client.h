@@ -33,6 +33,8 @@ struct HttpRequest {
   HttpTimeouts timeouts;
   /// Whether the answer counts as whole with its head; the connection ends there and the body is not read.
   bool headOnly = false;
+  /// Go where the server points to, but never from https to http. Only for requests that carry no token.
+  bool followRedirects = false;
 };
 
 struct HttpResponse {
@@ -40,18 +42,27 @@ struct HttpResponse {
   bool ok = false;
   /// Numeric status, 0 when none was received.
   int status = 0;
+  /// The head's Content-Type; empty when there is none, or one beyond 255 characters.
+  std::wstring contentType;
   std::string body;
   /// "WinHttpOpen failed", "WinHttpConnect failed", "WinHttpOpenRequest failed" or "HTTP request failed" when
   /// not ok.
   std::wstring error;
+  /// The system's code when not ok; 0 where it has none.
+  std::uint32_t systemError = 0;
 };
 
 /// Receives the body piecewise instead of `HttpResponse::body`; returning false ends the request as failed.
+/// A piece has 16 KiB at most and comes as soon as it is there.
 using HttpByteSink = std::function<bool(int status, std::string_view piece)>;
+
+/// Is told status and Content-Type ahead of the body; returning false ends the request as failed.
+using HttpHeadSink = std::function<bool(const HttpResponse& head)>;
 
 /// Performs the request on the calling thread, without a proxy. A body shorter than its announced length is a
 /// failure. Not on the host UI thread, with one exception: a request to this machine for the head only, with
 /// every step limited, takes no longer than its limits together.
-[[nodiscard]] HttpResponse SendHttp(const HttpRequest& request, const HttpByteSink& sink = {});
+[[nodiscard]] HttpResponse SendHttp(const HttpRequest& request, const HttpByteSink& sink = {},
+                                    const HttpHeadSink& headSink = {});
 
 }  // namespace qv

@@ -1,7 +1,10 @@
 #include "panel/agent_services.h"
 
+#include <utility>
+
+#include "foundation/access_tokens.h"
+#include "foundation/host_session.h"
 #include "foundation/json_text.h"
-#include "foundation/panel_output.h"
 #include "services/mcp_answers.h"
 
 namespace qv {
@@ -17,33 +20,45 @@ McpOwner OwnerOfFreeOrForeignPort() {
 
 struct AgentServices::ActionRow {
   std::wstring_view name;
-  Reply (AgentServices::*handle)(const PanelMessage&);
+  /// Nothing when the reply comes later.
+  std::optional<AgentReply> (*handle)(AgentServices& self, std::wstring_view message);
 };
 
 constexpr AgentServices::ActionRow AgentServices::kRows[] = {
-    {L"getMcpServerStatus", &AgentServices::GetMcpServerStatus},
-    {L"ensureMcpServer", &AgentServices::EnsureMcpServer},
-    {L"stopMcpServer", &AgentServices::StopMcpServer},
+    {L"detectAgents", [](auto& self, auto message) { return self.requests_.Detect(message); }},
+    {L"installAgentMcp", [](auto& self, auto message) { return self.requests_.Configure(message); }},
+    {L"launchAgent", [](auto& self, auto message) { return self.requests_.Launch(message); }},
+    {L"installOpencode", [](auto& self, auto message) { return self.requests_.Install(message); }},
+    {L"getMcpServerStatus", [](auto& self, auto) { return std::optional(self.GetMcpServerStatus()); }},
+    {L"ensureMcpServer", [](auto& self, auto) { return std::optional(self.EnsureMcpServer()); }},
+    {L"stopMcpServer", [](auto& self, auto) { return std::optional(self.StopMcpServer()); }},
 };
 
+AgentServices::AgentServices(std::shared_ptr<PaneContext> pane, PanelOutput& output,
+                             std::shared_ptr<ToolDispatcher> tools)
+    : tools_(std::move(tools)),
+      requests_(std::move(pane), output,
+                {[this] { return PrepareMcpServer(); }, [this] { return PrepareLlmProxy(); }}) {}
+
 std::wstring AgentServices::Handle(const PanelMessage& message) {
-  Reply reply{false, kUnknownActionData};
+  std::optional<AgentReply> reply = AgentReply{false, kUnknownActionData};
   for (const ActionRow& row : kRows) {
-    if (row.name == message.action) reply = (this->*row.handle)(message);
+    if (row.name == message.action) reply = row.handle(*this, message.text);
   }
-  return BuildReplyScript(JsonGetString(message.text, L"requestId"), reply.ok, reply.data);
+  if (!reply) return {};
+  return BuildReplyScript(JsonGetString(message.text, L"requestId"), reply->ok, reply->data);
 }
 
-AgentServices::Reply AgentServices::GetMcpServerStatus(const PanelMessage&) {
+AgentReply AgentServices::GetMcpServerStatus() const {
   return {true, McpStatusAnswer(IsMcpServerRunning() ? McpOwner::kSelf : OwnerOfFreeOrForeignPort())};
 }
 
-AgentServices::Reply AgentServices::EnsureMcpServer(const PanelMessage&) {
+AgentReply AgentServices::EnsureMcpServer() {
   const bool running = PrepareMcpServer();
   return {running, McpStartAnswer(running ? McpOwner::kSelf : OwnerOfFreeOrForeignPort())};
 }
 
-AgentServices::Reply AgentServices::StopMcpServer(const PanelMessage&) {
+AgentReply AgentServices::StopMcpServer() {
   if (mcpServer_) mcpServer_->Stop();
   return {true, McpStopAnswer()};
 }
@@ -60,8 +75,16 @@ bool AgentServices::PrepareMcpServer() {
   return mcpServer_->Start();
 }
 
+std::optional<ProxyAccess> AgentServices::PrepareLlmProxy() {
+  if (closed_) return std::nullopt;
+  if (!llmProxy_.PrepareLlmProxy(NativeAccessToken::Get(), HostSession::Get().Endpoint()))
+    return std::nullopt;
+  return ProxyAccess{{}, llmProxy_.GetProxyToken()};
+}
+
 void AgentServices::Close() {
   closed_ = true;
+  llmProxy_.Stop();
   if (mcpServer_) mcpServer_->Stop();
 }
 

@@ -45,7 +45,7 @@ void PaneActions::CloseImagePreview(const PanelMessage&) {
 }
 
 void PaneActions::ClearAccessToken(const PanelMessage&) {
-  NativeAccessToken::Clear();
+  tokens_.SignOut();
   PaneLog(L"OnJsMessage clearAccessToken cleared native token\r\n");
 }
 

@@ -30,11 +30,12 @@ CWebView2Pane::CWebView2Pane()
       quickTranslator_(context_, bridge_),
       selectionPreview_(target_, session_, *context_, bridge_),
       tools_(context_, target_, bridge_),
-      agents_(tools_.Dispatcher()),
+      agents_(context_, bridge_, tools_.Dispatcher()),
       actions_(context_, bridge_, workspace_, preview_, navigator_, tokens_, target_, run_, quickTranslator_,
                selectionPreview_, tools_, agents_),
       window_(*this) {
   PaneRegistry::Add(*this);
+  tokens_.OnStore([this](const std::wstring& token) { agents_.SetAccessToken(token); });
 }
 
 CWebView2Pane::~CWebView2Pane() {

@@ -1,9 +1,9 @@
 #include "translation/local_snapshot_worker.h"
 
 #include "foundation/guard.h"
+#include "foundation/patient_post.h"
 #include "foundation/worker_thread.h"
 #include "translation/local_store.h"
-#include "translation/patient_post.h"
 
 namespace qv {
 namespace {

@@ -12,7 +12,7 @@
 
 #include "foundation/pane_context.h"
 #include "foundation/panel_output.h"
-#include "translation/patient_post.h"
+#include "foundation/patient_post.h"
 #include "translation/pending_requests.h"
 #include "translation/run_flags.h"
 

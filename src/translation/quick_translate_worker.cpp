@@ -7,9 +7,9 @@
 #include "foundation/host_session.h"
 #include "foundation/identity.h"
 #include "foundation/logging.h"
+#include "foundation/patient_post.h"
 #include "foundation/worker_thread.h"
 #include "translation/http_transport.h"
-#include "translation/patient_post.h"
 #include "translation/quick_translate.h"
 #include "translation/run_flags.h"
 

@@ -5,9 +5,9 @@
 
 #include "foundation/guard.h"
 #include "foundation/logging.h"
+#include "foundation/patient_post.h"
 #include "foundation/worker_thread.h"
 #include "translation/panel_transport.h"
-#include "translation/patient_post.h"
 
 namespace qv {
 namespace {

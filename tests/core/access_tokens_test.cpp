@@ -16,15 +16,16 @@ class Tokens : public testing::Test {
   AccessTokens tokens_;
 };
 
-TEST_F(Tokens, StoreReachesEveryCopyAndClearOnlyTheProcessWideOne) {
+TEST_F(Tokens, StoreReachesEveryCopyAndASignOutOnlyTheProcessWideOneAndTheServices) {
   std::vector<std::wstring> heard;
   tokens_.OnStore([&](const std::wstring& token) { heard.push_back(token); });
   EXPECT_TRUE(tokens_.Store(L"t1"));
   EXPECT_EQ(NativeAccessToken::Get(), L"t1");
-  NativeAccessToken::Clear();
+  tokens_.SignOut();
+  EXPECT_EQ(NativeAccessToken::Get(), L"");
   EXPECT_EQ(tokens_.Pane(), L"t1");
   EXPECT_EQ(tokens_.Transport(), L"t1");
-  EXPECT_EQ(heard, std::vector<std::wstring>{L"t1"});
+  EXPECT_EQ(heard, (std::vector<std::wstring>{L"t1", L""}));
 }
 
 TEST_F(Tokens, EmptyTokenIsIgnoredOnlyWhileThePaneHoldsOne) {

@@ -15,6 +15,7 @@ sys.path.insert(0, str(ROOT / "devhost" / "client"))
 
 from calc_office import book, office, sheet  # noqa: E402,F401  (fixtures)
 from devhost_client import Devhost, unix_path  # noqa: E402
+from llm_proxy import ScriptedModel, free_port  # noqa: E402
 from local_service import LocalService  # noqa: E402
 from panel_driver import SLOW_TEXTS, open_signed_in, slow_down  # noqa: E402
 
@@ -73,6 +74,33 @@ def echo_service(running_echo_service):
     """A service that puts the target language before each text, for tests that are about something else."""
     running_echo_service.reset()
     return running_echo_service
+
+
+@pytest.fixture(scope="session")
+def model_port():
+    return free_port()
+
+
+@pytest.fixture(scope="session")
+def model_service(certificates, model_port):
+    """A service whose language model listens on a fixed port; each test brings its own."""
+    model = {"QV_LLM_BASE_URL": f"http://127.0.0.1:{model_port}/v1", "QV_LLM_MODEL": "scripted"}
+    started = LocalService("--engine", "echo", tls=certificates, env=model)
+    yield started
+    started.close()
+
+
+@pytest.fixture
+def start_model(tmp_path, model_port):
+    """Starts the model with its answers; `framing` is how it frames its streams."""
+    started = []
+
+    def start(*answers, framing="close"):
+        started.append(ScriptedModel(tmp_path / "script.json", answers, model_port, framing))
+
+    yield start
+    for model in started:
+        model.close()
 
 
 @contextlib.contextmanager

@@ -105,11 +105,6 @@ TEST_F(AgentServices, TheToolServerRunsAsThePageWishes) {
   EXPECT_EQ(qv::Ask(kPort, GetText("/mcp")), "");
 }
 
-TEST_F(AgentServices, AnActionThatNobodyHandlesIsSaidSo) {
-  const std::uint32_t view = OpenPane();
-  EXPECT_EQ(Ask(view, L"launchAgent"), R"("ok":false,"data":{"error":"unknown_agent_action"}});)");
-}
-
 TEST_F(AgentServices, APortThatAnotherProgramHasIsNotTaken) {
   const std::uint32_t view = OpenPane();
   const SilentProgram foreign(kPort);

@@ -141,6 +141,11 @@ TEST_F(Messages, ExportWhatTheUserKeepsOnThisComputer) {
       << answer;
 }
 
+TEST_F(Messages, AskWhichAgentsThereAre) {
+  const std::string answer = Ask(OpenPane(), L"detectAgents");
+  EXPECT_TRUE(answer.starts_with(std::string(kReplyStart) + R"({"agents":[{"id":"opencode",)")) << answer;
+}
+
 wchar_t Unchanged(wchar_t unit) {
   return unit;
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "loopback_server.h"
 
 namespace qv {
@@ -62,6 +64,7 @@ TEST(HttpsClient, TellsWholeAnswersFromBrokenOnes) {
     EXPECT_EQ(response.status, c.status) << c.name;
     EXPECT_EQ(response.body, c.body) << c.name;
     EXPECT_EQ(response.error, c.ok ? L"" : L"HTTP request failed") << c.name;
+    EXPECT_EQ(response.systemError == 0, c.ok) << c.name;
   }
 }
 
@@ -106,6 +109,36 @@ TEST(HttpsClient, ASinkReceivesTheBodyAndMayEndIt) {
       SendHttp(RequestTo(server.Endpoint()), [](int, std::string_view) { return false; });
   EXPECT_FALSE(ended.ok);
   EXPECT_EQ(ended.error, L"HTTP request failed");
+  EXPECT_EQ(ended.systemError, 1223u) << "ERROR_CANCELLED";
+}
+
+TEST(HttpsClient, TheHeadIsToldAheadOfTheBodyWhichComesInSmallPieces) {
+  const std::string reply =
+      "HTTP/1.1 429 No\r\nContent-Type: text/event-stream\r\nContent-Length: 100000\r\n\r\n" +
+      std::string(100'000, 'x');
+  LoopbackServer server({reply, reply});
+  std::vector<std::size_t> pieces;
+  std::size_t total = 0;
+  const HttpByteSink take = [&](int, std::string_view piece) {
+    pieces.push_back(piece.size());
+    total += piece.size();
+    return true;
+  };
+  std::wstring seen;
+  const HttpResponse whole = SendHttp(RequestTo(server.Endpoint()), take, [&](const HttpResponse& head) {
+    EXPECT_TRUE(pieces.empty());
+    seen = std::to_wstring(head.status) + head.contentType;
+    return true;
+  });
+  EXPECT_TRUE(whole.ok);
+  EXPECT_EQ(whole.systemError, 0u);
+  EXPECT_EQ(seen, L"429text/event-stream");
+  EXPECT_EQ(total, 100'000u);
+  EXPECT_LE(*std::ranges::max_element(pieces), 16'384u);
+  const HttpResponse ended =
+      SendHttp(RequestTo(server.Endpoint()), take, [](const HttpResponse&) { return false; });
+  EXPECT_FALSE(ended.ok);
+  EXPECT_EQ(total, 100'000u) << "nothing of a refused answer";
 }
 
 TEST(HttpsClient, FailuresBeforeAnAnswerHaveNoStatus) {
@@ -113,6 +146,7 @@ TEST(HttpsClient, FailuresBeforeAnAnswerHaveNoStatus) {
   EXPECT_FALSE(refused.ok);
   EXPECT_EQ(refused.status, 0);
   EXPECT_EQ(refused.error, L"HTTP request failed");
+  EXPECT_EQ(refused.systemError, 12029u) << "ERROR_WINHTTP_CANNOT_CONNECT";
 }
 
 }  // namespace

@@ -12,6 +12,8 @@
  * Opened in a plain browser there is no add-in: everything posted is dropped, and nothing ever comes.
  */
 
+import { TOOL_FIELDS } from './tool_actions.js';
+
 /** Points; colour as red + 256 * green + 65536 * blue; an absent field leaves what the cell has. */
 const STYLE = ['targetFont', 'targetFontSize', 'targetFontBold', 'targetFontColor'];
 const START = [
@@ -67,6 +69,18 @@ export const ACTIONS = {
   docKeyGet: ['requestId'], // {docKey}: names the workbook; "_unsaved" and "_no_doc" name none
   exportLocalSnapshot: ['requestId'], // {glossaries, instructions} of this computer, each with its id
   clientInfoGet: ['requestId'], // {productId, platform, version, commit, buildDate, os, installId, hostApp, …}
+  // coding agents and the server of tools that they work with; the first four take their time
+  detectAgents: ['requestId'], // {agents: [{id, name, command, path, version, installed, bundled, …}]}
+  installOpencode: ['requestId'], // {success, exePath, error}
+  installAgentMcp: ['requestId', 'id'], // {success, configPath, backupPath, error}
+  launchAgent: ['requestId', 'id'], // {success, error}
+  getMcpServerStatus: ['requestId'], // {ok, owner: "self" | "other" | "none", running, port}
+  ensureMcpServer: ['requestId'], // the same, and "error"
+  stopMcpServer: ['requestId'],
+  // the workbook tools; a tool that failed answers {error}, and is no refusal
+  ...TOOL_FIELDS,
+  excelPushUndoMarker: ['requestId'], // {ok, depth: markers}; ahead of one chat message's edits
+  excelUndoMessage: ['requestId'], // {restored: cells, depth: markers left}
 };
 
 /** Objects that the add-in posts, by their "action". */
@@ -109,7 +123,7 @@ export const EVENTS = [
   'quorvantisImportState', // (value) of another page's export
 ];
 
-/** How long the add-in may take to answer a request; it answers from memory. */
+/** How long the add-in may take to answer a request that it answers from memory. */
 const REQUEST_LIMIT_MS = 10000;
 
 const webview = () => globalThis.chrome?.webview;
@@ -149,26 +163,32 @@ export function onEvents(handlers) {
   }
 }
 
+/** Tells this page's requests from those of other pages, which get the same answers. */
+const pageId = Array.from(crypto.getRandomValues(new Uint8Array(4)), (byte) => byte.toString(16)).join('');
+
 /**
  * Asks the add-in; the answer is matched by its id, so several may be open.
- * @param {'clientInfoGet' | 'docKeyGet' | 'exportLocalSnapshot'} action
- * @returns {Promise<any>} the answer's data; rejected when it is a refusal, or none came in time
+ * @param {keyof typeof ACTIONS} action that has a requestId
+ * @param {object} [fields]
+ * @param {{limitMs?: number}} [options] how long it may take; Infinity waits for ever
+ * @returns {Promise<any>} the answer's data; rejected, with `data` where there is any, when it is a refusal, and when
+ *   none came in time
  */
-export function request(action) {
-  const requestId = `${action}-${++requestCount}`;
+export function request(action, fields = {}, { limitMs = REQUEST_LIMIT_MS } = {}) {
+  const requestId = `${action}-${pageId}-${++requestCount}`;
   return new Promise((resolve, reject) => {
-    const giveUp = (reason) => {
+    const giveUp = (reason, data) => {
       waiting.delete(requestId);
-      reject(new Error(`${action}: ${reason}`));
+      reject(Object.assign(new Error(`${action}: ${reason}`), { data }));
     };
     if (!isHosted()) return giveUp('no add-in');
-    const timer = setTimeout(giveUp, REQUEST_LIMIT_MS, 'no answer');
+    const timer = Number.isFinite(limitMs) ? setTimeout(giveUp, limitMs, 'no answer') : 0;
     waiting.set(requestId, ({ ok, data }) => {
       clearTimeout(timer);
       if (ok) resolve(data);
-      else giveUp('refused');
+      else giveUp('refused', data);
     });
-    post(action, { requestId });
+    post(action, { requestId, ...fields });
   });
 }
 

@@ -56,6 +56,9 @@ export function openSession() {
   onMessages({ accessToken: ({ accessToken }) => meet(accessToken ?? '') });
   onChangedElsewhere(NAME, () => {
     session = read();
+    // This pane's own copies follow: its model proxy may be the one that agents use.
+    if (session.token) post('setAccessToken', { accessToken: session.token });
+    else if (session.signedOut) post('clearAccessToken');
     for (const listener of listeners) listener();
   });
   if (isHosted()) post('requestAccessToken');

@@ -1,0 +1,82 @@
+#include "services/agent_installer.h"
+
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include "foundation/text.h"
+#include "services/agent_places.h"
+#include "services/folder_removal.h"
+#include "services/named_lock.h"
+#include "services/package_fetch.h"
+#include "services/package_unpack.h"
+
+namespace qv {
+namespace {
+
+constexpr wchar_t kInstallLock[] = L"Local\\Quorvantis.AgentInstaller";
+
+constexpr wchar_t kBusy[] = L"正在安装 OpenCode，请稍候";
+constexpr wchar_t kNoTemporary[] = L"无法创建临时文件";
+constexpr wchar_t kFetchFailed[] = L"下载 OpenCode 安装包失败";
+constexpr wchar_t kFolderFailed[] = L"无法创建安装目录";
+constexpr wchar_t kUnpackFailed[] = L"解压 OpenCode 安装包失败";
+constexpr wchar_t kNoExecutable[] = L"安装包中未找到 opencode.exe";
+
+/// Makes way for the new copy; the text of what went wrong, or empty. Nothing is deleted while any of the old
+/// copy is in use.
+std::wstring ClearFolder(const std::wstring& directory) {
+  const std::wstring inUse = FileInUseBelow(directory);
+  if (!inUse.empty()) return Concat(L"旧版本正在使用，未作修改：", inUse);
+  const std::wstring kept = DeleteFolder(directory);
+  if (!kept.empty()) return Concat(L"旧版本未能完全删除：", kept);
+  return SHCreateDirectoryExW(nullptr, directory.c_str(), nullptr) == ERROR_SUCCESS ? L"" : kFolderFailed;
+}
+
+bool Unpack(const std::wstring& package, const std::wstring& directory) {
+  if (ExtractWithTar(package, directory)) return true;
+  InstallerLog(L"tar failed, trying shell fallback");
+  // What tar left would be taken for what the shell has copied.
+  if (!ClearFolder(directory).empty()) return false;
+  return ExtractWithShell(package, directory, [&] { return LocateOpenCode(directory); });
+}
+
+/// The text of what went wrong, or empty. The package is gone afterwards.
+std::wstring PutInPlace(const std::wstring& location, const std::wstring& directory) {
+  const TemporaryPackage package;
+  if (package.Path().empty()) return kNoTemporary;
+  if (!FetchPackage(location, package.Path())) return kFetchFailed;
+  InstallerLog(Concat(L"downloaded zip to ", package.Path()));
+  const std::wstring obstacle = ClearFolder(directory);
+  if (!obstacle.empty()) return obstacle;
+  return Unpack(package.Path(), directory) ? L"" : kUnpackFailed;
+}
+
+InstallResult Failed(std::wstring error) {
+  InstallerLog(Concat(L"failed: ", error));
+  InstallResult result;
+  result.error = std::move(error);
+  return result;
+}
+
+}  // namespace
+
+std::wstring DefaultPackageLocation() {
+  return QV_OPENCODE_PACKAGE;
+}
+
+InstallResult InstallOpencode(const std::wstring& location, const std::wstring& directory) {
+  const NamedLock lock(kInstallLock, std::chrono::milliseconds(0));
+  if (!lock) return Failed(kBusy);
+  std::wstring error = PutInPlace(location, directory);
+  if (!error.empty()) return Failed(std::move(error));
+  InstallResult result;
+  result.exePath = LocateOpenCode(directory);
+  if (result.exePath.empty()) return Failed(kNoExecutable);
+  result.version = GetAgentVersion(result.exePath);
+  InstallerLog(Concat(L"opencode version: ", result.version));
+  result.success = true;
+  return result;
+}
+
+}  // namespace qv

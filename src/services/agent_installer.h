@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "services/agent_answers.h"
+
+namespace qv {
+
+/// Where OpenCode's package comes from when neither the page nor config.json ("opencodePackage") says so.
+[[nodiscard]] std::wstring DefaultPackageLocation();
+
+/// Fetches OpenCode's package and puts it into `directory`, in the place of any copy that is there. A copy
+/// that runs is left as it is. One installation at a time. Worker thread; takes minutes.
+[[nodiscard]] InstallResult InstallOpencode(const std::wstring& location, const std::wstring& directory);
+
+}  // namespace qv
