@@ -5,7 +5,8 @@ set -u
 here=$(dirname "$0")
 "$here/setup.sh" || exit 1
 . "$here/env.sh"
-trap stop_started EXIT
+# Wine forgets console hosts, and with them its server would go on for ever.
+trap 'stop_started; "$QV_WINESERVER" -k' EXIT
 cd "$QV_ROOT" || exit 1
 
 say "Building…"

@@ -28,9 +28,13 @@ if [ $gtest = 0 ]; then
   exit $?
 fi
 
+# A file and no pipe: a console host that Wine forgets behind a finished program would hold a pipe for ever.
 output=$(mktemp)
-"$QV_WINE" "$@" 2>&1 | tr -d '\r' | tee "$output"
-status=${PIPESTATUS[0]}
+"$QV_WINE" "$@" >"$output" 2>&1 &
+program=$!
+tail -n +1 -f -s 0.1 --pid=$program "$output" | sed -u 's/\r$//'
+wait $program
+status=$?
 passed=$(grep -c '^\[  PASSED  \] [1-9]' "$output")
 failed=$(grep -c '^\[  FAILED  \]' "$output")
 rm -f "$output"
