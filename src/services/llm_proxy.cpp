@@ -117,9 +117,6 @@ void LlmProxy::ForwardChatCompletion(const ListenerRequest& request, const State
                                      ListenerResponder& responder) {
   const ServiceEndpoint upstream{state.upstreamHost, state.upstreamPort, state.upstreamSecure};
   const auto exchange = UpstreamExchange::Start(MakeForwardRequest(request, state.accessToken, upstream));
-  if (!exchange) {
-    return responder.Send({502, "Bad Gateway"}, UpstreamFailureBody(SendReceiveFailure(GetLastError())));
-  }
   const Relaying relaying(*this, exchange);
   RelayAnswer(*exchange, responder);
 }
