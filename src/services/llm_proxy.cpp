@@ -41,7 +41,7 @@ class LlmProxy::Relaying {
   LlmProxy& proxy_;
 };
 
-LlmProxy::LlmProxy(std::uint16_t port) : listener_(DescribeService(port)) {}
+LlmProxy::LlmProxy(std::uint16_t port) : newest_(*this), listener_(DescribeService(port)) {}
 
 ListenerService LlmProxy::DescribeService(std::uint16_t port) {
   ListenerService service;
@@ -52,6 +52,7 @@ ListenerService LlmProxy::DescribeService(std::uint16_t port) {
   };
   service.log = ProxyLog;
   service.wakeWaiters = [this] { CallOffExchange(); };
+  service.beforeYield = [this] { newest_.StopOther(); };
   return service;
 }
 
@@ -66,7 +67,9 @@ bool LlmProxy::PrepareLlmProxy(std::wstring_view accessToken, const ServiceEndpo
     state_ = {std::move(proxyToken), std::wstring(accessToken), upstream.host, upstream.port,
               upstream.secure};
   }
-  return listener_.Start();
+  const bool listens = listener_.Start();
+  if (listens) newest_.Mark();
+  return listens;
 }
 
 void LlmProxy::SetProxyAccessToken(std::wstring_view accessToken) {
