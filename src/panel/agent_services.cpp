@@ -49,6 +49,11 @@ std::wstring AgentServices::Handle(const PanelMessage& message) {
   return BuildReplyScript(JsonGetString(message.text, L"requestId"), reply->ok, reply->data);
 }
 
+void AgentServices::SetAccessToken(std::wstring_view token) {
+  accessToken_ = token;
+  llmProxy_.SetProxyAccessToken(token);
+}
+
 AgentReply AgentServices::GetMcpServerStatus() const {
   return {true, McpStatusAnswer(IsMcpServerRunning() ? McpOwner::kSelf : OwnerOfFreeOrForeignPort())};
 }
@@ -77,8 +82,8 @@ bool AgentServices::PrepareMcpServer() {
 
 std::optional<ProxyAccess> AgentServices::PrepareLlmProxy() {
   if (closed_) return std::nullopt;
-  if (!llmProxy_.PrepareLlmProxy(NativeAccessToken::Get(), HostSession::Get().Endpoint()))
-    return std::nullopt;
+  const std::wstring& token = accessToken_ ? *accessToken_ : NativeAccessToken::Get();
+  if (!llmProxy_.PrepareLlmProxy(token, HostSession::Get().Endpoint())) return std::nullopt;
   return ProxyAccess{{}, llmProxy_.GetProxyToken()};
 }
 
