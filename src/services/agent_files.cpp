@@ -5,6 +5,7 @@
 #include <shlobj.h>
 
 #include "foundation/file_io.h"
+#include "foundation/file_replacement.h"
 #include "foundation/text.h"
 #include "services/agent_config.h"
 #include "services/agent_places.h"
