@@ -46,19 +46,19 @@ TEST_F(AgentFiles, AMissingFileIsMadeWithItsFolderAndNoBackup) {
 }
 
 TEST_F(AgentFiles, AFileIsCopiedBeforeItIsChanged) {
-  WriteBytes(Claude(), "{\"a\":\"\xFF\"}");
+  WriteBytes(Claude(), "{\"a\":\"\xC3\xBC\"}");
   const ConfigureResult result = ConfigureAgent(AgentKind::kClaude, {});
   EXPECT_TRUE(result.success);
   const std::wstring head = Claude() + L".backup.20";
   EXPECT_EQ(result.backupPath.substr(0, head.size()), head);
   EXPECT_EQ(result.backupPath.size(), Claude().size() + 8 + 15);
-  EXPECT_EQ(ReadBytes(result.backupPath), "{\"a\":\"\xFF\"}");
-  EXPECT_EQ(ReadBytes(Claude()), WithMcpEntry(AgentKind::kClaude, "{\"a\":\"\xFF\"}"));
+  EXPECT_EQ(ReadBytes(result.backupPath), "{\"a\":\"\xC3\xBC\"}");
+  EXPECT_EQ(ReadBytes(Claude()), WithMcpEntry(AgentKind::kClaude, "{\"a\":\"\xC3\xBC\"}"));
   EXPECT_EQ(Beside().size(), 1U);
   // Once more: one entry, and another backup once the second has passed.
   EXPECT_TRUE(
       PumpUntil([&] { return ConfigureAgent(AgentKind::kClaude, {}).backupPath != result.backupPath; }));
-  EXPECT_EQ(ReadBytes(Claude()), WithMcpEntry(AgentKind::kClaude, "{\"a\":\"\xFF\"}"));
+  EXPECT_EQ(ReadBytes(Claude()), WithMcpEntry(AgentKind::kClaude, "{\"a\":\"\xC3\xBC\"}"));
   EXPECT_EQ(Beside().size(), 2U);
 }
 
@@ -68,6 +68,7 @@ TEST_F(AgentFiles, WhatCannotBeChangedSafelyStaysAsItIs) {
   EXPECT_FALSE(result.success);
   EXPECT_EQ(result.error, L"配置文件的格式无法识别，或 qv-excel 以其他写法定义，文件未修改");
   EXPECT_EQ(ReadBytes(Claude()), "{\"a\":1,}");
+  EXPECT_EQ(Beside().size(), 0U);
 
   WriteBytes(Claude(), "{}");
   {
