@@ -33,6 +33,18 @@ class AgentLaunch : public AgentWorld {
     EXPECT_TRUE(PumpUntil([&] { return fs::exists(ReportPath()); })) << ToUtf8(Log());
     return ReadBytes(ReportPath());
   }
+  /// Whether the launcher has logged texts that begin like this, one after the other.
+  [[nodiscard]] testing::AssertionResult LoggedInOrder(const std::vector<std::wstring>& texts) const {
+    const std::wstring log = Log();
+    std::size_t at = 0;
+    for (const std::wstring& text : texts) {
+      at = log.find(L"[AgentLauncher] " + text, at);
+      if (at == std::wstring::npos)
+        return testing::AssertionFailure() << ToUtf8(text) << " is not in\n" << ToUtf8(log);
+      at += text.size();
+    }
+    return testing::AssertionSuccess();
+  }
   [[nodiscard]] static bool HasLine(const std::string& report, std::wstring_view line) {
     return ("\n" + report).find("\n" + ToUtf8(line) + "\n") != std::string::npos;
   }
@@ -83,15 +95,46 @@ TEST_F(AgentLaunch, WhatIsNotInstalledOrCannotStartIsSaid) {
   AddProgram(L"codex.exe");
   SetVariable(L"ComSpec", L"C:\\none\\cmd.exe");
   EXPECT_EQ(LaunchAgent(AgentKind::kCodex, {}), L"无法启动该 Agent");
-  std::size_t at = 0;
-  for (const wchar_t* attempt :
-       {L"attempt CreateProcessW in ", L"failed with ", L"attempt CreateProcessW in ", L"failed with ",
-        L"attempt ShellExecuteExW in ", L"failed with "}) {
-    at = Log().find(attempt, at + 1);
-    EXPECT_NE(at, std::wstring::npos) << ToUtf8(Log());
-  }
+  EXPECT_TRUE(LoggedInOrder({L"attempt CreateProcessW in ", L"failed with ", L"attempt CreateProcessW in ",
+                             L"failed with ", L"attempt ShellExecuteExW in ", L"failed with "}));
   SetVariable(L"USERPROFILE", nullptr);
   EXPECT_EQ(LaunchAgent(AgentKind::kCodex, {}), L"无法确定用户目录");
+}
+
+TEST_F(AgentLaunch, AnElevatedHostHandsItsRightsOnOnlyWhereTheDesktopHasNoLesserOnes) {
+  AddProgram(L"codex.exe");
+  constexpr auto kElevated = [] { return true; };
+  constexpr auto kRefused = [](const ConsoleProgram&, const std::wstring&) -> unsigned long { return 5; };
+  EXPECT_EQ(LaunchAgent(AgentKind::kCodex, {}, {kElevated, [] { return DesktopShell::kUsual; }, kRefused}),
+            L"无法启动该 Agent");
+  EXPECT_TRUE(LoggedInOrder(
+      {L"attempt CreateProcessWithTokenW explorer in " + AgentWorkspaceDirectory(), L"failed with 5\r\n",
+       L"attempt CreateProcessWithTokenW explorer in " + Profile() + L"\r\n", L"failed with 5\r\n"}));
+  EXPECT_FALSE(Contains(Log(), L"attempt CreateProcessW in "));
+  EXPECT_FALSE(Contains(Log(), L"attempt ShellExecuteExW in "));
+  EXPECT_FALSE(fs::exists(ReportPath()));
+
+  const struct {
+    LaunchSystem system;
+    std::vector<std::wstring> log;
+  } cases[] = {
+      {{kElevated, [] { return DesktopShell::kUsual; }, &StartInConsole},
+       {L"attempt CreateProcessWithTokenW explorer in ", L"started\r\n"}},
+      {{kElevated, [] { return DesktopShell::kNone; }, kRefused},
+       {L"skip CreateProcessWithTokenW explorer: no desktop shell\r\n", L"attempt CreateProcessW in "}},
+      {{kElevated, [] { return DesktopShell::kElevated; }, kRefused},
+       {L"skip CreateProcessWithTokenW explorer: desktop shell is elevated\r\n",
+        L"attempt CreateProcessW in "}},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(LaunchAgent(AgentKind::kCodex, {}, c.system), L"");
+    EXPECT_TRUE(HasLine(Report(), L"console=1"));
+    EXPECT_TRUE(LoggedInOrder(c.log));
+    EXPECT_TRUE(PumpUntil([&] {
+      std::error_code busy;
+      return fs::remove(ReportPath(), busy);
+    }));
+  }
 }
 
 /// A pane that is nothing but a window for tasks, and a page that keeps what it is told.
