@@ -24,6 +24,9 @@ class LlmProxy {
   LlmProxy(const LlmProxy&) = delete;
   LlmProxy& operator=(const LlmProxy&) = delete;
 
+  /// Makes the key, the first time: what agents must present as their API key. Nothing listens yet.
+  std::wstring EnsureProxyToken();
+
   /// Makes the key, the first time, takes the user's token and the service's address, and listens; true when
   /// it does. Waits for the port's former owner, for half a minute at most.
   [[nodiscard]] bool PrepareLlmProxy(std::wstring_view accessToken, const ServiceEndpoint& upstream);

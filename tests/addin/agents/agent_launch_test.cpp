@@ -184,11 +184,8 @@ class AgentRequestsTest : public AgentLaunch, public PanelOutput {
 };
 
 TEST_F(AgentRequestsTest, EachIsAnsweredLaterInTheFormOfAReply) {
-  const AgentRequests requests(pane_, *this,
-                               {[] { return true; },
-                                [] {
-                                  return ProxyAccess{L"http://127.0.0.1:7879/v1", L"qv_k"};
-                                }});
+  constexpr auto kProxy = [] { return ProxyAccess{L"http://127.0.0.1:7879/v1", L"qv_k"}; };
+  const AgentRequests requests(pane_, *this, {[] { return true; }, kProxy, kProxy});
   EXPECT_TRUE(
       Contains(Ask(requests, &AgentRequests::Detect, L""),
                L"_onResponse({\"requestId\":\"r1\",\"ok\":true,\"data\":{\"agents\":[{\"id\":\"opencode\""));
@@ -213,15 +210,42 @@ TEST_F(AgentRequestsTest, EachIsAnsweredLaterInTheFormOfAReply) {
 TEST_F(AgentRequestsTest, NothingIsWrittenOrStartedForNobodyOrWithoutTheServersThatItNeeds) {
   AddProgram(L"opencode.exe");
   bool mcp = false;
-  const AgentRequests requests(pane_, *this, {[&mcp] { return mcp; }, {}});
+  const AgentRequests requests(pane_, *this, {[&mcp] { return mcp; }, {}, {}});
   EXPECT_EQ(Refused(requests.Configure(LR"({"id":"Claude"})")), L"未找到该 Agent");
   EXPECT_EQ(Refused(requests.Launch(LR"({"id":""})")), L"未找到该 Agent");
   EXPECT_EQ(Refused(requests.Launch(LR"({"id":"opencode"})")), L"MCP 服务未能启动");
   mcp = true;
   EXPECT_EQ(Refused(requests.Launch(LR"({"id":"opencode"})")), L"LLM 代理未能启动");
-  EXPECT_EQ(Refused(requests.Configure(LR"({"id":"opencode"})")), L"LLM 代理未能启动");
+  const auto refused = requests.Configure(LR"({"id":"opencode"})");
+  EXPECT_EQ(Refused(refused), L"LLM 代理未能启动");
+  EXPECT_EQ(JsonGetString(refused->data, L"configPath"), AgentConfigPath(AgentKind::kOpenCode));
   EXPECT_FALSE(fs::exists(AgentWorkspaceDirectory()));
   EXPECT_FALSE(fs::exists(ReportPath()));
+}
+
+TEST_F(AgentRequestsTest, ConnectingAsksForTheProxysKeyAtMostAndWithoutAProfileForNothing) {
+  int asked = 0;
+  const auto start = [](auto answer) {
+    return [answer] {
+      ADD_FAILURE() << "a server was started";
+      return answer;
+    };
+  };
+  const AgentRequests requests(pane_, *this, {start(true), start(std::optional<ProxyAccess>()), [&asked] {
+                                                ++asked;
+                                                return ProxyAccess{{}, L"qv_k"};
+                                              }});
+  Ask(requests, &AgentRequests::Configure, L",\"id\":\"claude\"");
+  EXPECT_EQ(asked, 0);
+  Ask(requests, &AgentRequests::Configure, L",\"id\":\"opencode\"");
+  EXPECT_EQ(asked, 1);
+  EXPECT_NE(ReadBytes(AgentConfigPath(AgentKind::kOpenCode)).find("\"apiKey\": \"qv_k\""), std::string::npos);
+  SetVariable(L"USERPROFILE", nullptr);
+  EXPECT_EQ(Ask(requests, &AgentRequests::Configure, L",\"id\":\"opencode\""),
+            BuildReplyScript(L"r1", false,
+                             L"{\"success\":false,\"configPath\":\"\","
+                             L"\"error\":\"无法确定该 Agent 的配置文件路径\"}"));
+  EXPECT_EQ(asked, 1);
 }
 
 TEST_F(AgentRequestsTest, APaneThatHasClosedHearsNothing) {
