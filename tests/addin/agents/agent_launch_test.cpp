@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <chrono>
 #include <vector>
 
 #include "agent_world.h"
@@ -221,6 +222,55 @@ TEST_F(AgentRequestsTest, NothingIsWrittenOrStartedForNobodyOrWithoutTheServersT
   EXPECT_EQ(JsonGetString(refused->data, L"configPath"), AgentConfigPath(AgentKind::kOpenCode));
   EXPECT_FALSE(fs::exists(AgentWorkspaceDirectory()));
   EXPECT_FALSE(fs::exists(ReportPath()));
+}
+
+/// A window of the host that asks to be painted again as soon as it has been.
+class PaintedWindow {
+ public:
+  PaintedWindow()
+      : window_(CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr,
+                                nullptr, nullptr)) {
+    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&OnMessage));
+  }
+  PaintedWindow(const PaintedWindow&) = delete;
+  PaintedWindow& operator=(const PaintedWindow&) = delete;
+  ~PaintedWindow() { DestroyWindow(window_); }
+
+  [[nodiscard]] int Paints() const { return paints_; }
+  void AskForPaint() const { InvalidateRect(window_, nullptr, FALSE); }
+
+ private:
+  static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto* const self = reinterpret_cast<PaintedWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (message == WM_PAINT) ++self->paints_;
+    return DefWindowProcW(window, message, wParam, lParam);
+  }
+
+  HWND window_;
+  int paints_ = 0;
+};
+
+TEST_F(AgentRequestsTest, TheHostPaintsWhileAnAgentHangs) {
+  AddProgram(L"claude.exe");
+  SetVariable(L"QV_TEST_AGENT", L"hang");
+  const AgentRequests requests(pane_, *this, {});
+  const PaintedWindow window;
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_FALSE(requests.Detect(LR"({"requestId":"r1"})"));
+  // Painted once in each tenth of a second of the five that the program is given.
+  for (int tenth = 0; tenth < 45; ++tenth) {
+    const int before = window.Paints();
+    window.AskForPaint();
+    EXPECT_TRUE(PumpUntil([&] {
+      return window.Paints() > before &&
+             std::chrono::steady_clock::now() - start >= std::chrono::milliseconds(100 * tenth);
+    }));
+    if (!scripts_.empty()) break;
+  }
+  EXPECT_GE(window.Paints(), 40);
+  EXPECT_TRUE(PumpUntil([&] { return !scripts_.empty(); }));
+  EXPECT_TRUE(Contains(scripts_.at(0), L"\"version\":\"0.1 (stopped\""));
 }
 
 TEST_F(AgentRequestsTest, ConnectingAsksForTheProxysKeyAtMostAndWithoutAProfileForNothing) {
