@@ -32,10 +32,10 @@ class LlmProxy {
   [[nodiscard]] bool PrepareLlmProxy(std::wstring_view accessToken, const ServiceEndpoint& upstream);
 
   /// The token that requests are forwarded with from now on, empty while nobody is signed in. Ignored by a
-  /// proxy that was never prepared.
+  /// proxy that has no key yet.
   void SetProxyAccessToken(std::wstring_view accessToken);
 
-  /// What agents must present as their API key; empty before the first preparation. Not for logs. Any thread.
+  /// What agents must present as their API key; empty before it is made. Not for logs. Any thread.
   [[nodiscard]] std::wstring GetProxyToken() const;
 
   [[nodiscard]] bool IsRunning() const { return listener_.IsRunning(); }
