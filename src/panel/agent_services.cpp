@@ -38,7 +38,8 @@ AgentServices::AgentServices(std::shared_ptr<PaneContext> pane, PanelOutput& out
                              std::shared_ptr<ToolDispatcher> tools)
     : tools_(std::move(tools)),
       requests_(std::move(pane), output,
-                {[this] { return PrepareMcpServer(); }, [this] { return PrepareLlmProxy(); }}) {}
+                {[this] { return PrepareMcpServer(); }, [this] { return PrepareLlmProxy(); },
+                 [this] { return DescribeLlmProxy(); }}) {}
 
 std::wstring AgentServices::Handle(const PanelMessage& message) {
   std::optional<AgentReply> reply = AgentReply{false, kUnknownActionData};
@@ -85,6 +86,11 @@ std::optional<ProxyAccess> AgentServices::PrepareLlmProxy() {
   const std::wstring& token = accessToken_ ? *accessToken_ : NativeAccessToken::Get();
   if (!llmProxy_.PrepareLlmProxy(token, HostSession::Get().Endpoint())) return std::nullopt;
   return ProxyAccess{{}, llmProxy_.GetProxyToken()};
+}
+
+std::optional<ProxyAccess> AgentServices::DescribeLlmProxy() {
+  if (closed_) return std::nullopt;
+  return ProxyAccess{{}, llmProxy_.EnsureProxyToken()};
 }
 
 void AgentServices::Close() {

@@ -49,6 +49,8 @@ class AgentServices {
   [[nodiscard]] bool PrepareMcpServer();
   /// How an agent reaches the proxy, started if need be; nothing when it does not run. Takes as long.
   [[nodiscard]] std::optional<ProxyAccess> PrepareLlmProxy();
+  /// How an agent will reach the proxy once it runs; nothing after `Close`.
+  [[nodiscard]] std::optional<ProxyAccess> DescribeLlmProxy();
 
   const std::shared_ptr<ToolDispatcher> tools_;
   const AgentRequests requests_;

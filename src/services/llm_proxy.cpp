@@ -56,12 +56,19 @@ ListenerService LlmProxy::DescribeService(std::uint16_t port) {
   return service;
 }
 
-bool LlmProxy::PrepareLlmProxy(std::wstring_view accessToken, const ServiceEndpoint& upstream) {
+std::wstring LlmProxy::EnsureProxyToken() {
   std::wstring proxyToken = GetProxyToken();
   if (proxyToken.empty()) {
     proxyToken = GenerateProxyToken();
     PaneLog(Concat(L"LLM Proxy token generated prefix=", LoggedPrefix(proxyToken)));
+    const std::scoped_lock lock(mutex_);
+    state_.proxyToken = proxyToken;
   }
+  return proxyToken;
+}
+
+bool LlmProxy::PrepareLlmProxy(std::wstring_view accessToken, const ServiceEndpoint& upstream) {
+  std::wstring proxyToken = EnsureProxyToken();
   {
     const std::scoped_lock lock(mutex_);
     state_ = {std::move(proxyToken), std::wstring(accessToken), upstream.host, upstream.port,

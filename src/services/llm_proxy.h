@@ -25,16 +25,19 @@ class LlmProxy {
   LlmProxy(const LlmProxy&) = delete;
   LlmProxy& operator=(const LlmProxy&) = delete;
 
+  /// Makes the key, the first time: what agents must present as their API key. Nothing listens yet.
+  std::wstring EnsureProxyToken();
+
   /// Makes the key, the first time, takes the user's token and the service's address, and listens; true when
   /// it does. Waits for the port's former owner, for half a minute at most; one of this process is stopped,
   /// with the answer that it is at.
   [[nodiscard]] bool PrepareLlmProxy(std::wstring_view accessToken, const ServiceEndpoint& upstream);
 
   /// The token that requests are forwarded with from now on, empty while nobody is signed in. Ignored by a
-  /// proxy that was never prepared.
+  /// proxy that has no key yet.
   void SetProxyAccessToken(std::wstring_view accessToken);
 
-  /// What agents must present as their API key; empty before the first preparation. Not for logs. Any thread.
+  /// What agents must present as their API key; empty before it is made. Not for logs. Any thread.
   [[nodiscard]] std::wstring GetProxyToken() const;
 
   [[nodiscard]] bool IsRunning() const { return listener_.IsRunning(); }

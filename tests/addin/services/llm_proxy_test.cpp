@@ -109,8 +109,11 @@ TEST_F(LlmProxyTest, TheKeyIsMadeOnceAndTheUsersTokenMayChangeAnyTime) {
   EXPECT_NE(key, L"qv_" + std::wstring(64, L'0'));
   LlmProxy other(ClosedPort());
   EXPECT_EQ(other.GetProxyToken(), L"");
+  const std::wstring early = other.EnsureProxyToken();
+  EXPECT_FALSE(other.IsRunning());
   ASSERT_TRUE(other.PrepareLlmProxy(kUserToken, upstream_.Endpoint()));
-  EXPECT_NE(other.GetProxyToken(), key);
+  EXPECT_EQ(other.GetProxyToken(), early);
+  EXPECT_NE(early, key);
   EXPECT_TRUE(Prepare());
   EXPECT_EQ(proxy_.GetProxyToken(), key);
   for (const std::string token : {"second", "third"}) {
