@@ -109,7 +109,10 @@ bool WriteFillColor(CellStyle& style, const StyleValue& value) {
   const auto color = AsColor(value);
   if (!color) return false;
   style.fillColor = *color;
-  style.fillPattern = kSolid;
+  style.fillTheme = 0;
+  style.fillTint = 0;
+  // A pattern stays, on another ground.
+  if (style.fillPattern == kNone) style.fillPattern = kSolid;
   return true;
 }
 
@@ -124,7 +127,26 @@ bool WriteFillColorIndex(CellStyle& style, const StyleValue& value) {
   const long color = none ? kMaxColor : ColorOfIndex(*index);
   if (color < 0) return false;
   style.fillColor = color;
+  style.fillTheme = 0;
+  style.fillTint = 0;
   style.fillPattern = none ? kNone : kSolid;
+  return true;
+}
+
+/// The colours themselves belong to the theme, which this model does not have.
+bool WriteFillTheme(CellStyle& style, const StyleValue& value) {
+  constexpr long kThemeColors = 12;
+  const auto theme = AsLong(value);
+  if (!theme || *theme < 1 || *theme > kThemeColors) return false;
+  style.fillTheme = *theme;
+  if (style.fillPattern == kNone) style.fillPattern = kSolid;
+  return true;
+}
+
+bool WriteFillTint(CellStyle& style, const StyleValue& value) {
+  const auto tint = AsNumber(value);
+  if (!tint || std::abs(*tint) > 1) return false;
+  style.fillTint = *tint;
   return true;
 }
 
@@ -175,5 +197,7 @@ const StyleProperty<CellStyle> kInteriorColor{ReadFillColor, WriteFillColor};
 const StyleProperty<CellStyle> kInteriorColorIndex{ReadFillColorIndex, WriteFillColorIndex};
 const StyleProperty<CellStyle> kInteriorPattern{ReadField<&CellStyle::fillPattern>,
                                                 WriteLong<&CellStyle::fillPattern>};
+const StyleProperty<CellStyle> kInteriorThemeColor{ReadField<&CellStyle::fillTheme>, WriteFillTheme};
+const StyleProperty<CellStyle> kInteriorTint{ReadField<&CellStyle::fillTint>, WriteFillTint};
 
 }  // namespace qv::devhost::memory
