@@ -133,12 +133,16 @@ bool WriteFillColorIndex(CellStyle& style, const StyleValue& value) {
   return true;
 }
 
-/// The colours themselves belong to the theme, which this model does not have.
+/// In the order of the host's numbers of them, from 1 on; a tint leaves the number of the colour as it is.
+constexpr std::array<long, 12> kThemeColors = {0xFFFFFF, 0x000000, 0xE6E6E7, 0x6A5444, 0xC47244, 0x317DED,
+                                               0xA5A5A5, 0x00C0FF, 0xD59B5B, 0x47AD70, 0xC16305, 0x724F95};
+
 bool WriteFillTheme(CellStyle& style, const StyleValue& value) {
-  constexpr long kThemeColors = 12;
   const auto theme = AsLong(value);
-  if (!theme || *theme < 1 || *theme > kThemeColors) return false;
+  if (!theme || *theme < 1 || *theme > static_cast<long>(kThemeColors.size())) return false;
   style.fillTheme = *theme;
+  style.fillColor = kThemeColors[static_cast<size_t>(*theme - 1)];
+  style.fillTint = 0;
   if (style.fillPattern == kNone) style.fillPattern = kSolid;
   return true;
 }
