@@ -32,13 +32,17 @@ class Interior(ComObject):
 
     def _fill(self, colour):
         guards.require_format_change(self._owner.sheet, self._owner.document)
-        for area in self._owner.areas:
-            if colour == NO_COLOUR:
-                # A cell that never had a fill says nothing of it. Only a style's fill has to be overruled.
-                area.setPropertyToDefault("CellBackColor")
-                if not _differs(area) and area.CellBackColor == NO_COLOUR:
-                    continue
-            area.CellBackColor = colour
+        cells = self._owner.first
+        if len(self._owner.areas) > 1:
+            # Each put has Calc fit rows and draw anew, so that one for all areas is far quicker.
+            cells = self._owner.document.createInstance("com.sun.star.sheet.SheetCellRanges")
+            cells.addRangeAddresses(tuple(area.RangeAddress for area in self._owner.areas), False)
+        if colour == NO_COLOUR:
+            # A cell that never had a fill says nothing of it. Only a style's fill has to be overruled.
+            cells.setPropertyToDefault("CellBackColor")
+            if not _differs(cells) and cells.CellBackColor == NO_COLOUR:
+                return
+        cells.CellBackColor = colour
 
     def get_color(self):
         return self._common(lambda colour: WHITE if colour < 0 else float(units.swap_colour(colour)))
