@@ -120,11 +120,11 @@ def run_overhead(service):
 
 
 def make_gaps(path):
-    """50,000 rows, every tenth of them blank."""
+    """5,000 rows, every tenth of them blank: LibreOffice takes more than its share of time for each that goes."""
     import openpyxl
     book = openpyxl.Workbook(write_only=True)
     sheet = book.create_sheet("Gaps")
-    for row in range(1, 50001):
+    for row in range(1, 5001):
         sheet.append([] if row % 10 == 0 else [row, "text"])
     sheet.append(["end"])
     book.save(path)
@@ -147,8 +147,8 @@ def blank_rows_bench(service):
             ended = time.time()
             inside = union_length(counters["busy"]) / 1000
             deleted = counters["calls"]["Range.Delete"]
-    yield f"LibreOffice: find and show {deleted} of 50000 blank rows", f"{(asked - started) * 1000:.0f}", "ms"
-    yield f"LibreOffice: delete {deleted} of 50000 rows", f"{ended - asked:.1f}", "s"
+    yield f"LibreOffice: find and show {deleted} of 5000 rows, blank ones", f"{(asked - started) * 1000:.0f}", "ms"
+    yield f"LibreOffice: delete {deleted} of 5000 rows", f"{ended - asked:.1f}", "s"
     yield "LibreOffice: of both, in its calls", f"{100 * inside / (ended - started):.0f}", "%"
 
 
