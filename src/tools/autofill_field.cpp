@@ -46,13 +46,26 @@ std::wstring_view KindName(AutofillKind kind) {
   }
 }
 
-void AppendField(std::wstring& out, const AutofillField& field) {
-  out += Concat(L"{\"id\":", JsonQuote(field.id), L",\"kind\":", JsonQuote(KindName(field.kind)),
-                L",\"label\":", JsonQuote(field.label), L",\"placeholderText\":",
-                JsonQuote(field.placeholderText), L",\"currentValue\":", JsonQuote(field.currentValue),
-                L",\"row\":", field.row, L",\"col\":", field.col, L",\"address\":", JsonQuote(field.address),
-                L",\"context\":{\"left\":", JsonQuote(field.context.left), L",\"above\":",
-                JsonQuote(field.context.above), L",\"rowText\":", JsonQuote(field.context.rowText), L"}}");
+/// Texts are appended one after the other: there may be a hundred thousand fields.
+void AppendText(std::wstring& out, std::wstring_view name, std::wstring_view text) {
+  out += name;
+  out += JsonQuote(text);
+}
+
+/// `rowText` is quoted already: fields of one row share it.
+void AppendField(std::wstring& out, const AutofillField& field, const std::wstring& rowText) {
+  AppendText(out, L"{\"id\":", field.id);
+  AppendText(out, L",\"kind\":", KindName(field.kind));
+  AppendText(out, L",\"label\":", field.label);
+  AppendText(out, L",\"placeholderText\":", field.placeholderText);
+  AppendText(out, L",\"currentValue\":", field.currentValue);
+  out += Concat(L",\"row\":", field.row, L",\"col\":", field.col);
+  AppendText(out, L",\"address\":", field.address);
+  AppendText(out, L",\"context\":{\"left\":", field.context.left);
+  AppendText(out, L",\"above\":", field.context.above);
+  out += L",\"rowText\":";
+  out += rowText;
+  out += L"}}";
 }
 
 }  // namespace
@@ -68,9 +81,13 @@ std::optional<AutofillKind> ClassifyAutofillText(std::wstring_view text) {
 std::wstring AutofillScanResult(std::span<const AutofillField> fields, const RangeGeometry& usedRange,
                                 bool holdsData) {
   std::wstring out = L"{\"fields\":[";
+  const std::wstring* rowText = nullptr;
+  std::wstring quoted;
   for (const AutofillField& field : fields) {
     if (&field != &fields.front()) out += L',';
-    AppendField(out, field);
+    if (rowText == nullptr || *rowText != field.context.rowText) quoted = JsonQuote(field.context.rowText);
+    rowText = &field.context.rowText;
+    AppendField(out, field, quoted);
   }
   out += Concat(L"],\"usedRange\":{\"rows\":", usedRange.rows, L",\"cols\":", usedRange.cols, L",\"row0\":",
                 usedRange.firstRow, L",\"col0\":", usedRange.firstCol, L'}');

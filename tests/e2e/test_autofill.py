@@ -7,6 +7,9 @@ import pytest
 from openpyxl.styles import Border, Protection, Side
 
 from book_differences import differences
+from conftest import hosts_with
+from panel import wait_until
+from panel_driver import open_signed_in
 from tool_driver import ToolDriver
 
 LINE = Border(*(Side(style="thin"),) * 4)
@@ -139,3 +142,29 @@ def test_two_hundred_thousand_cells_are_scanned_and_no_more(start_host, tmp_path
     ask.host.do("set-cell", address="OK500", text="1")
     assert ask("autofillScan") == \
         {"fields": [], "scanUnavailable": True, "scanError": "已用区域过大，请缩小填写范围"}
+
+
+def test_the_chat_proposes_the_user_chooses_and_undo_takes_it_back(model_service, settings_file, tmp_path, start_model):
+    with hosts_with(model_service, tmp_path, "--window", "--browser", "chromium") as start:
+        host = start(make_form(tmp_path / "form.xlsx"))
+        panel = open_signed_in(host)
+        host.do("press", button="btnAiChat")
+        panel.wait_for_page("chat")
+        fills = [fill("B7", "李四"), fill("B9", "Ann Example"), {**fill("B12", "1 Long Road"), "confidence": 0.2},
+                 fill("B10", "99")]
+        start_model([{"call": "proposeFills", "arguments": {"fills": fills}}], [{"say": "Filled in as you chose."}])
+        before = {address: host.cell("Form", address) for address in ("B7", "B9", "B10", "B12")}
+        panel.click("#fill-form")
+        panel.wait_for("document.querySelectorAll('.proposals li').length === 3", 60)
+        assert panel.value("[...document.querySelectorAll('.proposals li input')].map((box) => box.checked)") == \
+            [True, True, False]
+        assert {address: host.cell("Form", address) for address in before} == before, "nothing without a yes"
+        panel.click(".proposals li:nth-child(2) input")
+        panel.click(".proposals li:nth-child(3) input")
+        panel.click(".question .primary")
+        panel.wait_for("document.getElementById('turns').innerText.includes('Filled in as you chose.')", 60)
+        assert [host.cell("Form", address)["value"] for address in before] == \
+            ["李四", before["B9"]["value"], before["B10"]["value"], "1 Long Road"]
+        panel.click(".call-foot button")
+        wait_until(host, lambda: host.cell("Form", "B12")["value"] == before["B12"]["value"], "the form as it was")
+        assert host.cell("Form", "B7")["value"] == before["B7"]["value"]

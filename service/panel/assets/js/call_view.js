@@ -161,8 +161,9 @@ export class CallView {
     const footState = JSON.stringify([state, filled, left, options]);
     if (footState === this.#footState) return;
     this.#footState = footState;
-    const parts = left.length > 0 ? [makeQuiet('chat.fillLeft', { list: left.join(', ') })] : [];
-    if (filled?.count > 0 && state !== 'running') parts.unshift(...this.#filledParts(filled, options));
+    const parts = filled?.count > 0 && state !== 'running' ? this.#filledParts(filled, options) : [];
+    // What was left out stands behind what was done, ahead of the button.
+    if (left.length > 0) parts.splice(1, 0, makeQuiet('chat.fillLeft', { list: left.join(', ') }));
     this.#foot.replaceChildren(...parts);
   }
 
