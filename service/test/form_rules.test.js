@@ -3,7 +3,14 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 
 import { newTurn, readTurns, toMessages } from '../panel/assets/js/chat_conversation.js';
-import { compareFields, fieldsOf, fillOf, lastScan, matchProposals, undoableFill } from '../panel/assets/js/form_fields.js';
+import {
+  compareFields,
+  fieldsOf,
+  fillOf,
+  lastScan,
+  matchProposals,
+  undoableFill,
+} from '../panel/assets/js/form_fields.js';
 
 const field = (row, col, more = {}) => ({
   address: `${'ABC'[col - 1]}${row}`,
@@ -48,7 +55,11 @@ test('proposals count for fields that were found, the last one for each', () => 
 });
 
 test('a cell that asks for something else by now is left alone', () => {
-  const { proposals } = matchProposals([{ row: 1, col: 2, value: 'Ann' }, { row: 2, col: 2, value: 'Dresden' }], [NAME, TOWN]);
+  const fills = [
+    { row: 1, col: 2, value: 'Ann' },
+    { row: 2, col: 2, value: 'Dresden' },
+  ];
+  const { proposals } = matchProposals(fills, [NAME, TOWN]);
   const now = (...fields) => compareFields(proposals, fields).same.map(({ value }) => value);
   assert.deepEqual(now(TOWN, { ...NAME, context: {} }), ['Ann', 'Dresden']);
   assert.deepEqual(now(NAME), ['Ann'], 'filled in by somebody else');
@@ -61,7 +72,8 @@ const turnOf = (...calls) => ({ ...newTurn('x'), rounds: [{ text: '', calls }] }
 const filled = (more) => ({ filled: { count: 2, restored: 0, undone: false, failed: false, ...more } });
 
 test('the last scan that worked counts', () => {
-  const scan = (fields, state = 'done') => call('autofillScan', { state, result: JSON.stringify({ sheetName: 'S', fields }) });
+  const scan = (fields, state = 'done') =>
+    call('autofillScan', { state, result: JSON.stringify({ sheetName: 'S', fields }) });
   assert.equal(lastScan([newTurn('x')]), null);
   assert.deepEqual(lastScan([turnOf(scan([NAME])), turnOf(scan([TOWN]), scan([], 'failed'))]).fields, [TOWN]);
 });

@@ -1,4 +1,4 @@
-/** Filling in a form from the chat, in a real browser, with a scripted language model and the add-in played by the test. */
+/** Forms in the chat, in a real browser, with a scripted language model and the add-in played by the test. */
 import assert from 'node:assert/strict';
 import { after, afterEach, before, test } from 'node:test';
 

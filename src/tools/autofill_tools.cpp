@@ -76,13 +76,17 @@ ToolSheet FindScanSheet(const ToolContext& context, const ToolArguments& argumen
   return found;
 }
 
+/// Why there is no sheet to scan, which is no error of the tool.
+std::wstring_view ReasonOf(const ToolSheet& missing) {
+  if (missing.error.empty()) return kNoSheetText;
+  return missing.error == ErrorResult(kHostBusyText) ? kHostBusyText : kUnknownSheetText;
+}
+
 }  // namespace
 
 std::wstring AutofillScan(const ToolContext& context, const std::wstring& json) {
   const ToolSheet sheet = FindScanSheet(context, ToolArguments(json));
-  if (sheet.sheet == nullptr) {
-    return AutofillUnavailableResult(sheet.error.empty() ? kNoSheetText : kUnknownSheetText);
-  }
+  if (sheet.sheet == nullptr) return AutofillUnavailableResult(ReasonOf(sheet));
   const AutofillCells found = CollectAutofillCells(sheet.sheet.Get());
   return found.error.empty() ? AutofillScanResult(found.fields, found.usedRange, found.holdsData)
                              : AutofillUnavailableResult(found.error);

@@ -1,4 +1,4 @@
-"""Forms through the real add-in on LibreOffice: scanned, filled in and taken back; the saved files compared cell by cell."""
+"""Forms through the real add-in on LibreOffice: scanned, filled in and taken back; the saved files are compared."""
 
 import datetime
 
@@ -19,7 +19,8 @@ ROWS, COLUMNS = 500, 400
 FIELDS = {
     "A3": ("empty", "Name"), "B3": ("empty", "Birth date"), "C3": ("empty", "Remark"),
     "B5": ("empty", "Postal code"),
-    "B6": ("example_placeholder", "E-mail"), "B7": ("example_placeholder", "姓名"), "B8": ("example_placeholder", "Phone"),
+    "B6": ("example_placeholder", "E-mail"), "B7": ("example_placeholder", "姓名"),
+    "B8": ("example_placeholder", "Phone"),
     "B9": ("underline_placeholder", "Signature"), "C9": ("underline_placeholder", ""),
     "B12": ("empty", "Address"), "B17": ("empty", "Town"),
 }
@@ -82,7 +83,7 @@ def save(ask, path):
 
 
 def changes(before, after):
-    """All but what the office does by itself: rows that grow with their text, and a default alignment that is spelled out."""
+    """All but what the office does by itself: rows grow with their text, a default alignment is spelled out."""
     return [change for change in differences(before, after)
             if "height" not in change.kind and (change.kind, change.after) != ("alignment", ("general", "bottom"))]
 
@@ -107,7 +108,8 @@ def test_a_form_is_scanned_filled_in_and_taken_back(ask, tmp_path):
     sheet = openpyxl.load_workbook(after)["Form"]
     assert {address: sheet[address].value for address in FILLED} == {key: value for key, (_, value) in FILLED.items()}
     assert (sheet["B10"].value, sheet["C9"].value) == (0, None)
-    assert {(change.sheet, change.place) for change in changes(before, after)} == {("Form", address) for address in (*FILLED, "B10", "C9")}
+    changed = {(change.sheet, change.place) for change in changes(before, after)}
+    assert changed == {("Form", address) for address in (*FILLED, "B10", "C9")}
 
     assert ask("autofillUndo") == {"restored": len(FILLED) + 2}
     assert changes(before, save(ask, tmp_path / "undone.xlsx")) == []
@@ -122,7 +124,8 @@ def test_locked_cells_of_a_protected_sheet_are_left_alone(ask, tmp_path):
     result = ask("autofillApply", fills=[fill(f"B{row}", "filled") for row in (1, 2, 3)])
     assert [item["status"] for item in result["results"]] == ["applied", "skipped", "applied"]
     after = save(ask, tmp_path / "after.xlsx")
-    assert {(change.place, change.after) for change in changes(before, after) if change.kind == "value"} == {("B1", "filled"), ("B3", "filled")}
+    values = {(change.place, change.after) for change in changes(before, after) if change.kind == "value"}
+    assert values == {("B1", "filled"), ("B3", "filled")}
     # The user has gone on to another sheet.
     ask.host.do("sheet", activate="Form")
     assert ask("autofillUndo") == {"restored": 2}

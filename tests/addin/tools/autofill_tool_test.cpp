@@ -156,6 +156,10 @@ TEST_F(AutofillTools, ASheetThatCannotBeScannedIsNoError) {
   EXPECT_EQ(Run(L"autofillScan", LR"({"sheetName":"Nowhere"})"), unavailable(L"找不到工作表"));
   EXPECT_EQ(Run(L"autofillScan", LR"({"sheetName":"Data"})"),
             LR"({"fields":[],"usedRange":{"rows":1,"cols":1,"row0":1,"col0":1}})");
+  MakeBusy("Window.*");
+  MakeBusy("Workbook.Worksheets");
+  EXPECT_EQ(Run(L"autofillScan", LR"({"sheetName":"Data"})"), unavailable(L"Excel 正忙，请稍后重试"));
+  engine.Faults().Clear();
   engine.Sheet(L"Sheet1").isProtected = true;
   for (const char* member :
        {"Range.Value2", "Range.MergeCells", "Range.Hidden", "Range.HasFormula", "Range.Locked"}) {

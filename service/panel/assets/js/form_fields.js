@@ -98,7 +98,8 @@ export const fillOf = ({ field: { row, col }, action, value, confidence }) => ({
 
 /**
  * @param {import('./chat_conversation.js').Turn[]} turns
- * @returns {import('./chat_conversation.js').Call | undefined} the one whose cells can be put back: the add-in knows the last
+ * @returns {import('./chat_conversation.js').Call | undefined} the one whose cells can be put back; the add-in knows the
+ *   last only
  */
 export function undoableFill(turns) {
   const calls = turns.flatMap(({ rounds }) => rounds).flatMap((round) => round.calls);

@@ -1,4 +1,4 @@
-/** The two tools with which the language model fills in a form: it looks for fields, and proposes what the user chooses from. */
+/** The tools with which the language model fills in a form: it looks for fields, and proposes; the user chooses. */
 import { compareFields, fieldsOf, fillOf, lastScan, matchProposals } from './form_fields.js';
 import { ask, orStopped, ToolFailure } from './tool_request.js';
 

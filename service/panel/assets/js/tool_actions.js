@@ -172,12 +172,14 @@ export const TOOLS = {
   },
   autofillScan: {
     description:
-      'Finds the cells of a form that wait for input: empty cells with a label, examples ("e.g.: …") and underlines to be replaced.',
+      'Finds the cells of a form that wait for input: empty cells with a label, and examples ("e.g.: …") and underlines ' +
+      'to be replaced.',
     properties: { sheetName: SHEET_NAME },
   },
   proposeFills: {
     description:
-      'Proposes what to fill into fields that autofillScan found. The user sees the list and chooses; only that is written. Leave out what you do not know.',
+      'Proposes what to fill into fields that autofillScan found. The user sees the list and chooses; only that is ' +
+      'written. Leave out what you do not know.',
     properties: {
       fills: {
         type: 'array',
@@ -187,7 +189,7 @@ export const TOOLS = {
             row: { type: 'integer', minimum: 1 },
             col: { type: 'integer', minimum: 1 },
             action: oneOf('fill', 'clear'),
-            value: { type: 'string', description: 'As it shall be read; plain numbers with a point, dates as 2026-01-31' },
+            value: { type: 'string', description: 'As it is to be read; numbers with a point, dates as 2026-01-31' },
             confidence: { type: 'number', minimum: 0, maximum: 1 },
           },
           required: ['row', 'col', 'value'],
