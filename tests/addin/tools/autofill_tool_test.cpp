@@ -156,8 +156,7 @@ TEST_F(AutofillTools, ASheetThatCannotBeScannedIsNoError) {
   EXPECT_EQ(Run(L"autofillScan", LR"({"sheetName":"Nowhere"})"), unavailable(L"找不到工作表"));
   EXPECT_EQ(Run(L"autofillScan", LR"({"sheetName":"Data"})"),
             LR"({"fields":[],"usedRange":{"rows":1,"cols":1,"row0":1,"col0":1}})");
-  MakeBusy("Window.*");
-  MakeBusy("Workbook.Worksheets");
+  MakeBusy("Worksheets.Item");
   EXPECT_EQ(Run(L"autofillScan", LR"({"sheetName":"Data"})"), unavailable(L"Excel 正忙，请稍后重试"));
   engine.Faults().Clear();
   engine.Sheet(L"Sheet1").isProtected = true;
