@@ -4,15 +4,12 @@
 #include <oaidl.h>
 #include <windows.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "foundation/com_object.h"
+#include "host_objects.h"
 #include "measure.h"
 #include "workbook/collector.h"
 
@@ -20,8 +17,13 @@ namespace qv {
 
 namespace {
 
+using bench::Always;
+using bench::BarePass;
+using bench::LentValues;
 using bench::Median;
 using bench::Milliseconds;
+using bench::NewObject;
+using bench::NewValues;
 using bench::Row;
 
 constexpr int kRuns = 9;
@@ -44,80 +46,6 @@ Variant CellValue(Content content, std::int32_t row, std::int32_t col) {
     default:
       return Variant(row * 1.25 + col);
   }
-}
-
-/// A worksheet's values in the shape in which a host answers "Value2".
-Variant NewValues(Content content, std::int32_t rows) {
-  SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(rows), 1}, {kColumns, 1}};
-  Variant values;
-  values.Get().parray = SafeArrayCreate(VT_VARIANT, 2, bounds);
-  values.Get().vt = VT_ARRAY | VT_VARIANT;
-  for (LONG row = 1; row <= rows; ++row) {
-    for (LONG col = 1; col <= kColumns; ++col) {
-      LONG position[] = {row, col};
-      Variant value = CellValue(content, row, col - 1);
-      static_cast<void>(SafeArrayPutElement(values->parray, position, &value.Get()));
-    }
-  }
-  return values;
-}
-
-/// Lends the values' array as a host would give it, without a copy: while it is locked its receiver cannot
-/// free it. Making and freeing the array are the host's work and count in neither pass.
-class LentValues {
- public:
-  explicit LentValues(const Variant& values) : array_(values->parray) { SafeArrayLock(array_); }
-  LentValues(const LentValues&) = delete;
-  LentValues& operator=(const LentValues&) = delete;
-  ~LentValues() { SafeArrayUnlock(array_); }
-
-  [[nodiscard]] Variant Lend() const {
-    Variant value;
-    value.Get().parray = array_;
-    value.Get().vt = VT_ARRAY | VT_VARIANT;
-    return value;
-  }
-
- private:
-  SAFEARRAY* array_;
-};
-
-/// An object that answers a few properties by name.
-class BenchObject final : public ComObject<IDispatch> {
- public:
-  using Getter = std::function<Variant()>;
-
-  explicit BenchObject(std::vector<std::pair<std::wstring, Getter>> properties)
-      : properties_(std::move(properties)) {}
-
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* id) override {
-    const auto found =
-        std::ranges::find(properties_, std::wstring(names[0]), &std::pair<std::wstring, Getter>::first);
-    if (found == properties_.end()) return DISP_E_UNKNOWNNAME;
-    *id = static_cast<DISPID>(found - properties_.begin()) + 1;
-    return S_OK;
-  }
-  STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
-                      UINT*) override {
-    *result = properties_.at(static_cast<std::size_t>(id) - 1).second().Detach();
-    return S_OK;
-  }
-
- private:
-  std::vector<std::pair<std::wstring, Getter>> properties_;
-};
-
-ComPtr<IDispatch> NewObject(std::vector<std::pair<std::wstring, BenchObject::Getter>> properties) {
-  return TakeReference<IDispatch>(new BenchObject(std::move(properties)));
-}
-
-BenchObject::Getter Always(const Variant& value) {
-  return [value] { return value; };
 }
 
 /// An application whose active sheet's used range answers `values`.
@@ -145,18 +73,6 @@ class NoPanel final : public PanelOutput {
   void PostPanelScript(const std::wstring&) override {}
 };
 
-void BarePass(const Variant& values, std::int32_t rows) {
-  for (LONG row = 1; row <= rows; ++row) {
-    for (LONG col = 1; col <= kColumns; ++col) {
-      LONG position[] = {row, col};
-      VARIANT element;
-      VariantInit(&element);
-      static_cast<void>(SafeArrayGetElement(values->parray, position, &element));
-      static_cast<void>(VariantClear(&element));
-    }
-  }
-}
-
 struct Times {
   double collect;
   double bare;
@@ -170,8 +86,10 @@ Times Measure(Content content, std::int32_t cells) {
   std::vector<double> collect;
   std::vector<double> bare;
   for (int run = 0; run < kRuns; ++run) {
-    Variant values = NewValues(content, rows);
-    bare.push_back(Milliseconds([&] { BarePass(values, rows); }));
+    Variant values = NewValues(rows, kColumns, [content](std::int32_t row, std::int32_t col) {
+      return CellValue(content, row, col);
+    });
+    bare.push_back(Milliseconds([&] { BarePass(values, rows, kColumns); }));
     const LentValues lent(values);
     TargetContext target;
     target.SetApplication(NewApplication(lent, rows));

@@ -28,6 +28,7 @@ PROGRAMS = (
     ("qv_page_bench.exe", 5, True),
     ("qv_script_bench.exe", 1, True),
     ("qv_collect_bench.exe", 1, False),
+    ("qv_autofill_bench.exe", 1, False),
     ("qv_translation_bench.exe", 1, False),
     ("qv_display_bench.exe", 1, False),
     ("qv_blank_rows_bench.exe", 1, False),

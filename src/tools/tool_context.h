@@ -13,6 +13,8 @@ struct ToolContext {
   PaneContext& pane;
   /// Former contents of the cells that tools wrote.
   UndoLog& undo;
+  /// Apart from these, what the last "autofillApply" wrote.
+  AutofillUndo& autofill;
 };
 
 }  // namespace qv

@@ -1,5 +1,6 @@
 #include "tools/tool_table.h"
 
+#include "tools/autofill_tools.h"
 #include "tools/calculation_tools.h"
 #include "tools/chart_tool.h"
 #include "tools/format_tools.h"
@@ -16,6 +17,9 @@ namespace qv {
 namespace {
 
 constexpr WorkbookTool kTools[] = {
+    {L"autofillScan", &AutofillScan},
+    {L"autofillApply", &AutofillApply},
+    {L"autofillUndo", &AutofillUndoLast},
     {L"excelReadRange", &ReadRange},
     {L"excelWriteRange", &WriteRange},
     {L"excelFormatRange", &FormatRange},

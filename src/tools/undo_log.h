@@ -70,4 +70,8 @@ class UndoLog {
   std::vector<std::size_t> markers_;
 };
 
+/// The cells that the last "autofillApply" changed: their records behind one marker, which is there while
+/// there is something to undo.
+using AutofillUndo = UndoLog;
+
 }  // namespace qv

@@ -89,10 +89,9 @@ std::wstring PushUndoMarker(const ToolContext& context, const std::wstring&) {
   return Concat(L"{\"ok\":true,\"depth\":", context.undo.Depth(), L'}');
 }
 
-std::wstring UndoMessage(const ToolContext& context, const std::wstring&) {
-  if (context.undo.Depth() == 0) return L"{\"restored\":0,\"depth\":0}";
+int RestoreToMarker(const ToolContext& context, UndoLog& undo) {
+  if (undo.Depth() == 0) return 0;
   const DisplayAlertsGuard alertsOff(context.target.Application());
-  UndoLog& undo = context.undo;
   Restorer restorer(context);
   int restored = 0;
   bool busy = false;
@@ -106,7 +105,12 @@ std::wstring UndoMessage(const ToolContext& context, const std::wstring&) {
     if (busy) undo.Append(*std::move(record));
   }
   if (!busy) undo.PopMarker();
-  return Concat(L"{\"restored\":", restored, L",\"depth\":", undo.Depth(), L'}');
+  return restored;
+}
+
+std::wstring UndoMessage(const ToolContext& context, const std::wstring&) {
+  const int restored = RestoreToMarker(context, context.undo);
+  return Concat(L"{\"restored\":", restored, L",\"depth\":", context.undo.Depth(), L'}');
 }
 
 }  // namespace qv

@@ -13,11 +13,15 @@ namespace qv {
 /// workbook is not known then.
 [[nodiscard]] UndoBook BookOfSheet(const ToolContext& context, IDispatch* sheet, HostAnswer& answer);
 
+/// Puts back what was written since a log's last marker, newest first, and takes the marker off; the number
+/// of cells. A host that is busy leaves the rest, and the marker, for another call. Without a marker there is
+/// nothing to do.
+[[nodiscard]] int RestoreToMarker(const ToolContext& context, UndoLog& undo);
+
 /// "excelPushUndoMarker": what tools write from here on belongs to one chat message.
 [[nodiscard]] std::wstring PushUndoMarker(const ToolContext& context, const std::wstring& json);
 
-/// "excelUndoMessage": puts back what was written since the last marker, newest first. A host that is busy
-/// leaves the rest, and the marker, for another call.
+/// "excelUndoMessage": puts back what was written since the last marker.
 [[nodiscard]] std::wstring UndoMessage(const ToolContext& context, const std::wstring& json);
 
 }  // namespace qv

@@ -29,7 +29,7 @@ void WorkbookTools::RefreshTarget() {
 
 std::wstring WorkbookTools::RunWorkbookTool(std::wstring_view action, const std::wstring& json) {
   if (target_.Application() != nullptr) RefreshTarget();
-  return qv::RunWorkbookTool({target_, *pane_, undo_}, action, json);
+  return qv::RunWorkbookTool({target_, *pane_, undo_, autofill_}, action, json);
 }
 
 void WorkbookTools::HandleAutofillMessage(const std::wstring& action, const std::wstring& message) {

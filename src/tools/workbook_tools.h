@@ -45,6 +45,7 @@ class WorkbookTools {
   TargetContext& target_;
   PanelOutput& output_;
   UndoLog undo_;
+  AutofillUndo autofill_;
   std::shared_ptr<ToolDispatcher> dispatcher_;
 };
 

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <utility>
+#include <optional>
 #include <vector>
 
 #include "foundation/logging.h"
@@ -9,6 +9,7 @@
 #include "tools/tool_result.h"
 #include "tools/tool_targets.h"
 #include "tools/undo_tools.h"
+#include "tools/undoable_put.h"
 #include "tools/values_matrix.h"
 #include "workbook/automation.h"
 #include "workbook/cell_access.h"
@@ -33,13 +34,6 @@ constexpr const wchar_t* kFailed = L"failed";
 /// Empty when it cannot be read or the cells differ.
 std::wstring NumberFormatOf(IDispatch* cells) {
   return GetStringProperty(cells, L"NumberFormat");
-}
-
-/// Whether a failed put left the cell as it was for sure: the host itself refused it, nothing was lost on the
-/// way.
-bool ChangedNothing(const CellWriteResult& failure) {
-  return failure.IsBusy() || failure.hr == DISP_E_EXCEPTION || failure.hr == DISP_E_UNKNOWNNAME ||
-         failure.hr == DISP_E_MEMBERNOTFOUND || failure.hr == DISP_E_TYPEMISMATCH;
 }
 
 /// One call of the tool. Rows that the host takes in one go are written so, all others cell by cell.
@@ -153,25 +147,10 @@ class RangeWriter {
     place.cell = GetCellDispatch(sheet_.sheet.Get(), row, col, &place.status);
     if (place.cell == nullptr) return kFailed;
     if (isProtected_ && IsCellLocked(place.cell.Get(), sheet_.name, row, col)) return kSkipped;
-    return Put(place, row, col, content, former->Content()) ? kApplied : kFailed;
-  }
-
-  /// The record comes first: what may have been written can be taken back, whatever happens meanwhile.
-  bool Put(const CellTarget& place, std::int32_t row, std::int32_t col, const CellContent& content,
-           CellContent former) {
-    const std::wstring formerFormat = FormatToWatch(place.cell.Get(), content);
-    context_.undo.Append({row, col, sheet_.name, std::move(former), book_, std::nullopt});
-    const CellWriteResult result = PutCellContent(place, sheet_.name, row, col, content);
-    if (!result.Ok()) {
-      if (ChangedNothing(result)) context_.undo.DropNewest(1);
-      return false;
-    }
-    if (formerFormat.empty()) return true;
-    std::wstring format = NumberFormatOf(place.cell.Get());
-    if (!format.empty() && format != formerFormat) {
-      context_.undo.Newest(1).front().format = UndoFormat{formerFormat, std::move(format)};
-    }
-    return true;
+    const bool isPut =
+        PutUndoably(context_.undo, place, {row, col, sheet_.name, former->Content(), book_, std::nullopt},
+                    content, FormatToWatch(place.cell.Get(), content));
+    return isPut ? kApplied : kFailed;
   }
 
   /// The cell's number format where the content may change it, else empty.

@@ -65,6 +65,42 @@ HostAnswer ReadSingly(IDispatch* sheet, const RangeGeometry& block, const wchar_
   return anyRead ? HostAnswer{} : failure;
 }
 
+}  // namespace
+
+ComPtr<IDispatch> GetBlockRange(IDispatch* sheet, const RangeGeometry& block, HostAnswer* answer) {
+  const Variant address(
+      Concat(A1Address(block.firstRow, block.firstCol), L':',
+             A1Address(block.firstRow + (block.rows - 1), block.firstCol + (block.cols - 1))));
+  Variant value;
+  HostAnswer own;
+  own.hr = GetIndexedProperty(sheet, L"Range", {&address, 1}, value, &own.exceptionCode);
+  ComPtr<IDispatch> range = own.Ok() ? value.Object() : nullptr;
+  if (range == nullptr && own.Ok()) own.hr = E_FAIL;
+  if (answer != nullptr) *answer = own;
+  return range;
+}
+
+HostAnswer ReadBlock(IDispatch* sheet, const RangeGeometry& block, const wchar_t* property,
+                     std::vector<Variant>& values) {
+  HostAnswer answer;
+  const ComPtr<IDispatch> range = GetBlockRange(sheet, block, &answer);
+  // Without the rectangle there are no cells of it either.
+  if (range == nullptr) return answer;
+  Variant value;
+  answer.hr = GetProperty(range.Get(), property, value, &answer.exceptionCode);
+  if (answer.IsBusy()) return answer;
+  values.clear();
+  values.reserve(CellCount(block));
+  if (answer.Ok() && TakeAnswer(value, block, values)) return answer;
+  values.clear();
+  return ReadSingly(sheet, block, property, values);
+}
+
+CellContent CellReading::Content() const {
+  return isText || formula.empty() ? CellContent{text, kind}
+                                   : CellContent{formula, CellContentKind::kFormula};
+}
+
 CellReading ReadingOf(const Variant& value) {
   CellReading reading;
   const auto set = [&](std::wstring text, CellContentKind kind) {
@@ -100,42 +136,6 @@ CellReading ReadingOf(const Variant& value) {
     }
   }
   return reading;
-}
-
-}  // namespace
-
-ComPtr<IDispatch> GetBlockRange(IDispatch* sheet, const RangeGeometry& block, HostAnswer* answer) {
-  const Variant address(
-      Concat(A1Address(block.firstRow, block.firstCol), L':',
-             A1Address(block.firstRow + (block.rows - 1), block.firstCol + (block.cols - 1))));
-  Variant value;
-  HostAnswer own;
-  own.hr = GetIndexedProperty(sheet, L"Range", {&address, 1}, value, &own.exceptionCode);
-  ComPtr<IDispatch> range = own.Ok() ? value.Object() : nullptr;
-  if (range == nullptr && own.Ok()) own.hr = E_FAIL;
-  if (answer != nullptr) *answer = own;
-  return range;
-}
-
-HostAnswer ReadBlock(IDispatch* sheet, const RangeGeometry& block, const wchar_t* property,
-                     std::vector<Variant>& values) {
-  HostAnswer answer;
-  const ComPtr<IDispatch> range = GetBlockRange(sheet, block, &answer);
-  // Without the rectangle there are no cells of it either.
-  if (range == nullptr) return answer;
-  Variant value;
-  answer.hr = GetProperty(range.Get(), property, value, &answer.exceptionCode);
-  if (answer.IsBusy()) return answer;
-  values.clear();
-  values.reserve(CellCount(block));
-  if (answer.Ok() && TakeAnswer(value, block, values)) return answer;
-  values.clear();
-  return ReadSingly(sheet, block, property, values);
-}
-
-CellContent CellReading::Content() const {
-  return isText || formula.empty() ? CellContent{text, kind}
-                                   : CellContent{formula, CellContentKind::kFormula};
 }
 
 HostAnswer ReadCells(IDispatch* sheet, const RangeGeometry& block, std::vector<CellReading>& cells) {

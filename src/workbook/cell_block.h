@@ -41,6 +41,9 @@ struct CellReading {
   [[nodiscard]] CellContent Content() const;
 };
 
+/// What a cell's "Value2" says; the formula stays empty.
+[[nodiscard]] CellReading ReadingOf(const Variant& value);
+
 /// Texts and formulas of every cell in two calls, or as of `ReadBlock`.
 [[nodiscard]] HostAnswer ReadCells(IDispatch* sheet, const RangeGeometry& block,
                                    std::vector<CellReading>& cells);

@@ -9,9 +9,8 @@
 
 namespace qv {
 
-/// The number formats of the cells of a rectangle that are `watched` (row by row, one flag a cell). Whole
-/// parts are asked first and divided only where their cells differ. Empty for a cell that is not watched or
-/// cannot be read. Host UI thread.
+/// The number formats of the cells of a rectangle that are `watched` (row by row, one flag a cell), as of
+/// `ReadUniform`. Empty for a cell that is not watched or cannot be read. Host UI thread.
 [[nodiscard]] std::vector<std::wstring> ReadNumberFormats(IDispatch* sheet, const RangeGeometry& block,
                                                           const std::vector<bool>& watched);
 

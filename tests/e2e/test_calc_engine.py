@@ -125,6 +125,9 @@ def test_mixed_properties_of_several_cells_are_null_and_never_an_array(sheet):
     mixed = cell(sheet, "A1:A2")
     assert (mixed.Font.Bold, mixed.Font.Name, mixed.Interior.Color) == (NULL, cell(sheet, "B1").Font.Name, NULL)
     assert mixed.RowHeight == NULL
+    for lines, some in (("EntireRow", ("A2", "A3:A4", "A1:A3")), ("EntireColumn", ("B1", "C1:D1", "A1:C1"))):
+        cell(sheet, some[0]).get(lines).put("Hidden", True)
+        assert [cell(sheet, address).get(lines).Hidden for address in some] == [True, False, NULL], lines
 
 
 def test_the_used_range_holds_formatted_cells_too(sheet):

@@ -2,34 +2,19 @@
 
 import base64
 import datetime
-import itertools
-import json
-import re
 import zipfile
 
 import openpyxl
 import pytest
 
 from png_reader import Picture
-
-REPLY = re.compile(r"_onResponse\((.*)\);$", re.S)
+from tool_driver import ToolDriver
 
 
 @pytest.fixture
 def ask(start_host, make_book):
     """Runs a tool on a small workbook and gives the data of its reply."""
-    host = start_host(make_book(["one", "two"]))
-    numbers = itertools.count(1)
-
-    def run(action, **arguments):
-        request = f"tool-{next(numbers)}"
-        host.post(action=action, requestId=request, **arguments)
-        reply = json.loads(REPLY.search(host.wait(f'"requestId":"{request}"')).group(1))
-        assert reply["ok"] is True
-        return reply["data"]
-
-    run.host = host
-    return run
+    return ToolDriver(start_host(make_book(["one", "two"])))
 
 
 def test_a_block_is_written_read_and_taken_back(ask):

@@ -64,7 +64,8 @@ TEST_F(SheetTools, ListWithoutAnApplicationLogsIt) {
   const TraceTail trace;
   const TargetContext unconnected;
   UndoLog undo;
-  EXPECT_EQ(ListSheets({unconnected, *pane, undo}, L"{}"), Error(L"未连接到 Excel"));
+  AutofillUndo autofill;
+  EXPECT_EQ(ListSheets({unconnected, *pane, undo, autofill}, L"{}"), Error(L"未连接到 Excel"));
   EXPECT_TRUE(trace.Has(L"ExcelListSheets: m_appDisp null\r\n"));
 }
 

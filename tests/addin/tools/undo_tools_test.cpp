@@ -118,8 +118,9 @@ TEST_F(UndoTools, ThePinAloneDoesNotMakeAWorkbookTheSame) {
   bare.workbook = nullptr;
   target.Pin(bare);
   UndoLog undo;
+  AutofillUndo autofill;
   const auto run = [&](std::wstring_view action, const std::wstring& json) {
-    return RunWorkbookTool({target, *pane, undo}, action, json);
+    return RunWorkbookTool({target, *pane, undo, autofill}, action, json);
   };
   static_cast<void>(run(L"excelPushUndoMarker", L"{}"));
   static_cast<void>(

@@ -12,6 +12,7 @@ ROWS_ASKED = 4096
 # Points that a character of a column width is taken for, and the padding; both as Excel has them with Calibri 11.
 COLUMN_UNIT, COLUMN_PADDING = 5.25, 3.75
 DATE_OR_TIME = 2 | 4
+STANDARD_FORMAT = 0
 
 HORIZONTAL = {"STANDARD": 1, "LEFT": -4131, "CENTER": -4108, "RIGHT": -4152, "BLOCK": -4130, "REPEAT": 5}
 VERTICAL = {0: -4107, 1: -4160, 2: -4108, 3: -4107, 4: -4130}
@@ -99,7 +100,8 @@ class RangeFormat:
     def put_number_format(self, value):
         code = as_text(value)
         formats = self.document.NumberFormats
-        key = formats.queryKey(code, calc.english(), False)
+        # Every language has a "General" of its own; a cell without a format has that of none.
+        key = STANDARD_FORMAT if code == "General" else formats.queryKey(code, calc.english(), False)
         if key < 0:
             try:
                 key = formats.addNew(code, calc.english())
@@ -198,10 +200,24 @@ class RangeFormat:
 
     def get_hidden(self):
         if self._is_whole("rows"):
-            return not self.first.Rows.IsVisible
+            return self._hidden_state("Row")
         if self._is_whole("columns"):
-            return not self.first.Columns.IsVisible
+            return self._hidden_state("Column")
         raise ComError("Unable to get the Hidden property of the Range class")
+
+    def _hidden_state(self, side):
+        """NULL where some lines are hidden; Calc's own answer is that of the first line."""
+        def ends(address):
+            return getattr(address, f"Start{side}"), getattr(address, f"End{side}")
+
+        first, last = ends(self.first.RangeAddress)
+        shown, behind = 0, first
+        for start, end in sorted(map(ends, self.first.queryVisibleCells().RangeAddresses)):
+            shown += max(0, end + 1 - max(start, behind))
+            behind = max(behind, end + 1)
+        if shown == 0:
+            return True
+        return False if shown == last - first + 1 else NULL
 
     def put_hidden(self, value):
         side = "rows" if self._is_whole("rows") else "columns"

@@ -79,6 +79,8 @@ export const ACTIONS = {
   stopMcpServer: ['requestId'],
   // the workbook tools; a tool that failed answers {error}, and is no refusal
   ...TOOL_FIELDS,
+  autofillApply: ['requestId', 'fills', 'sheetName'], // {results: [{row, col, status}], applied: cells}
+  autofillUndo: ['requestId'], // {restored: cells} of the last autofillApply
   excelPushUndoMarker: ['requestId'], // {ok, depth: markers}; ahead of one chat message's edits
   excelUndoMessage: ['requestId'], // {restored: cells, depth: markers left}
 };

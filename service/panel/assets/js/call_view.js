@@ -1,6 +1,7 @@
 /** Draws the calls of tools: what is done, with which arguments, and what came of it. */
 import { make } from './dom.js';
 import { t } from './i18n.js';
+import { makeProposalList } from './proposal_list.js';
 import { TOOLS } from './tool_actions.js';
 
 const WORDS = {
@@ -25,6 +26,8 @@ const WORDS = {
   excelCalcGetMode: 'chat.toolCalc',
   excelChartCreate: 'chat.toolChart',
   excelScreenshotRange: 'chat.toolPicture',
+  autofillScan: 'chat.toolFields',
+  proposeFills: 'chat.toolFill',
 };
 
 const STATES = {
@@ -68,6 +71,7 @@ export function targetOf(given) {
 
 /** @param {import('./chat_conversation.js').Call} call that waits for a yes @returns {string} the question in words */
 export function questionOf(call) {
+  if (call.proposals) return t('chat.askFill');
   const given = parsed(call.arguments);
   return t(TOOLS[call.name].asks, { target: targetOf(given), mode: t(MODES[given.mode] ?? 'chat.rows') });
 }
@@ -81,16 +85,26 @@ export class CallView {
   #summary = make('summary');
   #body = make('div', { class: 'call-body' });
   #question = make('div', { class: 'question', role: 'group' });
+  #foot = make('div', { class: 'call-foot' });
+  #footState = '';
 
-  /** @param {(yes: boolean) => void} answer called with what the user says to a question */
-  constructor(answer) {
+  /**
+   * @param {object} uses
+   * @param {(answer: boolean | number[]) => void} uses.answer called with what the user says to a question, or chooses
+   * @param {() => void} uses.undo what the call has filled in
+   */
+  constructor(uses) {
     this.#details = make('details', { class: 'call' }, [this.#summary, this.#body]);
-    this.element = make('div', { class: 'call-frame' }, [this.#details, this.#question]);
-    this.answer = answer;
+    this.element = make('div', { class: 'call-frame' }, [this.#details, this.#question, this.#foot]);
+    this.uses = uses;
   }
 
-  /** @param {import('./chat_conversation.js').Call} call @param {string} language */
-  draw(call, language) {
+  /**
+   * @param {import('./chat_conversation.js').Call} call
+   * @param {{language: string, busy: boolean, undoable: boolean}} options
+   */
+  draw(call, { language, busy, undoable }) {
+    this.#drawFoot(call, { language, busy, undoable });
     const state = `${language} ${call.state}`;
     if (state === this.#state) return;
     this.#state = state;
@@ -123,17 +137,48 @@ export class CallView {
     if (this.#question.hidden) return this.#question.replaceChildren();
     const words = questionOf(call);
     this.#question.setAttribute('aria-label', words);
-    const no = makeButton('chat.refuse', '', () => this.answer(false));
-    const yes = makeButton('chat.allow', 'primary', () => this.answer(true));
-    this.#question.replaceChildren(
-      make('strong', { dir: 'auto', textContent: words }),
-      make('p', { textContent: t('chat.askText') }),
-      make('div', { class: 'buttons' }, [no, yes]),
-    );
+    const no = makeButton('chat.refuse', '', () => this.uses.answer(false));
+    const title = make('strong', { dir: 'auto', textContent: words });
+    this.#question.replaceChildren(title, ...(call.proposals ? this.#choice(call, no) : this.#yesOrNo(no)));
     // Yes is never what a hurried Enter says.
     no.focus();
   }
+
+  #yesOrNo(no) {
+    const yes = makeButton('chat.allow', 'primary', () => this.uses.answer(true));
+    return [make('p', { textContent: t('chat.askText') }), make('div', { class: 'buttons' }, [no, yes])];
+  }
+
+  #choice({ proposals }, no) {
+    const fill = makeButton('chat.fill', 'primary', () => this.uses.answer(list.chosen()));
+    const list = makeProposalList(proposals, (chosen) => {
+      fill.disabled = chosen.length === 0;
+    });
+    return [list.element, make('div', { class: 'buttons' }, [no, fill])];
+  }
+
+  #drawFoot({ state, filled, left = [] }, options) {
+    const footState = JSON.stringify([state, filled, left, options]);
+    if (footState === this.#footState) return;
+    this.#footState = footState;
+    const parts = filled?.count > 0 && state !== 'running' ? this.#filledParts(filled, options) : [];
+    // What was left out stands behind what was done, ahead of the button.
+    if (left.length > 0) parts.splice(1, 0, makeQuiet('chat.fillLeft', { list: left.join(', ') }));
+    this.#foot.replaceChildren(...parts);
+  }
+
+  #filledParts({ count, restored, undone, failed }, { busy, undoable }) {
+    if (undone) return [makeQuiet('chat.undone', { count: restored })];
+    const parts = [makeQuiet('chat.filled', { count })];
+    if (failed) parts.push(make('p', { class: 'problem', textContent: t('chat.undoFailed') }));
+    if (!undoable) return parts;
+    const button = makeButton('chat.undo', '', () => this.uses.undo());
+    button.disabled = busy;
+    return [...parts, button];
+  }
 }
+
+const makeQuiet = (key, values) => make('p', { class: 'quiet', dir: 'auto', textContent: t(key, values) });
 
 function titled(key, text) {
   const title = make('p', { class: 'quiet', textContent: t(key) });

@@ -7,6 +7,8 @@
  * @property {string} arguments JSON text
  * @property {'told' | 'asking' | 'running' | 'done' | 'failed' | 'refused' | 'stopped'} state
  * @property {string} result JSON text, empty until there is one
+ * @property {import('./form_fields.js').Filled} [filled] once it has filled in a form
+ * @property {string[]} [left] addresses of cells that were to be filled in and were not
  *
  * @typedef {object} Round one answer of the model
  * @property {string} text
@@ -14,6 +16,7 @@
  *
  * @typedef {object} Turn one message of the user, and all that followed from it
  * @property {string} question
+ * @property {boolean} [form] the page looks for the fields of a form before the model is asked
  * @property {Round[]} rounds
  * @property {'running' | 'done' | 'stopped' | 'failed'} state
  * @property {{status: number, code: string, message: string} | null} failure
@@ -30,13 +33,22 @@
 /** Longer results say what was left out: they would drive everything else out of the model's memory. */
 const MAX_RESULT_LENGTH = 100000;
 
-/** @param {string} question @returns {Turn} */
-export const newTurn = (question) => ({ question, rounds: [], state: 'running', failure: null, undo: null });
+/** @param {string} question @param {object} [more] of the turn @returns {Turn} */
+export const newTurn = (question, more = {}) => ({
+  question,
+  ...more,
+  rounds: [],
+  state: 'running',
+  failure: null,
+  undo: null,
+});
 
 const RULES = [
   'You help the user of a spreadsheet program with the workbook that is open there, by means of the tools.',
   'Look before you act: find the sheet and read the cells in question. Do what was asked and nothing beyond it.',
   'Prefer formulas to computed numbers. Before you write over cells that hold something, make sure it was asked for.',
+  'To fill in a form, find its fields with autofillScan and use proposeFills; never write into them yourself.',
+  'What you are not told and cannot read in the workbook you do not invent: leave such fields out and ask.',
   'A result with "error" means that the tool did nothing, or not everything. Say so instead of claiming success.',
   'Answer briefly, in the language of the user, in plain text or simple Markdown.',
 ].join('\n');
@@ -51,11 +63,14 @@ const UNDONE = '(The user has undone what you wrote into cells for the message b
 export function toMessages(turns) {
   const messages = [{ role: 'system', content: RULES }];
   turns.forEach(({ question, rounds }, index) => {
-    const undone = turns[index - 1]?.undo?.undone ? `${UNDONE}\n\n` : '';
+    const undone = isUndone(turns[index - 1]) ? `${UNDONE}\n\n` : '';
     messages.push({ role: 'user', content: undone + question }, ...rounds.flatMap(roundMessages));
   });
   return messages;
 }
+
+const isUndone = (turn) =>
+  turn?.undo?.undone || turn?.rounds.some(({ calls }) => calls.some(({ filled }) => filled?.undone));
 
 function roundMessages({ text, calls }) {
   if (text === '' && calls.length === 0) return [];

@@ -14,6 +14,8 @@ const BY_CODE = {
   broken: row('chat.failBroken'),
   answer_too_long: row('chat.failAnswerLong', ''),
   too_many_steps: row('chat.failSteps'),
+  no_fields: row('chat.failNoFields'),
+  scan_failed: row('chat.failScan'),
   not_signed_in: row('terms.failExpired', 'signIn'),
   insufficient_credits: row('error.noCredits', 'account'),
   model_not_configured: row('chat.noModel'),

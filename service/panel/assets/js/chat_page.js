@@ -9,6 +9,7 @@ import { runTurn } from './chat_turn.js';
 import { drawConversation } from './chat_view.js';
 import { confirmInWords } from './dialogs.js';
 import { byId } from './dom.js';
+import { undoFill } from './form_filler.js';
 import { language, onLanguage, t } from './i18n.js';
 import { openPage } from './page.js';
 import { dropToken, onSession, token } from './session.js';
@@ -25,7 +26,7 @@ let turns = readTurns(load(sessionStorage, NAME));
 let running = null;
 let undoing = false;
 let modelMissing = false;
-/** Answers the question that a call waits with. @type {((yes: boolean) => void) | null} */
+/** Answers the question that a call waits with. @type {((answer: boolean | number[]) => void) | null} */
 let settleQuestion = null;
 let drawAsked = 0;
 
@@ -64,45 +65,60 @@ const announce = (key) => {
   byId('announcer').textContent = t(key);
 };
 
-function send() {
-  const question = byId('message').value.trim();
-  if (question === '' || busy() || obstacle()) return;
+const typed = () => byId('message').value.trim();
+
+function begin(turn) {
   byId('message').value = '';
-  turns.push(newTurn(question));
+  turns.push(turn);
   scrollTo({ top: document.body.scrollHeight });
   void carryOn();
 }
 
+const canSend = () => !busy() && !obstacle();
+
+function send() {
+  if (typed() !== '' && canSend()) begin(newTurn(typed()));
+}
+
+/** What the user has written says what to fill in. */
+function fillForm() {
+  if (!canSend()) return;
+  const words = [t('chat.fillFormAsk'), typed()].filter((text) => text !== '');
+  begin(newTurn(words.join('\n\n'), { form: true }));
+}
+
 const USES = {
-  answer: (call, yes) => settleQuestion?.(yes),
+  answer: (call, answer) => settleQuestion?.(answer),
   again: () => {
     prepareRetry(turns.at(-1));
     byId('message').focus();
     void carryOn();
   },
-  undo: async (turn) => {
-    undoing = true;
-    drawAll();
-    await undoTurn(turns, turn);
-    undoing = false;
-    keep();
-    drawAll();
-    byId('announcer').textContent = turn.undo.undone
-      ? t('chat.undone', { count: turn.undo.restored })
-      : t('chat.undoFailed');
-    byId('message').focus();
-  },
+  undo: (turn) => takeBack(turn.undo, () => undoTurn(turns, turn)),
+  undoFill: (call) => takeBack(call.filled, () => undoFill(call)),
   addressOf: (page) => addressOf(page, language()),
 };
 
-/** @returns {Promise<boolean>} what the user says; whoever stops meanwhile says nothing any more */
+/** @param {{undone: boolean, restored: number}} what knows afterwards what has come of it */
+async function takeBack(what, undo) {
+  undoing = true;
+  drawAll();
+  await undo();
+  undoing = false;
+  keep();
+  drawAll();
+  byId('announcer').textContent = what.undone ? t('chat.undone', { count: what.restored }) : t('chat.undoFailed');
+  byId('message').focus();
+}
+
+/** @returns {Promise<boolean | number[]>} what the user says; whoever stops meanwhile says nothing any more */
 function allows(call) {
   byId('announcer').textContent = questionOf(call);
   return new Promise((resolve) => {
-    settleQuestion = (yes) => {
+    settleQuestion = (answer) => {
       settleQuestion = null;
       byId('message').focus();
-      resolve(yes);
+      resolve(answer);
     };
   });
 }
@@ -128,7 +144,8 @@ function drawAll() {
   byId('no-model').hidden = !modelMissing;
   byId('reason').textContent = reason ? t(reason) : '';
   byId('send').hidden = running !== null;
-  byId('send').disabled = reason !== '' || undoing || byId('message').value.trim() === '';
+  byId('send').disabled = reason !== '' || undoing || typed() === '';
+  byId('fill-form').disabled = reason !== '' || busy();
   byId('stop').hidden = running === null;
   byId('new').disabled = busy();
   for (const id of EXAMPLES) byId(id).disabled = reason !== '';
@@ -162,6 +179,7 @@ byId('message').addEventListener('keydown', (event) => {
   send();
 });
 byId('message').addEventListener('input', drawAll);
+byId('fill-form').addEventListener('click', fillForm);
 byId('stop').addEventListener('click', () => {
   running?.abort();
   byId('message').focus();

@@ -15,11 +15,12 @@ export const MAX_ROUNDS = 40;
  * @param {string} page.token
  * @param {AbortSignal} page.signal the user's Stop
  * @param {() => void} page.changed called after each change of the turn
- * @param {(call: object, given: object) => Promise<boolean>} page.allows
+ * @param {(call: object) => Promise<any>} page.allows
  */
 export async function runTurn(turns, page) {
   const turn = turns.at(-1);
   try {
+    if (turn.form) await findFields(turns, turn, page);
     await answerInRounds(turns, turn, page);
     endTurn(turn, 'done');
   } catch (error) {
@@ -35,13 +36,25 @@ export async function runTurn(turns, page) {
 
 const describe = ({ status, code, message }) => ({ status, code, message });
 
+/** Calls the model's tool before the model is asked at all: without fields there is nothing to ask. */
+async function findFields(turns, turn, page) {
+  const id = `form_${turns.length}_${turn.rounds.length}`;
+  const call = { id, name: 'autofillScan', arguments: '{}', state: 'told', result: '' };
+  turn.rounds.push({ text: '', calls: [call] });
+  await runCall(turns, call, page);
+  page.signal.throwIfAborted();
+  if (call.state !== 'done') throw new ChatFailure({ code: 'scan_failed' });
+  if (JSON.parse(call.result).fields.length === 0) throw new ChatFailure({ code: 'no_fields' });
+  turn.form = false;
+}
+
 async function answerInRounds(turns, turn, page) {
   for (let count = 0; count < MAX_ROUNDS; count++) {
     const calls = await answerOnce(turns, turn, page);
     if (calls.length === 0) return;
     for (const call of calls) {
       page.signal.throwIfAborted();
-      await runCall(turn, call, page);
+      await runCall(turns, call, page);
     }
   }
   throw new ChatFailure({ code: 'too_many_steps' });

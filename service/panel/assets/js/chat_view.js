@@ -3,12 +3,14 @@ import { CallView } from './call_view.js';
 import { undoableTurn } from './chat_conversation.js';
 import { failureRow } from './chat_failures.js';
 import { byId, make } from './dom.js';
+import { undoableFill } from './form_fields.js';
 import { language, t } from './i18n.js';
 import { drawMarkdown } from './markdown_view.js';
 
 /**
  * @typedef {object} Uses
- * @property {(call: import('./chat_conversation.js').Call, yes: boolean) => void} answer
+ * @property {(call: import('./chat_conversation.js').Call, answer: boolean | number[]) => void} answer
+ * @property {(call: import('./chat_conversation.js').Call) => void} undoFill
  * @property {(turn: import('./chat_conversation.js').Turn) => void} undo
  * @property {() => void} again
  * @property {(page: string) => string} addressOf
@@ -23,10 +25,11 @@ const views = new WeakMap();
  */
 export function drawConversation(turns, options) {
   const list = byId('turns');
+  const lastFill = undoableFill(turns);
   const elements = turns.map((turn, index) => {
     if (!views.has(turn)) views.set(turn, new TurnView(options.uses));
     const last = index === turns.length - 1;
-    return views.get(turn).draw(turn, { ...options, last, undoable: turn === undoableTurn(turns) });
+    return views.get(turn).draw(turn, { ...options, last, undoable: turn === undoableTurn(turns), lastFill });
   });
   for (const child of [...list.children]) if (!elements.includes(child)) child.remove();
   elements.forEach((element, index) => {
@@ -55,7 +58,7 @@ class TurnView {
     while (this.#roundViews.length > turn.rounds.length) this.#roundViews.pop().remove();
     turn.rounds.forEach((round, index) => {
       this.#roundViews[index] ??= new RoundView(this.#rounds, this.uses);
-      this.#roundViews[index].draw(round);
+      this.#roundViews[index].draw(round, options);
     });
     this.#drawFoot(turn, options);
     return this.element;
@@ -88,14 +91,15 @@ class RoundView {
     this.element.remove();
   }
 
-  draw({ text, calls }) {
+  draw({ text, calls }, { busy, lastFill }) {
     drawMarkdown(this.text, text);
     calls.forEach((call, index) => {
       if (!this.#calls[index]) {
-        this.#calls[index] = new CallView((yes) => this.uses.answer(call, yes));
+        const { answer, undoFill } = this.uses;
+        this.#calls[index] = new CallView({ answer: (given) => answer(call, given), undo: () => undoFill(call) });
         this.list.append(this.#calls[index].element);
       }
-      this.#calls[index].draw(call, language());
+      this.#calls[index].draw(call, { language: language(), busy, undoable: call === lastFill });
     });
   }
 }

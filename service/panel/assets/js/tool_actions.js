@@ -3,7 +3,14 @@
  * page speaks: the model reads it. A tool's name is its action, its arguments are the fields of the message.
  */
 
-/** @typedef {{description: string, properties: Record<string, object>, required?: string[], asks?: string}} Tool */
+/**
+ * @typedef {object} Tool
+ * @property {string} description
+ * @property {Record<string, object>} properties
+ * @property {string[]} [required]
+ * @property {string} [asks] key of the question that the user has to answer with yes beforehand
+ * @property {boolean} [isPages] what the page itself does; the add-in knows no such action
+ */
 
 const RANGE = { type: 'string', description: 'A1 notation without $ and sheet name, such as B2:D10' };
 const CELLS = { ...RANGE, description: `${RANGE.description}; 5000 cells at most, no whole rows or columns` };
@@ -26,10 +33,7 @@ const SIZES = (size, unit) => ({
 const oneOf = (...words) => ({ type: 'string', enum: words });
 const objectOf = (properties) => ({ type: 'object', properties });
 
-/**
- * By action. `asks` is the key of the question that the user has to answer with yes beforehand.
- * @type {Record<string, Tool>}
- */
+/** By action. @type {Record<string, Tool>} */
 export const TOOLS = {
   excelReadRange: {
     description: 'Reads the values and formulas of a range. Look at the data before you analyze or change it.',
@@ -166,6 +170,35 @@ export const TOOLS = {
     },
     required: ['source'],
   },
+  autofillScan: {
+    description:
+      'Finds the cells of a form that wait for input: empty cells with a label, and examples ("e.g.: …") and underlines ' +
+      'to be replaced.',
+    properties: { sheetName: SHEET_NAME },
+  },
+  proposeFills: {
+    description:
+      'Proposes what to fill into fields that autofillScan found. The user sees the list and chooses; only that is ' +
+      'written. Leave out what you do not know.',
+    properties: {
+      fills: {
+        type: 'array',
+        items: {
+          type: 'object',
+          properties: {
+            row: { type: 'integer', minimum: 1 },
+            col: { type: 'integer', minimum: 1 },
+            action: oneOf('fill', 'clear'),
+            value: { type: 'string', description: 'As it is to be read; numbers with a point, dates as 2026-01-31' },
+            confidence: { type: 'number', minimum: 0, maximum: 1 },
+          },
+          required: ['row', 'col', 'value'],
+        },
+      },
+    },
+    required: ['fills'],
+    isPages: true,
+  },
   excelScreenshotRange: {
     description: 'Shows the user a picture of a range. You are told its size only; read the cells to know what is there.',
     properties: { range: RANGE },
@@ -178,10 +211,12 @@ const CONFIRMED = { excelRemoveDuplicates: ['confirm'] };
 
 /** The fields of each tool's message. @type {Record<string, string[]>} */
 export const TOOL_FIELDS = Object.fromEntries(
-  Object.entries(TOOLS).map(([action, { properties }]) => [
-    action,
-    ['requestId', ...Object.keys(properties), ...(CONFIRMED[action] ?? [])],
-  ]),
+  Object.entries(TOOLS)
+    .filter(([, { isPages }]) => !isPages)
+    .map(([action, { properties }]) => [
+      action,
+      ['requestId', ...Object.keys(properties), ...(CONFIRMED[action] ?? [])],
+    ]),
 );
 
 /** The tools in the form that OpenAI's chat completions take. */

@@ -1,12 +1,10 @@
 /** Runs the tools that the language model calls, through the add-in. */
-import { request } from './bridge.js';
+import { fillForm, scanForm } from './form_filler.js';
 import { TOOLS } from './tool_actions.js';
+import { ask, orStopped, ToolFailure } from './tool_request.js';
 
-/** The add-in takes its time with large ranges, and waits while the user edits a cell. */
-const TOOL_LIMIT_MS = 180000;
-
-/** Arguments that no tool takes, a tool that does not exist, an answer that never came: told to the model. */
-class ToolFailure extends Error {}
+/** Tools that are more than one request. Each gets what `runCall` gets, and the arguments. */
+const WAYS = { autofillScan: scanForm, proposeFills: fillForm, excelWriteRange: runUndoably };
 
 /**
  * @param {import('./chat_conversation.js').Call} call
@@ -38,27 +36,28 @@ function parseObject(text) {
 
 /**
  * Runs one call and keeps its state and result in it.
- * @param {import('./chat_conversation.js').Turn} turn that the call belongs to
+ * @param {import('./chat_conversation.js').Turn[]} turns the last one is that which the call belongs to
  * @param {import('./chat_conversation.js').Call} call
  * @param {object} page
  * @param {() => void} page.changed called after each change of the two
- * @param {(call: object, given: object) => Promise<boolean>} page.allows what the user says to a question
+ * @param {(call: object) => Promise<any>} page.allows what the user says to a question: yes or no, or what was chosen
  * @param {AbortSignal} page.signal
  */
-export async function runCall(turn, call, { changed, allows, signal }) {
+export async function runCall(turns, call, { changed, allows, signal }) {
   const become = (state, data) => {
     Object.assign(call, { state, result: data === undefined ? '' : JSON.stringify(data) });
     changed();
   };
+  const refused = () => become('refused', { error: 'the user said no' });
   try {
     const given = readArguments(call);
     if (TOOLS[call.name].asks) {
       become('asking');
-      if (!(await orStopped(signal, allows(call, given)))) return become('refused', { error: 'the user said no' });
+      if (!(await orStopped(signal, allows(call)))) return refused();
     }
     become('running');
-    const run = () => orStopped(signal, ask(call.name, messageFields(call.name, given)));
-    const data = call.name === 'excelWriteRange' ? await runUndoably(turn, run, signal) : await run();
+    const data = await (WAYS[call.name] ?? runAsItIs)({ turns, call, given, allows, become, signal });
+    if (data === null && call.name === 'proposeFills') return refused();
     become(data?.error === undefined ? 'done' : 'failed', takePicture(call, data));
   } catch (error) {
     if (signal.aborted) become('stopped', { error: 'stopped by the user; it may have been done all the same' });
@@ -69,21 +68,15 @@ export async function runCall(turn, call, { changed, allows, signal }) {
 
 const messageFields = (name, given) => (name === 'excelRemoveDuplicates' ? { ...given, confirm: true } : given);
 
-async function ask(action, fields = {}) {
-  try {
-    return await request(action, fields, { limitMs: TOOL_LIMIT_MS });
-  } catch (error) {
-    if (error.data !== undefined) return error.data;
-    throw new ToolFailure('the spreadsheet program did not answer; it may have done it all the same');
-  }
-}
+const runAsItIs = ({ call: { name }, given, signal }) => orStopped(signal, ask(name, messageFields(name, given)));
 
-async function runUndoably(turn, run, signal) {
-  await pushMarker(turn, signal);
+async function runUndoably(run) {
+  const turn = run.turns.at(-1);
+  await pushMarker(turn, run.signal);
   const wroteBefore = turn.undo.wrote;
   // As long as nothing else is known.
   turn.undo.wrote = true;
-  const data = await run();
+  const data = await runAsItIs(run);
   turn.undo.wrote = wroteBefore || (data?.error === undefined && data?.applied !== 0);
   return data;
 }
@@ -103,16 +96,6 @@ function takePicture(call, data) {
   // Not enumerable: neither kept nor handed over with the conversation.
   Object.defineProperty(call, 'picture', { value: picture, configurable: true });
   return { ...rest, note: 'the user sees the picture' };
-}
-
-/** @returns {Promise<any>} of `promise`, rejected as soon as the user stops */
-function orStopped(signal, promise) {
-  signal.throwIfAborted();
-  return new Promise((resolve, reject) => {
-    const stop = () => reject(signal.reason);
-    signal.addEventListener('abort', stop, { once: true });
-    promise.then(resolve, reject).finally(() => signal.removeEventListener('abort', stop));
-  });
 }
 
 /**
