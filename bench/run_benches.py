@@ -32,6 +32,7 @@ PROGRAMS = (
     ("qv_translation_bench.exe", 1, False),
     ("qv_display_bench.exe", 1, False),
     ("qv_blank_rows_bench.exe", 1, False),
+    ("qv_image_bench.exe", 1, False),
 )
 PROGRAM_LIMIT_S = 180
 WINE = str(ROOT / "scripts" / "wine.sh")
