@@ -60,12 +60,18 @@ class PictureBook:
                 f'<xdr:spPr>{_frame(left, top, width, height)}<a:prstGeom prst="rect"><a:avLst/></a:prstGeom></xdr:spPr>'
                 f'</xdr:pic>'), (left, top, width, height)
 
-    def box(self, name, colour, left, top, width, height):
-        """A rectangle in a colour like "FF0000"."""
+    def box(self, name, fill, left, top, width, height):
+        """A rectangle in a colour like "FF0000", or filled with the bytes of a PNG file."""
         return (f'<xdr:sp macro="" textlink=""><xdr:nvSpPr>{self._named(name)}<xdr:cNvSpPr/></xdr:nvSpPr><xdr:spPr>'
                 f'{_frame(left, top, width, height)}<a:prstGeom prst="rect"><a:avLst/></a:prstGeom>'
-                f'<a:solidFill><a:srgbClr val="{colour}"/></a:solidFill><a:ln><a:noFill/></a:ln></xdr:spPr>'
+                f'{self._fill(fill)}<a:ln><a:noFill/></a:ln></xdr:spPr>'
                 f'</xdr:sp>'), (left, top, width, height)
+
+    def _fill(self, fill):
+        if isinstance(fill, str):
+            return f'<a:solidFill><a:srgbClr val="{fill}"/></a:solidFill>'
+        self._media.append(fill)
+        return f'<a:blipFill><a:blip r:embed="m{len(self._media)}"/><a:stretch><a:fillRect/></a:stretch></a:blipFill>'
 
     def line(self, name, left, top, width, height):
         return (f'<xdr:cxnSp macro=""><xdr:nvCxnSpPr>{self._named(name)}<xdr:cNvCxnSpPr/></xdr:nvCxnSpPr><xdr:spPr>'
