@@ -9,6 +9,7 @@ from typing import NamedTuple
 import pytest
 
 from drawing_reader import drawn_pictures
+from panel import wait_until
 from picture_book import PictureBook, WithCells, png, quarters
 from png_reader import Picture
 
@@ -331,8 +332,18 @@ def test_a_protected_sheet_keeps_its_pictures(sheet):
     assert sheet.extract(anchor).rows() == Image((100, 50), Picture(SMALL)).rows()
 
 
+def picture_page(host):
+    """The pane that shows the page of the pictures, once it does."""
+    for pane in host.do("panes")["panes"]:
+        if any("/imagetranslate.html" in view["source"] for view in pane["views"]):
+            return pane["pane"]
+    return None
+
+
 def selected(sheet):
-    sheet.host.post(action="requestImageSelectionPreview")
+    """What that page is told of the selection."""
+    pane = wait_until(sheet.host, lambda: picture_page(sheet.host), "the page of the pictures")
+    sheet.host.do("post", message={"action": "requestImageSelectionPreview"}, pane=pane)
     return json.loads(PREVIEW.search(sheet.host.wait("onImageSelectionPreview(")).group(1))
 
 
