@@ -191,6 +191,13 @@ def test_an_undo_brings_back_the_very_picture(sheet, saved):
     assert sheet.ask("imageTranslateUndoReplace", anchor=answer["anchor"]) == {"error": "nothing_to_undo"}
 
 
+def test_where_a_picture_is_transparent_white_shows(sheet):
+    half = png(100, 50, lambda x, y: (255, 0, 0, 255 if x < 30 else 0 if x < 60 else 128))
+    image = sheet.extract(sheet.replace(sheet.anchor("Small"), half)["anchor"])
+    assert [image.pixels.at(x, 25) for x in (10, 45)] == [RED, WHITE]
+    assert image.pixels.at(80, 25)[0] == 255 and image.pixels.at(80, 25)[1] == pytest.approx(127, abs=2)
+
+
 def test_replacing_again_and_again_moves_nothing(sheet):
     anchor = first = sheet.anchor("Small")
     for _ in range(4):
