@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "engines/common/base64.h"
 #include "engines/memory/chart_objects.h"
 #include "engines/memory/font_object.h"
 #include "engines/memory/picture_file.h"
@@ -230,7 +231,7 @@ json WriteShape(const Shape& shape) {
              {"top", shape.top},           {"width", shape.width}, {"height", shape.height}};
   if (!shape.alternativeText.empty()) to["alt"] = ToUtf8(shape.alternativeText);
   if (shape.placement != Shape().placement) to["placement"] = shape.placement;
-  if (shape.picture != nullptr) to["png"] = Base64Of(EncodePicture(*shape.picture));
+  if (shape.picture != nullptr) to["png"] = Base64(EncodePicture(*shape.picture));
   for (const auto& child : shape.children)
     to["children"].push_back(WriteShape(*child));
   return to;
