@@ -18,6 +18,8 @@ packages=(
   fonts-wqy-microhei
   # machine translation
   apertium apertium-eng-spa
+  # words in pictures, and their languages; the text that is drawn in their place is drawn by librsvg2-bin
+  tesseract-ocr tesseract-ocr-eng tesseract-ocr-spa
   # certificates of the local service
   openssl
   # tests
