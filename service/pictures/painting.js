@@ -20,9 +20,10 @@ export function paint(bitmap, texts) {
   for (const { surroundings, lettering } of texts) draw(bitmap, lettering, surroundings);
 }
 
-function erase({ width, data }, { erased, sides }) {
-  for (let y = erased.top; y < erased.bottom; y++) {
-    for (let x = erased.left; x < erased.right; x++) data.set(backgroundAt(sides, erased, x, y), 4 * (y * width + x));
+function erase({ width, data }, surroundings) {
+  const { left, top, right, bottom } = surroundings.erased;
+  for (let y = top; y < bottom; y++) {
+    for (let x = left; x < right; x++) data.set(backgroundAt(surroundings, x, y), 4 * (y * width + x));
   }
 }
 

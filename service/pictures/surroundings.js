@@ -1,7 +1,10 @@
 /** What is found about a text in a picture: the colours behind it and of its letters, and how much room is around it. */
 
-/** Differences of colours, 0 to 255 in the channel that differs most, that the eye hardly sees in a background. */
-const SAME = 20;
+/** Differences of colours, 0 to 255 in the channel that differs most: within one colour, and within a background. */
+const SAME = 8;
+const ALIKE = 24;
+/** How deep a frame around a text is looked at. */
+const FRAME = 2;
 /** The share of a frame's pixels that makes its commonest colour the background. */
 const PREVAILS = 0.6;
 /** Pixels that differ from the background by this part of the greatest difference are ink, not the edge of a letter. */
@@ -20,7 +23,8 @@ const MARGIN = 0.4;
  * @typedef {object} Surroundings
  * @property {Box} erased what the text takes with the soft edges of its letters
  * @property {Box} room where the translation may be drawn; it holds `erased`
- * @property {number[][]} sides colours behind the text at its left, top, right and bottom; red, green, blue, alpha
+ * @property {number[][]} above colours just above `erased`, one a column; red, green, blue, alpha
+ * @property {number[][]} below colours just below it
  * @property {number[]} ink
  */
 
@@ -32,12 +36,11 @@ const MARGIN = 0.4;
  */
 export function survey(bitmap, { box, size }, others) {
   const erased = within(bitmap, grown(box, Math.max(1, Math.round(size * 0.06))));
-  const frame = framePixels(bitmap, erased);
-  const all = commonest(frame.flat());
-  const flat = all.share >= PREVAILS;
-  const sides = frame.map((side) => (flat || side.length === 0 ? all.colour : commonest(side).colour));
-  const room = flat ? roomAround(bitmap, erased, { size, colour: all.colour, others }) : erased;
-  return { erased, room, sides, ink: inkIn(bitmap, erased, sides) };
+  const { colour, share } = commonest([...framePixels(bitmap, erased)]);
+  const flat = share >= PREVAILS;
+  const behind = flat ? plain(erased, colour) : shaded(bitmap, erased);
+  const surroundings = { erased, ...behind };
+  return { ...surroundings, room: roomAround(bitmap, surroundings, size, others), ink: inkIn(bitmap, surroundings) };
 }
 
 /** @param {Box} box @param {number} by @returns {Box} */
@@ -65,15 +68,37 @@ function colourAt({ width, data }, x, y) {
 /** @param {number[]} a @param {number[]} b @returns {number} 0 to 255 */
 export const difference = (a, b) => Math.max(...a.map((value, i) => Math.abs(value - b[i])));
 
-/** The pixels of the four sides just outside a box, two deep; a side at the picture's edge has none. */
-function framePixels(bitmap, { left, top, right, bottom }) {
+/** The pixels just outside a box, two deep; there are none beyond the picture's edges. */
+function* framePixels(bitmap, { left, top, right, bottom }) {
   const strips = [
-    { left: left - 2, top, right: left, bottom },
-    { left, top: top - 2, right, bottom: top },
-    { left: right, top, right: right + 2, bottom },
-    { left, top: bottom, right, bottom: bottom + 2 },
+    { left: left - FRAME, top, right: left, bottom },
+    { left, top: top - FRAME, right, bottom: top },
+    { left: right, top, right: right + FRAME, bottom },
+    { left, top: bottom, right, bottom: bottom + FRAME },
   ];
-  return strips.map((strip) => [...pixelsOf(bitmap, within(bitmap, strip))]);
+  for (const strip of strips) yield* pixelsOf(bitmap, within(bitmap, strip));
+}
+
+function plain({ left, right }, colour) {
+  const columns = Array.from({ length: right - left }, () => colour);
+  return { above: columns, below: columns };
+}
+
+/** Colours that differ from column to column, smoothed over their neighbours. */
+function shaded(bitmap, { left, top, right, bottom }) {
+  const at = (y) => (_, i) => {
+    const near = { left: left + i - FRAME, top: y, right: left + i + FRAME + 1, bottom: y + FRAME };
+    const pixels = [...pixelsOf(bitmap, within(bitmap, near))];
+    return pixels.length > 0 ? meanOf(pixels) : null;
+  };
+  const side = (y) => Array.from({ length: right - left }, at(y));
+  const [above, below] = [side(top - FRAME), side(bottom)];
+  // At the picture's edge one side stands for both; a text from edge to edge is on white, if on anything.
+  const white = [255, 255, 255, 255];
+  return {
+    above: above.map((colour, i) => colour ?? below[i] ?? white),
+    below: below.map((colour, i) => colour ?? above[i] ?? white),
+  };
 }
 
 function* pixelsOf(bitmap, { left, top, right, bottom }) {
@@ -101,29 +126,29 @@ const meanOf = (colours) =>
   colours[0].map((_, i) => Math.round(colours.reduce((sum, colour) => sum + colour[i], 0) / colours.length));
 
 /**
- * The colour behind a pixel of an erased text: that of all four sides where they agree, else something between them.
- * @param {number[][]} sides
- * @param {Box} box
+ * The colour behind a pixel of an erased text: between those above and below it.
+ * @param {{erased: Box, above: number[][], below: number[][]}} surroundings
  * @param {number} x
  * @param {number} y
  */
-export function backgroundAt([left, top, right, bottom], box, x, y) {
-  const u = (x - box.left + 0.5) / (box.right - box.left);
-  const v = (y - box.top + 0.5) / (box.bottom - box.top);
-  return left.map((_, i) =>
-    Math.round((left[i] * (1 - u) + right[i] * u + top[i] * (1 - v) + bottom[i] * v) / 2),
-  );
+export function backgroundAt({ erased, above, below }, x, y) {
+  const upper = above[x - erased.left];
+  const lower = below[x - erased.left];
+  if (upper === lower) return upper;
+  const part = (y - erased.top + 0.5) / (erased.bottom - erased.top);
+  return upper.map((value, i) => Math.round(value * (1 - part) + lower[i] * part));
 }
 
-function inkIn(bitmap, box, sides) {
+function inkIn(bitmap, behind) {
+  const { erased } = behind;
   const found = [];
   let greatest = 0;
-  for (let y = box.top; y < box.bottom; y++) {
-    for (let x = box.left; x < box.right; x++) {
+  for (let y = erased.top; y < erased.bottom; y++) {
+    for (let x = erased.left; x < erased.right; x++) {
       const colour = colourAt(bitmap, x, y);
-      const contrast = difference(colour, backgroundAt(sides, box, x, y));
+      const contrast = difference(colour, backgroundAt(behind, x, y));
       greatest = Math.max(greatest, contrast);
-      if (contrast > SAME) found.push({ colour, contrast });
+      if (contrast > ALIKE) found.push({ colour, contrast });
     }
   }
   const full = found.filter(({ contrast }) => contrast >= FULL_INK * greatest).map(({ colour }) => colour);
@@ -131,19 +156,25 @@ function inkIn(bitmap, box, sides) {
 }
 
 /** Goes outwards as long as nothing but background is there. */
-function roomAround(bitmap, erased, { size, colour, others }) {
-  const isFree = (box) => {
-    for (const pixel of pixelsOf(bitmap, box)) if (difference(pixel, colour) > SAME) return false;
+function roomAround(bitmap, { erased, above, below }, size, others) {
+  const isFree = (box, colourOf) => {
+    for (let y = box.top; y < box.bottom; y++) {
+      for (let x = box.left; x < box.right; x++) {
+        if (difference(colourAt(bitmap, x, y), colourOf(x)) > ALIKE) return false;
+      }
+    }
     return true;
   };
+  const upper = (x) => above[x - erased.left];
+  const lower = (x) => below[x - erased.left];
   const room = { ...erased };
   const limits = limitsOf(bitmap, erased, size, others);
-  while (room.top > limits.top && isFree({ ...room, top: room.top - 1, bottom: room.top })) room.top--;
-  while (room.bottom < limits.bottom && isFree({ ...room, top: room.bottom, bottom: room.bottom + 1 })) room.bottom++;
+  while (room.top > limits.top && isFree({ ...room, top: room.top - 1, bottom: room.top }, upper)) room.top--;
+  while (room.bottom < limits.bottom && isFree({ ...room, top: room.bottom, bottom: room.bottom + 1 }, lower)) room.bottom++;
   const margin = Math.ceil(MARGIN * size);
-  const wanted = limits.right + margin;
-  let right = room.right;
-  while (right < Math.min(wanted, bitmap.width) && isFree({ ...room, left: right, right: right + 1 })) right++;
+  const end = Math.min(limits.right + margin, bitmap.width);
+  let { right } = room;
+  while (right < end && isFree({ ...room, left: right, right: right + 1 }, () => upper(erased.right - 1))) right++;
   room.right = Math.max(erased.right, right - margin);
   return room;
 }

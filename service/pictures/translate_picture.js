@@ -42,7 +42,7 @@ export async function translatePicture(file, { translate, sourceLang, targetLang
       texts: texts.map(({ text, translation, surroundings, lettering }) => ({
         source: text,
         translation,
-        box: surroundings.room,
+        box: lettering ? changedBox(surroundings, lettering) : surroundings.erased,
         drawn: lettering !== null,
       })),
     };
@@ -52,9 +52,18 @@ export async function translatePicture(file, { translate, sourceLang, targetLang
   }
 }
 
+function changedBox({ erased }, { left, top, width, height }) {
+  return {
+    left: Math.min(erased.left, left),
+    top: Math.min(erased.top, top),
+    right: Math.max(erased.right, left + width),
+    bottom: Math.max(erased.bottom, top + height),
+  };
+}
+
 /** @returns {Promise<import('./passages.js').Passage[]>} in pixels of the picture itself */
 async function recognize({ factor, file }, { language, signal }) {
-  const { words } = await recognizeWords(Buffer.from(file), { language, signal });
+  const { words } = await recognizeWords(Buffer.from(file), { language, layout: 'sparse', signal });
   const scaled = words.map((word) => ({
     ...word,
     left: word.left / factor,
