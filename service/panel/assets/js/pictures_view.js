@@ -26,7 +26,7 @@ const STATES = {
   failed: '',
 };
 
-/** What is drawn, by the item's id: the same item that is as selected as before needs no new element. */
+/** What is drawn, by the item's id: an item that looks as before needs no new element. */
 const drawn = new Map();
 
 /** The words of all items are in another language now. */
@@ -62,12 +62,19 @@ function giveFocus(list, use) {
 
 function elementOf(item, isSelected, uses) {
   const before = drawn.get(item.id);
-  if (before?.item === item && before.isSelected === isSelected) return before.element;
+  if (before && before.isSelected === isSelected && looksAlike(before.item, item)) {
+    before.element.querySelector('input').checked = item.chosen;
+    return before.element;
+  }
   const element = makeElement(item, isSelected, uses);
   before?.element.replaceWith(element);
   drawn.set(item.id, { item, isSelected, element });
   return element;
 }
+
+/** A box that is clicked stays the same element, with the focus in it. */
+const looksAlike = (before, now) =>
+  before === now || Object.keys(now).every((name) => name === 'chosen' || before[name] === now[name]);
 
 function makeElement(item, isSelected, uses) {
   const parts = [makeChoice(item, uses)];
