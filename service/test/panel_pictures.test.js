@@ -57,11 +57,15 @@ async function openPictures(names, { scan = {}, service, ...options } = {}) {
   await view.page.waitForFunction(() => document.getElementById('target').value !== '');
   await view.id('source').selectOption('en');
   await view.id('target').selectOption('es');
-  await view.id('list-state').getByText(/\d|no pictures/).waitFor();
+  await view
+    .id('list-state')
+    .getByText(/\d|no pictures/)
+    .waitFor();
   return view;
 }
 
-const translateAny = (route) => route.fulfill({ json: { imageBase64: RED, texts: [{ drawn: true }, { drawn: false }] } });
+const translateAny = (route) =>
+  route.fulfill({ json: { imageBase64: RED, texts: [{ drawn: true }, { drawn: false }] } });
 const refuse = (status, code) => (route) => route.fulfill({ status, json: { code, message: code } });
 
 /** Answers what the page asks for one picture; gives the fields of the replacement. */
@@ -83,8 +87,7 @@ const card = (view, number) => view.page.locator('#list li').nth(number);
 async function choose(view, ...numbers) {
   for (const number of numbers) await card(view, number).getByRole('checkbox').check();
 }
-const button = (view, number, key) =>
-  card(view, number).getByRole('button', { name: english[key] });
+const button = (view, number, key) => card(view, number).getByRole('button', { name: english[key] });
 const colourOf = (canvas) => canvas.evaluate((shown) => [...shown.getContext('2d').getImageData(1, 1, 1, 1).data]);
 const ended = (view) => view.id('work').waitFor({ state: 'hidden' });
 
@@ -122,7 +125,13 @@ test('a picture is translated, looked at, replaced and put back', async () => {
   await ended(view);
   assert.deepEqual(asked, { body: { imageBase64: BLUE, sourceLang: 'en', targetLang: 'es' }, token: 'Bearer dev-ada' });
   const shown = card(view, 0).locator('.compare canvas');
-  assert.deepEqual([await colourOf(shown.nth(0)), await colourOf(shown.nth(1))], [[0, 0, 200, 255], [200, 0, 0, 255]]);
+  assert.deepEqual(
+    [await colourOf(shown.nth(0)), await colourOf(shown.nth(1))],
+    [
+      [0, 0, 200, 255],
+      [200, 0, 0, 255],
+    ],
+  );
   assert.match(await card(view, 0).innerText(), /Translated\. Texts: 1\s+Left as they were, for lack of room: 1/);
   assert.deepEqual(await view.posted(), [], 'nothing goes into the sheet unasked');
 
@@ -170,9 +179,17 @@ test('a batch goes into the sheet picture by picture, and is put back as a whole
   assert.equal(await card(view, 0).locator('.compare').count(), 0, 'pictures of a batch are not kept');
 
   await view.id('undo-all').click();
-  await view.answer(await view.postedNow('imageTranslateBatchUndo'), { ok: true, restored: 2, failed: 0, failedReasons: [] });
+  await view.answer(await view.postedNow('imageTranslateBatchUndo'), {
+    ok: true,
+    restored: 2,
+    failed: 0,
+    failedReasons: [],
+  });
   await view.answer(await view.postedNow('imageTranslateScan'), scanOf(['A', 'B', 'C']));
-  await view.id('outcome-text').getByText(words('pictures.undone', { restored: 2, failed: 0 })).waitFor();
+  await view
+    .id('outcome-text')
+    .getByText(words('pictures.undone', { restored: 2, failed: 0 }))
+    .waitFor();
   assert.equal(await view.text('undo-all'), '');
   assert.equal(await view.page.locator('#list .state').count(), 0);
   await view.close();
@@ -211,7 +228,10 @@ test('who cancels keeps what is in the sheet, and nothing more is asked', async 
   await view.answer({ requestId }, { ok: true, data: RED });
   await ended(view);
   assert.deepEqual(await view.posted(), []);
-  assert.match(await view.text('outcome-text'), /^Stopped\. Replaced: 1 · to be replaced: 0 · without text: 0 · failed: 0/);
+  assert.match(
+    await view.text('outcome-text'),
+    /^Stopped\. Replaced: 1 · to be replaced: 0 · without text: 0 · failed: 0/,
+  );
   await view.close();
 });
 
@@ -328,7 +348,9 @@ test('everything on the page is reached by the keyboard, in order, and the focus
   const names = [];
   for (let i = 0; i < 6; i++) {
     await view.page.keyboard.press('Tab');
-    names.push(await view.run('document.activeElement.id || document.activeElement.dataset.use || document.activeElement.value'));
+    names.push(
+      await view.run('document.activeElement.id || document.activeElement.dataset.use || document.activeElement.value'),
+    );
   }
   const [, id] = /^(\d+) choose$/.exec(names[1]);
   assert.deepEqual(names, ['scan', `${id} choose`, `${id} enlarge`, `${id} replace`, 'show', 'start']);
@@ -336,13 +358,22 @@ test('everything on the page is reached by the keyboard, in order, and the focus
   await view.page.keyboard.press('Enter');
   await answerReplace(view);
   await ended(view);
-  assert.equal(await view.run('document.activeElement.dataset.use'), `${id} choose`, 'what it had is gone, its picture is not');
+  assert.equal(
+    await view.run('document.activeElement.dataset.use'),
+    `${id} choose`,
+    'what it had is gone, its picture is not',
+  );
   await view.close();
 });
 
 test('the page fits narrow panes in every language', async () => {
-  const view = await openPictures(['A rather long name of a picture', 'B'], { width: 280, scan: { skippedUnsupported: 1 } });
-  await view.run(`onImageSelectionPreview(${JSON.stringify({ scope: 'shape', anchor: anchorOf('B'), thumbBase64: RED })})`);
+  const view = await openPictures(['A rather long name of a picture', 'B'], {
+    width: 280,
+    scan: { skippedUnsupported: 1 },
+  });
+  await view.run(
+    `onImageSelectionPreview(${JSON.stringify({ scope: 'shape', anchor: anchorOf('B'), thumbBase64: RED })})`,
+  );
   for (const code of LANGUAGES) {
     await view.say({ action: 'uiLangChanged', uiLang: code });
     await view.page.waitForSelector(`html[lang="${code}"]`);

@@ -5,7 +5,14 @@ import { thumbnailOf } from './picture.js';
 import { addinFailure } from './pictures_failures.js';
 import { change, isBusy, isCancelled, items, setItem, setItems, setUndos, state } from './pictures_model.js';
 import { fresh, isSamePicture, outcomeOf, readAnchor, readScan } from './pictures_state.js';
-import { batchSize, withBatchForgotten, withBatchUndone, withNothing, withReplaced, withUndone } from './pictures_undo.js';
+import {
+  batchSize,
+  withBatchForgotten,
+  withBatchUndone,
+  withNothing,
+  withReplaced,
+  withUndone,
+} from './pictures_undo.js';
 import { replaceAll, translateAll } from './pictures_work.js';
 import { translatePicture } from './service_api.js';
 import { dropToken, token } from './session.js';
@@ -17,8 +24,7 @@ const SERVICE_LIMIT_MS = 180000;
 const THUMBNAIL_PIXELS = 160;
 
 /** Asks the add-in; undefined when it does not answer. */
-const ask = (action, fields = {}) =>
-  request(action, fields, { limitMs: ADDIN_LIMIT_MS }).catch((error) => error.data);
+const ask = (action, fields = {}) => request(action, fields, { limitMs: ADDIN_LIMIT_MS }).catch((error) => error.data);
 
 const thumbnail = (base64) => thumbnailOf(base64, THUMBNAIL_PIXELS).catch(() => '');
 

@@ -45,7 +45,9 @@ export function drawItems(items, selected, uses) {
   const focused = list.contains(document.activeElement) ? document.activeElement.dataset.use : undefined;
   const wanted = new Set(items.map(({ id }) => id));
   for (const id of [...drawn.keys()].filter((known) => !wanted.has(known))) drawn.delete(id);
-  const elements = items.map((item) => elementOf(item, selected !== null && isSamePicture(item.anchor, selected), uses));
+  const elements = items.map((item) =>
+    elementOf(item, selected !== null && isSamePicture(item.anchor, selected), uses),
+  );
   // What is in its place is not moved: moving takes the focus away.
   if (elements.some((element, i) => list.children[i] !== element) || list.children.length !== elements.length) {
     list.replaceChildren(...elements);
@@ -57,7 +59,10 @@ export function drawItems(items, selected, uses) {
 function giveFocus(list, use) {
   const [id] = use.split(' ');
   const places = [`[data-use="${CSS.escape(use)}"]:enabled`, `[data-use="${CSS.escape(`${id} choose`)}"]`];
-  places.map((place) => list.querySelector(place)).find(Boolean)?.focus();
+  places
+    .map((place) => list.querySelector(place))
+    .find(Boolean)
+    ?.focus();
 }
 
 function elementOf(item, isSelected, uses) {
@@ -101,7 +106,11 @@ export const failureText = ({ key, message }) => t(key, { message });
 function makeChoice(item, uses) {
   const box = make('input', { type: 'checkbox', checked: item.chosen, 'data-use': `${item.id} choose` });
   box.addEventListener('change', () => uses.choose(item, box.checked));
-  return make('label', {}, [box, makeThumbnail(item), make('span', { dir: 'auto', textContent: item.anchor.shapeName })]);
+  return make('label', {}, [
+    box,
+    makeThumbnail(item),
+    make('span', { dir: 'auto', textContent: item.anchor.shapeName }),
+  ]);
 }
 
 /** @param {{thumbnail: string}} item whose name stands beside it */
