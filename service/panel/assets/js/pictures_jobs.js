@@ -4,7 +4,7 @@ import { t } from './i18n.js';
 import { thumbnailOf } from './picture.js';
 import { addinFailure } from './pictures_failures.js';
 import { change, isBusy, isCancelled, items, setItem, setItems, setUndos, state } from './pictures_model.js';
-import { fresh, isSamePicture, outcomeOf, readAnchor, readScan } from './pictures_state.js';
+import { fresh, isSamePicture, makeItem, outcomeOf, readAnchor, readScan } from './pictures_state.js';
 import {
   batchSize,
   withBatchForgotten,
@@ -38,6 +38,27 @@ export async function scan() {
   if (!found) return;
   change({ scan: found, openSheet: '', stale: '' });
   setItems(found.items);
+}
+
+/** The user has gone to a sheet; nothing is said while it is that of the list. @param {string} name */
+export function noteSheet(name) {
+  const isOther = state.scan && name && name !== state.scan.sheetName;
+  if (state.openSheet !== (isOther ? name : '')) change({ openSheet: isOther ? name : '' });
+}
+
+const looksAlike = (a, b) => a?.thumbnail === b?.thumbnail && (a === b || isSamePicture(a.anchor, b.anchor));
+
+let selections = 0;
+
+/** The add-in tells of each selection at rest; of cells it does not say on which sheet. */
+export async function noteSelection({ scope, anchor, thumbBase64 }) {
+  const number = ++selections;
+  const selected = scope === 'shape' ? makeItem({ ...anchor, thumbBase64 }) : null;
+  if (!looksAlike(selected, state.selected)) change({ selected });
+  if (selected) return noteSheet(selected.anchor.sheetName);
+  if (!state.scan) return;
+  const where = await ask('excelGetWriteContext');
+  if (number === selections) noteSheet(where?.sheetName ?? '');
 }
 
 /** @param {number} total pictures @param {() => Promise<void>} job */
