@@ -330,6 +330,25 @@ test('the picture that is selected in the sheet is shown and translated', async 
   await view.close();
 });
 
+test('the page looks at the selection when it opens and when the pointer comes to it, but not all the time', async () => {
+  const view = await panel.open('imagetranslate');
+  await view.postedNow('requestImageSelectionPreview');
+  await view.page.clock.install();
+  await view.page.reload();
+  await view.ready();
+  await view.answer(await view.postedNow('imageTranslateScan'), scanOf(['A']));
+  const come = () => view.run("document.documentElement.dispatchEvent(new PointerEvent('pointerenter'))");
+  const looks = async () => (await view.posted()).filter(({ action }) => action === LOOKS[0]).length;
+  await looks();
+  await come();
+  assert.equal(await looks(), 0, 'a moment ago it looked');
+  await view.page.clock.fastForward(2001);
+  await come();
+  await come();
+  assert.equal(await looks(), 1);
+  await view.close(REFUSED);
+});
+
 test('the ways back are still there after a look at another page', async () => {
   const view = await openPictures(['A']);
   await view.page.locator('input[value="replace"]').check();

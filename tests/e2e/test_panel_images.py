@@ -181,7 +181,9 @@ def test_another_sheet_is_told_and_looked_at(pictures, saved):
 
 def test_the_picture_selected_in_the_sheet_is_translated_from_the_page(pictures, saved):
     pictures.host.do("select", sheet="Art", address="Water")
-    pictures.wait_for("document.getElementById('selected-name').innerText === 'Water'")
+    # A selected picture raises no event: the page looks when the pointer comes back to it.
+    come = "document.documentElement.dispatchEvent(new PointerEvent('pointerenter'))"
+    pictures.wait_for(f"{come} && document.getElementById('selected-name').innerText === 'Water'")
     pictures.click("#selected-translate")
     wait_for_state(pictures, "Water", "ready")
     pictures.host.do("select", sheet="Art", address="A1")
