@@ -13,6 +13,7 @@ import {
   withReplaced,
   withUndone,
 } from './pictures_undo.js';
+import { stateText } from './pictures_view.js';
 import { replaceAll, translateAll } from './pictures_work.js';
 import { translatePicture } from './service_api.js';
 import { dropToken, token } from './session.js';
@@ -136,9 +137,10 @@ export const replace = (chosen) =>
 /** @returns {() => string} what has become of some pictures, in the language of the moment */
 function outcomeWords(chosen) {
   const ids = new Set(chosen.map(({ id }) => id));
-  const counts = outcomeOf(items().filter(({ id }) => ids.has(id)));
+  const done = items().filter(({ id }) => ids.has(id));
   const stopped = isCancelled();
-  return () => `${stopped ? `${t('chat.stopped')} ` : ''}${t('pictures.summary', counts)}`;
+  const words = () => (done.length === 1 ? stateText(done[0]) : t('pictures.summary', outcomeOf(done)));
+  return () => [stopped ? t('chat.stopped') : '', words()].filter(Boolean).join(' ');
 }
 
 /** @param {import('./pictures_state.js').Item} item whose last replacement is put back */

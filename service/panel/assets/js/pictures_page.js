@@ -84,7 +84,8 @@ function staleWords() {
 function outcomeWords() {
   const { outcome, stoppedBy } = state;
   const why = stoppedBy && !stoppedBy.rescan ? failureText(stoppedBy) : '';
-  return [outcome?.(), why].filter(Boolean).join(' ');
+  const what = outcome?.() ?? '';
+  return what.includes(why) ? what : `${what} ${why}`.trim();
 }
 
 /** Puts text into an element that takes no room without it. */
@@ -133,7 +134,8 @@ function drawWork() {
   }
   byId('cancel').disabled = isCancelled();
   fill('outcome-text', outcome?.() ?? '');
-  fill('outcome-problem', stoppedBy ? failureText(stoppedBy) : '');
+  const why = stoppedBy ? failureText(stoppedBy) : '';
+  fill('outcome-problem', why === outcome?.() ? '' : why);
   const ready = readyItems().length;
   const batch = batchSize(undos);
   fill('replace-all', ready > 1 ? t('pictures.replaceAll', { count: ready }) : '');

@@ -84,12 +84,8 @@ const looksAlike = (before, now) =>
 function makeElement(item, isSelected, uses) {
   const parts = [makeChoice(item, uses)];
   if (isSelected) parts.push(make('p', { class: 'quiet', textContent: t('pictures.selected') }));
-  // A picture that an earlier page replaced is known by its way back only.
-  const state = item.state === 'idle' && item.undos > 0 ? 'replaced' : item.state;
-  if (STATES[state]) {
-    const words = t(STATES[state], { count: item.count });
-    parts.push(make('p', { class: 'state', 'data-state': state, textContent: words }));
-  }
+  const state = stateOf(item);
+  if (STATES[state]) parts.push(make('p', { class: 'state', 'data-state': state, textContent: stateText(item) }));
   if (item.crowded > 0) {
     parts.push(make('p', { class: 'quiet', textContent: t('pictures.noRoom', { count: item.crowded }) }));
   }
@@ -98,6 +94,16 @@ function makeElement(item, isSelected, uses) {
   const buttons = makeButtons(item, uses);
   if (buttons.length > 0) parts.push(make('div', { class: 'buttons' }, buttons));
   return make('li', { 'data-id': item.id, ...(isSelected && { 'aria-current': 'true' }) }, parts);
+}
+
+/** A picture that an earlier page replaced is known by its way back only. */
+const stateOf = ({ state, undos }) => (state === 'idle' && undos > 0 ? 'replaced' : state);
+
+/** @param {Item} item @returns {string} what has become of it, empty when nothing has */
+export function stateText(item) {
+  if (item.failure) return failureText(item.failure);
+  const key = STATES[stateOf(item)];
+  return key && t(key, { count: item.count });
 }
 
 /** @param {import('./pictures_failures.js').PictureFailure} failure */
