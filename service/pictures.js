@@ -1,7 +1,7 @@
 import { bearerToken, tokenRefusal } from './auth.js';
 import { ServiceError } from './errors.js';
 import { translatePicture } from './pictures/translate_picture.js';
-import { MAX_PICTURE_BYTES } from './recognition.js';
+import { MAX_PICTURE_BYTES, refusalFor } from './recognition.js';
 import { bad, isObject, optionalText, parseJson } from './validation.js';
 
 /** A picture is a third longer in base64. */
@@ -29,7 +29,12 @@ export function registerPictures(app, { engine, accounts }) {
       return engine.translate({ texts, sourceLang, targetLang, glossary: [], instruction: '' });
     };
     const signal = goneSignal(reply);
-    const { texts, ...picture } = await translatePicture(file, { translate, sourceLang, targetLang, signal });
+    const { texts, ...picture } = await translatePicture(file, { translate, sourceLang, targetLang, signal }).catch(
+      (error) => {
+        // What fails because the client has left is no failure.
+        throw signal.aborted ? refusalFor('aborted') : error;
+      },
+    );
     accounts.charge(bearerToken(request.headers.authorization), characters);
     request.note = `${texts.length} texts in a picture`;
     return {

@@ -102,16 +102,19 @@ async function installedData(program) {
     .filter((name) => name && name !== 'osd');
 }
 
+const REFUSALS = {
+  missing: [503, 'recognition_unavailable', 'Tesseract is not installed: text in pictures cannot be recognised'],
+  timeout: [504, 'recognition_timeout', 'Recognising the text took too long'],
+  too_long: [413, 'content_too_long', 'The picture holds too many words'],
+  failed: [422, 'unreadable_picture', 'The picture cannot be read'],
+  aborted: [499, 'aborted', 'The request was given up'],
+};
+
+/** @param {keyof typeof REFUSALS} reason of a ProgramError @returns {ServiceError} */
+export const refusalFor = (reason) => new ServiceError(...REFUSALS[reason]);
+
 function refuse(error) {
-  if (!(error instanceof ProgramError)) throw error;
-  const answers = {
-    missing: [503, 'recognition_unavailable', 'Tesseract is not installed: text in pictures cannot be recognised'],
-    timeout: [504, 'recognition_timeout', 'Recognising the text took too long'],
-    too_long: [413, 'content_too_long', 'The picture holds too many words'],
-    failed: [422, 'unreadable_picture', 'The picture cannot be read'],
-    aborted: [499, 'aborted', 'The request was given up'],
-  };
-  throw new ServiceError(...answers[error.reason]);
+  throw error instanceof ProgramError ? refusalFor(error.reason) : error;
 }
 
 /**

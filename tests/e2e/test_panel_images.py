@@ -1,5 +1,6 @@
 """The page for pictures in the real panel: words of pictures in the sheet become those of another language, and back."""
 
+import os
 import shutil
 import subprocess
 from contextlib import contextmanager
@@ -121,8 +122,9 @@ def words_of(image):
     """What Tesseract reads in a picture of a file, in Spanish, three times as large."""
     lines = (b"".join(bytes(image.at(x, y)) * 3 for x in range(image.width)) * 3 for y in range(image.height))
     ppm = f"P6 {3 * image.width} {3 * image.height} 255\n".encode() + b"".join(lines)
+    # One thread: several wait for each other for minutes on a busy machine.
     run = subprocess.run(["tesseract", "stdin", "stdout", "-l", "spa", "--psm", "11"], input=ppm, capture_output=True,
-                         check=True, timeout=60)
+                         check=True, timeout=120, env={**os.environ, "OMP_THREAD_LIMIT": "1"})
     return set(run.stdout.decode().lower().split())
 
 

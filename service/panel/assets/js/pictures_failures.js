@@ -24,20 +24,20 @@ const ADDIN = {
   group_child_inplace_only: row('pictures.failGroup'),
 };
 
-/** The service's codes that mean something else for pictures than for texts, or nothing there. */
-const SERVICE = {
-  recognition_unavailable: row('pictures.failRecognition', { stops: true }),
-  recognition_language_missing: row('pictures.failLanguage', { stops: true }),
-  drawing_unavailable: row('pictures.failDrawing', { stops: true }),
-  recognition_timeout: row('error.timeout'),
-  unreadable_picture: row('pictures.failUnreadable'),
-  content_too_long: row('pictures.failLarge'),
-  request_timeout: row('error.timeout'),
-  unauthorized: row('terms.failExpired', { stops: true }),
-};
+/** The service's codes whose words are others for pictures than for texts. */
+const SERVICE = { content_too_long: 'pictures.failLarge', unauthorized: 'terms.failExpired' };
 
-/** What becomes of every other picture as well, beside the above. */
-const STOPPING = ['insufficient_credits', 'network_error', 'unsupported_language_pair', 'engine_failed'];
+/** What becomes of every other picture as well. */
+const STOPPING = [
+  'unauthorized',
+  'insufficient_credits',
+  'network_error',
+  'unsupported_language_pair',
+  'engine_failed',
+  'recognition_unavailable',
+  'recognition_language_missing',
+  'drawing_unavailable',
+];
 
 /**
  * @param {{error?: string, detail?: string} | undefined} data the add-in's answer, nothing when none came
@@ -52,6 +52,6 @@ export function addinFailure(data) {
 
 /** @param {{code: string, message: string}} error of the service @returns {PictureFailure} */
 export function serviceFailure({ code, message }) {
-  const found = Object.hasOwn(SERVICE, code) ? SERVICE[code] : row(errorRow(code).text);
-  return { ...found, stops: found.stops || STOPPING.includes(code), message };
+  const key = Object.hasOwn(SERVICE, code) ? SERVICE[code] : errorRow(code).text;
+  return { ...row(key, { stops: STOPPING.includes(code) }), message };
 }
