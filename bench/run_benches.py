@@ -30,6 +30,7 @@ PROGRAMS = (
     ("qv_collect_bench.exe", 1, False),
     ("qv_translation_bench.exe", 1, False),
     ("qv_display_bench.exe", 1, False),
+    ("qv_image_bench.exe", 1, False),
 )
 PROGRAM_LIMIT_S = 180
 WINE = str(ROOT / "scripts" / "wine.sh")

@@ -4,6 +4,7 @@ import struct
 import zipfile
 import zlib
 from itertools import count
+from typing import NamedTuple
 from xml.sax.saxutils import escape, quoteattr
 
 EMU_PER_POINT = 12700
@@ -36,6 +37,11 @@ def _chunk(kind, body):
 def quarters(width, height, *colours):
     """A PNG file of four rectangles: top left, top right, bottom left, bottom right."""
     return png(width, height, lambda x, y: colours[2 * (2 * y >= height) + (2 * x >= width)])
+
+
+class WithCells(NamedTuple):
+    """A drawing that goes with its cells when rows or columns come in before it."""
+    drawing: tuple
 
 
 class PictureBook:
@@ -172,10 +178,20 @@ def _worksheet(texts):
 
 
 def _drawing(drawings):
-    anchors = "".join(
-        f'<xdr:absoluteAnchor><xdr:pos x="{_emu(left)}" y="{_emu(top)}"/><xdr:ext cx="{_emu(width)}" cy="{_emu(height)}"/>'
-        f'{xml}<xdr:clientData/></xdr:absoluteAnchor>' for xml, (left, top, width, height) in drawings)
+    anchors = "".join(_anchor(drawing) for drawing in drawings)
     return f"<xdr:wsDr {DRAWING_NAMESPACES}>{anchors}</xdr:wsDr>"
+
+
+def _anchor(drawing):
+    if isinstance(drawing, WithCells):
+        xml, (left, top, width, height) = drawing.drawing
+        kind, start = "oneCell", (f"<xdr:from><xdr:col>0</xdr:col><xdr:colOff>{_emu(left)}</xdr:colOff>"
+                                  f"<xdr:row>0</xdr:row><xdr:rowOff>{_emu(top)}</xdr:rowOff></xdr:from>")
+    else:
+        xml, (left, top, width, height) = drawing
+        kind, start = "absolute", f'<xdr:pos x="{_emu(left)}" y="{_emu(top)}"/>'
+    return (f'<xdr:{kind}Anchor>{start}<xdr:ext cx="{_emu(width)}" cy="{_emu(height)}"/>{xml}<xdr:clientData/>'
+            f'</xdr:{kind}Anchor>')
 
 
 def _chart(cells):

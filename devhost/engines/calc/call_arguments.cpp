@@ -2,9 +2,9 @@
 
 #include <string_view>
 
-#include "engines/calc/base64.h"
 #include "engines/calc/dispatch_names.h"
 #include "engines/calc/office_path.h"
+#include "engines/common/base64.h"
 #include "engines/common/clipboard_image.h"
 #include "foundation/text.h"
 

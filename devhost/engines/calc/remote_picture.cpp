@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "engines/calc/base64.h"
+#include "engines/common/base64.h"
 #include "engines/common/clipboard_picture.h"
 #include "foundation/com_object.h"
 #include "foundation/gdi_plus_session.h"

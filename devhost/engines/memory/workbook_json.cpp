@@ -1,12 +1,9 @@
 #include "engines/memory/workbook_json.h"
 
-#include <windows.h>
-// Wants the header above first.
-#include <wincrypt.h>
-
 #include <algorithm>
 #include <stdexcept>
 
+#include "engines/common/base64.h"
 #include "engines/memory/chart_objects.h"
 #include "engines/memory/font_object.h"
 #include "engines/memory/picture_file.h"
@@ -172,19 +169,6 @@ std::shared_ptr<Sheet> ReadSheet(const json& from) {
   return sheet;
 }
 
-std::string Base64Of(const std::string& bytes) {
-  constexpr DWORD kForm = CRYPT_STRING_BASE64 | CRYPT_STRING_NOCRLF;
-  const auto* const data = reinterpret_cast<const BYTE*>(bytes.data());
-  const auto size = static_cast<DWORD>(bytes.size());
-  // Counts the closing zero, which the second call does not.
-  DWORD length = 0;
-  if (!CryptBinaryToStringA(data, size, kForm, nullptr, &length)) return {};
-  std::string text(length, '\0');
-  if (!CryptBinaryToStringA(data, size, kForm, text.data(), &length)) return {};
-  text.resize(length);
-  return text;
-}
-
 void WriteFont(json& to, const FontStyle& font, const FontStyle& base) {
   if (font.bold != base.bold) to["bold"] = font.bold;
   if (font.italic != base.italic) to["italic"] = font.italic;
@@ -230,7 +214,7 @@ json WriteShape(const Shape& shape) {
              {"top", shape.top},           {"width", shape.width}, {"height", shape.height}};
   if (!shape.alternativeText.empty()) to["alt"] = ToUtf8(shape.alternativeText);
   if (shape.placement != Shape().placement) to["placement"] = shape.placement;
-  if (shape.picture != nullptr) to["png"] = Base64Of(EncodePicture(*shape.picture));
+  if (shape.picture != nullptr) to["png"] = Base64(EncodePicture(*shape.picture));
   for (const auto& child : shape.children)
     to["children"].push_back(WriteShape(*child));
   return to;

@@ -67,6 +67,28 @@ TEST_F(SelectionInThePane, IsShownOnRequestButNotToTheImagePage) {
   EXPECT_EQ(PreviewsAtRest(), before + 1);
 }
 
+TEST_F(SelectionInThePane, OfPicturesIsShownToTheImagePageOnly) {
+  const auto pixels = std::make_shared<devhost::memory::PictureData>(
+      devhost::memory::PictureData{2, 1, {0xFF112233, 0xFF445566}});
+  const auto picture = engine_.AddPicture(L"Sheet1", L"Photo", pixels);
+  engine_.SelectShapes(L"Sheet1", {picture});
+  constexpr wchar_t kImageRequest[] = L"{\"action\":\"requestImageSelectionPreview\"}";
+  Post(view_, kImageRequest);
+  static_cast<void>(PreviewsAtRest());
+  EXPECT_FALSE(WasSent(L"onImageSelectionPreview"));
+  Show(kImageTranslate);
+  Post(view_, kImageRequest);
+  EXPECT_NE(WaitForItem(PageItemKind::kScript,
+                        L"onImageSelectionPreview({\"scope\":\"shape\",\"anchor\":{\"v\":1,"),
+            "");
+  Post(view_, L"{\"action\":\"imageTranslateCount\",\"requestId\":\"i1\"}");
+  EXPECT_EQ(
+      WaitForItem(PageItemKind::kScript, L"\"i1\""),
+      "if(window.QuorvantisTerminology)QuorvantisTerminology._onResponse({\"requestId\":\"i1\",\"ok\":true,"
+      "\"data\":{\"ok\":true,\"count\":1,\"skippedUnsupported\":0,\"sheetSummary\":[{\"sheetName\":"
+      "\"Sheet1\",\"count\":1,\"anchors\":[]}]}});");
+}
+
 TEST_F(SelectionInThePane, IsShownOnceItHasComeToRest) {
   const int before = PreviewsAtRest();
   for (const char* address : {"B1", "B2", "A1:B3", "A1:C3"})

@@ -46,6 +46,18 @@ TEST_F(ImageScanTest, EveryPictureIsCountedWhereverItLies) {
   EXPECT_EQ(engine.Calls("Shape.CopyPicture"), 0U);
 }
 
+TEST_F(ImageScanTest, AChartIsKnownByWhateverTheHostHasForIt) {
+  engine.AddChart(L"Sheet1", L"Sales");
+  const auto counts = [this](const wchar_t* members) {
+    return Ask(L"imageTranslateCount").find(members) == 11;
+  };
+  EXPECT_TRUE(counts(LR"("count":1,"skippedUnsupported":0)"));
+  engine.Faults().Hide("Shape.HasChart");
+  EXPECT_TRUE(counts(LR"("count":1,"skippedUnsupported":0)"));
+  engine.Faults().Hide("Shape.Chart");
+  EXPECT_TRUE(counts(LR"("count":0,"skippedUnsupported":1)"));
+}
+
 TEST_F(ImageScanTest, AnchorsSayWhereEachPictureLies) {
   FillSheet();
   std::vector<std::wstring> places;

@@ -1,10 +1,10 @@
-#include "engines/calc/base64.h"
+#include "engines/common/base64.h"
 
 #include <windows.h>
 // Wants the header above first.
 #include <wincrypt.h>
 
-namespace qv::devhost::calc {
+namespace qv::devhost {
 
 std::string Base64(std::string_view bytes) {
   constexpr DWORD kOneLine = CRYPT_STRING_BASE64 | CRYPT_STRING_NOCRLF;
@@ -30,4 +30,4 @@ std::vector<unsigned char> FromBase64(const std::string& text) {
   return bytes;
 }
 
-}  // namespace qv::devhost::calc
+}  // namespace qv::devhost
