@@ -31,6 +31,7 @@ PROGRAMS = (
     ("qv_translation_bench.exe", 1, False),
     ("qv_display_bench.exe", 1, False),
     ("qv_image_bench.exe", 1, False),
+    ("qv_blank_rows_bench.exe", 1, False),
 )
 PROGRAM_LIMIT_S = 180
 WINE = str(ROOT / "scripts" / "wine.sh")
@@ -119,10 +120,43 @@ def run_overhead(service):
     yield "host calls per written cell", f"{statistics.median(calls):.1f}", "calls"
 
 
+def make_gaps(path):
+    """5,000 rows, every tenth of them blank: LibreOffice takes more than its share of time for each that goes."""
+    import openpyxl
+    book = openpyxl.Workbook(write_only=True)
+    sheet = book.create_sheet("Gaps")
+    for row in range(1, 5001):
+        sheet.append([] if row % 10 == 0 else [row, "text"])
+    sheet.append(["end"])
+    book.save(path)
+
+
+def blank_rows_bench(service):
+    """The ribbon's button on LibreOffice, from the press to the question and from the answer to the last row."""
+    with tempfile.TemporaryDirectory() as folder:
+        workbook = Path(folder) / "gaps.xlsx"
+        make_gaps(workbook)
+        with Devhost("--workbook", workbook, "--engine", "calc", "--service", service.url, "--no-pane") as host:
+            host.do("reset-counters")
+            started = time.time()
+            host.press("btnDeleteBlankRows")
+            host.box(timeout=120)
+            asked = time.time()
+            host.answer("Yes")
+            # Answered once the button has done its work.
+            counters = host.do("counters", timeout=PROGRAM_LIMIT_S * 2)
+            ended = time.time()
+            inside = union_length(counters["busy"]) / 1000
+            deleted = counters["calls"]["Range.Delete"]
+    yield f"LibreOffice: find and show {deleted} of 5000 rows, blank ones", f"{(asked - started) * 1000:.0f}", "ms"
+    yield f"LibreOffice: delete {deleted} of 5000 rows", f"{ended - asked:.1f}", "s"
+    yield "LibreOffice: of both, in its calls", f"{100 * inside / (ended - started):.0f}", "%"
+
+
 def main():
     service = LocalService()
     try:
-        rows = [*windows_benches(service), *relay_bench(), *run_overhead(service),
+        rows = [*windows_benches(service), *relay_bench(), *run_overhead(service), *blank_rows_bench(service),
                 *mcp_rows(lambda workbook: Devhost("--workbook", workbook, "--engine", "calc", "--service", service.url))]
     finally:
         service.close()

@@ -1,12 +1,68 @@
 #include "addin/blank_rows_command.h"
 
+#include <optional>
+#include <string>
+
+#include "addin/blank_rows_message.h"
+#include "addin/disabled_windows.h"
+#include "addin/host_message.h"
+#include "addin/host_window.h"
+#include "foundation/catalog.h"
+#include "foundation/flag_scope.h"
+#include "foundation/host_session.h"
 #include "foundation/logging.h"
+#include "foundation/settings.h"
+#include "tools/delete_blank_rows.h"
+#include "workbook/excel_window.h"
+#include "workbook/host_state.h"
 
 namespace qv {
+namespace {
 
-// The removal itself is not built yet: the press is logged, and the sheet stays as it is.
-void RunBlankRowRemoval(HWND) {
+constexpr UINT kNextTryMs = 1000;
+constexpr int kTries = 60;
+
+/// The other documents wait too: a cell that is edited in one keeps the host from everything.
+bool Confirm(std::wstring_view language, std::int32_t found) {
+  const HWND owner = BoxOwner();
+  const DisabledWindows others(nullptr, owner);
+  const std::wstring text = BlankRowQuestion(language, found);
+  const std::wstring title = CatalogText(language, L"blank.excel.title");
+  return MessageBoxW(owner, text.c_str(), title.c_str(), MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
+}
+
+}  // namespace
+
+void BlankRowsCommand::Press(IDispatch* control) {
   PaneLog(L"Excel DeleteBlankRowsClicked\r\n");
+  if (running_) return;
+  const FlagScope running(running_);
+  // What an earlier press still owes would otherwise be put back under the question.
+  nextTry_.Stop();
+  static_cast<void>(preview_.Restore());
+  const ComPtr<IDispatch> application = HostSession::Get().Application();
+  const std::wstring language = GetUiLanguage();
+  const ExcelWindow window = ExcelWindow::ResolveForInvocation(application.Get(), control);
+  const BlankRowResult result = DeleteBlankRows(application.Get(), window, preview_,
+                                                [&](std::int32_t found) { return Confirm(language, found); });
+  TryLater(kTries);
+  if (const std::optional<BlankRowMessage> message = BlankRowOutcome(language, result))
+    ShowMessage(BoxOwner(), message->text, MB_OK | message->icon);
+}
+
+void BlankRowsCommand::TryLater(int triesLeft) {
+  // Both are asked: neither waits for the other.
+  const bool fillsBack = preview_.Restore();
+  const bool stateBack = RestoreOwedHostState(HostSession::Get().Application().Get());
+  if ((fillsBack && stateBack) || triesLeft == 0) return preview_.Forget();
+  // Without a timer the next press does it.
+  static_cast<void>(nextTry_.Start(nullptr, kNextTryMs, [this, triesLeft] { TryLater(triesLeft - 1); }));
+}
+
+void BlankRowsCommand::Release() {
+  nextTry_.Stop();
+  static_cast<void>(preview_.Restore());
+  preview_.Forget();
 }
 
 }  // namespace qv

@@ -1,11 +1,31 @@
 #pragma once
 
-#include <windows.h>
+#include <oaidl.h>
+
+#include "tools/row_highlight.h"
+#include "translation/ui_timer.h"
 
 namespace qv {
 
-/// Removes the blank rows of the active sheet for the ribbon's button. `owner` is the window that questions
-/// and reports belong to, or null.
-void RunBlankRowRemoval(HWND owner);
+/// The ribbon's button that removes blank rows: the question, the report, and fills that a busy host did not
+/// let be put back. Host UI thread.
+class BlankRowsCommand {
+ public:
+  /// Removes the blank rows of the window in which the control (may be null) was pressed. Runs messages while
+  /// a box is open; a press that comes meanwhile does nothing.
+  void Press(IDispatch* control);
+
+  /// Lets go of the host's objects at the end of the connection.
+  void Release();
+
+ private:
+  /// Puts back later what the host refuses now, a bounded number of times.
+  void TryLater(int triesLeft);
+
+  bool running_ = false;
+  /// Also fills of earlier presses that are still to be put back.
+  RowHighlight preview_;
+  UiTimer nextTry_;
+};
 
 }  // namespace qv

@@ -1,6 +1,5 @@
 #include "addin/ribbon_callbacks.h"
 
-#include "addin/blank_rows_command.h"
 #include "addin/host_window.h"
 #include "addin/pdf_translation_command.h"
 #include "addin/ribbon_icons.h"
@@ -93,6 +92,7 @@ void RibbonCallbacks::ReleaseRibbon() {
   ribbon_.Reset();
   language_.reset();
   pictures_.Release();
+  blankRows_.Release();
 }
 
 void RibbonCallbacks::InvalidateRibbon() {
@@ -115,7 +115,7 @@ void RibbonCallbacks::Press(const RibbonCommand& command, IDispatch* control) {
       static_cast<void>(panes_.ShowPanePage(command.page, command.mode, control));
       break;
     case RibbonAction::kRemoveBlankRows:
-      RunBlankRowRemoval(BoxOwner());
+      blankRows_.Press(control);
       break;
     case RibbonAction::kOpenPdfTranslation:
       OpenPdfTranslation(BoxOwner());

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "addin/blank_rows_command.h"
 #include "addin/office_interfaces.h"
 #include "addin/ribbon_commands.h"
 #include "addin/ribbon_control.h"
@@ -45,6 +46,7 @@ class RibbonCallbacks {
   ComPtr<IDispatch> ribbon_;
   std::optional<std::wstring> language_;
   UiTimer secondTry_;
+  BlankRowsCommand blankRows_;
   RibbonPictures pictures_;
 };
 

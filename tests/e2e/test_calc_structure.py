@@ -125,3 +125,19 @@ def test_a_sheet_is_deleted_without_asking_only(office, sheet):
     assert added.call("Delete") is True
     office.application.put("DisplayAlerts", True)
     assert office.application.Worksheets.Count == 1
+
+
+def test_a_union_holds_the_areas_of_ranges_on_one_sheet(office, sheet):
+    union = office.application.call("Union", cell(sheet, "3:3,7:8"), cell(sheet, "B10"), cell(sheet, "D12:E12"))
+    assert union.Address == "$3:$3,$7:$8,$B$10,$D$12:$E$12"
+    union.call("Select")
+    assert office.application.Selection.Areas.Count == 4
+    other = office.application.Worksheets.call("Add")
+    refused(office.application.call, "Union", cell(sheet, "A1"), cell(other, "A1"))
+    refused(office.application.call, "Union", cell(sheet, "A1"), code=0x8002000E)
+
+
+def test_an_address_of_more_than_255_characters_is_refused(sheet):
+    longest = ",".join(["1000:1000"] * 25) + ",A100"
+    assert len(longest) == 254 and cell(sheet, longest + "0").Areas.Count == 26
+    refused(cell, sheet, longest + "00")

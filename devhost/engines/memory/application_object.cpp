@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "engines/memory/host_events.h"
+#include "engines/memory/range_object.h"
 #include "engines/memory/window_object.h"
 #include "engines/memory/workbook_object.h"
 #include "engines/memory/worksheet_object.h"
@@ -84,6 +85,7 @@ const ClassInfo& ApplicationObject::Class() const {
                                   {L"CutCopyMode", kGet | kPut, Do<&A::CutCopyMode>},
                                   {L"Calculation", kGet | kPut, Do<&A::Calculation>},
                                   {L"Calculate", kMethod, Do<&A::Calculate>},
+                                  {L"Union", kMethod, Do<&A::Union>},
                                   {L"Ready", kGet, Do<&A::Ready>},
                                   {L"LanguageSettings", kGet, Do<&A::LanguageSettings>},
                               },
@@ -203,6 +205,9 @@ Variant ApplicationObject::Calculation(Call& call) {
 
 Variant ApplicationObject::Calculate(Call&) {
   return {};
+}
+Variant ApplicationObject::Union(Call& call) {
+  return UnionOfArguments(SharedHost(), call);
 }
 Variant ApplicationObject::Ready(Call&) {
   return Variant(true);

@@ -41,6 +41,7 @@ class ApplicationObject final : public DispatchObject {
   Variant CutCopyMode(Call& call);
   Variant Calculation(Call& call);
   Variant Calculate(Call& call);
+  Variant Union(Call& call);
   Variant Ready(Call& call);
   Variant LanguageSettings(Call& call);
 

@@ -109,7 +109,10 @@ bool WriteFillColor(CellStyle& style, const StyleValue& value) {
   const auto color = AsColor(value);
   if (!color) return false;
   style.fillColor = *color;
-  style.fillPattern = kSolid;
+  style.fillTheme = 0;
+  style.fillTint = 0;
+  // A pattern stays, on another ground.
+  if (style.fillPattern == kNone) style.fillPattern = kSolid;
   return true;
 }
 
@@ -124,7 +127,30 @@ bool WriteFillColorIndex(CellStyle& style, const StyleValue& value) {
   const long color = none ? kMaxColor : ColorOfIndex(*index);
   if (color < 0) return false;
   style.fillColor = color;
+  style.fillTheme = 0;
+  style.fillTint = 0;
   style.fillPattern = none ? kNone : kSolid;
+  return true;
+}
+
+/// In the order of the host's numbers of them, from 1 on; a tint leaves the number of the colour as it is.
+constexpr std::array<long, 12> kThemeColors = {0xFFFFFF, 0x000000, 0xE6E6E7, 0x6A5444, 0xC47244, 0x317DED,
+                                               0xA5A5A5, 0x00C0FF, 0xD59B5B, 0x47AD70, 0xC16305, 0x724F95};
+
+bool WriteFillTheme(CellStyle& style, const StyleValue& value) {
+  const auto theme = AsLong(value);
+  if (!theme || *theme < 1 || *theme > static_cast<long>(kThemeColors.size())) return false;
+  style.fillTheme = *theme;
+  style.fillColor = kThemeColors[static_cast<size_t>(*theme - 1)];
+  style.fillTint = 0;
+  if (style.fillPattern == kNone) style.fillPattern = kSolid;
+  return true;
+}
+
+bool WriteFillTint(CellStyle& style, const StyleValue& value) {
+  const auto tint = AsNumber(value);
+  if (!tint || std::abs(*tint) > 1) return false;
+  style.fillTint = *tint;
   return true;
 }
 
@@ -175,5 +201,7 @@ const StyleProperty<CellStyle> kInteriorColor{ReadFillColor, WriteFillColor};
 const StyleProperty<CellStyle> kInteriorColorIndex{ReadFillColorIndex, WriteFillColorIndex};
 const StyleProperty<CellStyle> kInteriorPattern{ReadField<&CellStyle::fillPattern>,
                                                 WriteLong<&CellStyle::fillPattern>};
+const StyleProperty<CellStyle> kInteriorThemeColor{ReadField<&CellStyle::fillTheme>, WriteFillTheme};
+const StyleProperty<CellStyle> kInteriorTint{ReadField<&CellStyle::fillTint>, WriteFillTint};
 
 }  // namespace qv::devhost::memory

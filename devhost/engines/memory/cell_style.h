@@ -42,6 +42,10 @@ struct CellStyle {
   long verticalAlignment = -4107;
   long fillPattern = kNone;
   long fillColor = 0xFFFFFF;
+  /// The host's number of a theme's colour that the fill has, 0 for a colour of its own; and how much lighter
+  /// or darker it is.
+  long fillTheme = 0;
+  double fillTint = 0;
   BorderLine leftBorder;
   BorderLine topBorder;
   BorderLine bottomBorder;
@@ -75,6 +79,7 @@ struct StyleProperty {
 extern const StyleProperty<FontStyle> kFontName, kFontSize, kFontBold, kFontItalic, kFontStrikethrough,
     kFontUnderline, kFontColor, kFontColorIndex;
 extern const StyleProperty<CellStyle> kWrapText, kLocked, kNumberFormat, kHorizontalAlignment,
-    kVerticalAlignment, kInteriorColor, kInteriorColorIndex, kInteriorPattern;
+    kVerticalAlignment, kInteriorColor, kInteriorColorIndex, kInteriorPattern, kInteriorThemeColor,
+    kInteriorTint;
 
 }  // namespace qv::devhost::memory

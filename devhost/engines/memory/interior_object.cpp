@@ -12,6 +12,8 @@ const ClassInfo& InteriorObject::Class() const {
                                   {L"Color", kGet | kPut, Do<&I::Access<kInteriorColor>>},
                                   {L"ColorIndex", kGet | kPut, Do<&I::Access<kInteriorColorIndex>>},
                                   {L"Pattern", kGet | kPut, Do<&I::Access<kInteriorPattern>>},
+                                  {L"ThemeColor", kGet | kPut, Do<&I::ThemeColor>},
+                                  {L"TintAndShade", kGet | kPut, Do<&I::Access<kInteriorTint>>},
                                   {L"Application", kGet, Do<&I::Application>},
                               });
   return info;
@@ -19,6 +21,12 @@ const ClassInfo& InteriorObject::Class() const {
 
 void InteriorObject::RequireAlive() const {
   RequireAliveSheet(*sheet_);
+}
+
+Variant InteriorObject::ThemeColor(Call& call) {
+  Variant theme = AccessProperty(kInteriorThemeColor, call);
+  if (theme.Type() == VT_I4 && theme->lVal == 0) Refuse();
+  return theme;
 }
 
 Variant InteriorObject::AccessProperty(const StyleProperty<CellStyle>& property, Call& call) {

@@ -20,6 +20,8 @@ class InteriorObject final : public DispatchObject {
   Variant Access(Call& call) {
     return AccessProperty(Property, call);
   }
+  /// Refused where the colour is not of the theme.
+  Variant ThemeColor(Call& call);
   Variant Application(Call&) { return ApplicationOf(*this); }
 
  private:

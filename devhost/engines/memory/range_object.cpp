@@ -28,9 +28,13 @@ Area Checked(const Area& area) {
   return area;
 }
 
+/// The host takes no longer address.
+constexpr size_t kMaxAddressLength = 255;
+
 std::vector<Area> AreasOfArgument(const VARIANT& argument) {
   if (const auto* range = dynamic_cast<RangeObject*>(NativeObject(&argument))) return range->Areas();
-  const auto areas = ParseAddress(ToText(argument));
+  const std::wstring address = ToText(argument);
+  const auto areas = address.size() > kMaxAddressLength ? std::nullopt : ParseAddress(address);
   if (!areas) Refuse();
   return *areas;
 }
@@ -294,6 +298,20 @@ Area RowsOrColumnsFromArgument(const Area& within, const VARIANT& argument, Rang
   }
   return rows ? Checked({within.row1 + first - 1, within.col1, within.row1 + last - 1, within.col2})
               : Checked({within.row1, within.col1 + first - 1, within.row2, within.col1 + last - 1});
+}
+
+Variant UnionOfArguments(const std::shared_ptr<Host>& host, Call& call) {
+  if (call.Count() < 2) throw HostError{DISP_E_PARAMNOTOPTIONAL};
+  std::vector<Area> areas;
+  std::shared_ptr<Sheet> sheet;
+  for (size_t i = 0; i < call.Count(); ++i) {
+    const auto* const range = dynamic_cast<RangeObject*>(NativeObject(call.Arg(i)));
+    // All on one sheet.
+    if (range == nullptr || (sheet != nullptr && range->GetSheet() != sheet)) Refuse();
+    sheet = range->GetSheet();
+    areas.insert(areas.end(), range->Areas().begin(), range->Areas().end());
+  }
+  return Make<RangeObject>(host, sheet, areas);
 }
 
 std::vector<Area> AreasFromArguments(Call& call) {

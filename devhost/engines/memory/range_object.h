@@ -119,4 +119,8 @@ class RangeObject final : public DispatchObject {
 /// The areas that the two arguments of "Range" name: texts or Range objects.
 [[nodiscard]] std::vector<Area> AreasFromArguments(Call& call);
 
+/// All areas of the Range objects that the arguments of "Union" are, in their order; neighbours are not
+/// joined.
+[[nodiscard]] Variant UnionOfArguments(const std::shared_ptr<Host>& host, Call& call);
+
 }  // namespace qv::devhost::memory

@@ -63,15 +63,21 @@ void Sheet::ShiftLines(bool rows, long first, long count) {
   for (const auto& object : Floating())
     MoveObject(*object, rows, edge, grown);
   const std::vector<Area> merges = Merges();
-  const auto cells = std::exchange(cells_, {});
-  formulas_.clear();
+  // Rows above the first one stay where they are.
+  const CellKey firstMoved = rows ? Key(first, 0) : 0;
+  formulas_.erase(formulas_.lower_bound(firstMoved), formulas_.end());
   merged_.clear();
-  for (const auto& [key, cell] : cells) {
+  std::vector<decltype(cells_)::node_type> moving;
+  for (auto at = cells_.lower_bound(firstMoved); at != cells_.end();)
+    moving.push_back(cells_.extract(at++));
+  for (auto& cell : moving) {
+    const CellKey key = cell.key();
     const long row = rows ? shift.Of(RowOf(key)) : RowOf(key);
     const long col = rows ? ColumnOf(key) : shift.Of(ColumnOf(key));
     if (row == 0 || col == 0) continue;
-    if (!cell.formula.empty()) formulas_.insert(Key(row, col));
-    cells_.emplace(Key(row, col), cell);
+    cell.key() = Key(row, col);
+    if (!cell.mapped().formula.empty()) formulas_.insert(formulas_.end(), cell.key());
+    cells_.insert(cells_.end(), std::move(cell));
   }
   columnsKnown_ = false;
   for (Area area : merges) {

@@ -453,13 +453,6 @@ TEST_F(Ribbon, CountsPressesOfTheSupportButton) {
                        "\"props\":{\"source\":\"ribbon\"}}]}"}));
 }
 
-TEST_F(Ribbon, OnlyLogsTheBlankRowsButton) {
-  engine_.AddWorkbook(L"Book.xlsx");
-  Press(L"DeleteBlankRowsClicked");
-  EXPECT_NE(Log().find("Excel DeleteBlankRowsClicked\r\n"), std::string::npos);
-  EXPECT_EQ(boxes_.Count(), 0);
-}
-
 /// The program that opens http addresses while this lives. In Wine it is the machine's setting.
 class SystemBrowser {
  public:

@@ -171,6 +171,38 @@ TEST_F(MemoryEngineTest, CountsAndNamesPlaces) {
   EXPECT_EQ(Get(Follow(sheet, {L"UsedRange"}), L"Address").value.Text(), L"$C$7");
 }
 
+TEST_F(MemoryEngineTest, JoinsRangesOfOneSheetAndTakesNoLongerAddressThanTheHost) {
+  engine.AddWorkbook(L"Other.xlsx");
+  const ComPtr<IDispatch> application = engine.Application();
+  const Variant rows(engine.RangeObject(L"", "3:3,7:8").Get());
+  const Variant corner(engine.RangeObject(L"", "B10").Get());
+  const Answer joined = CallMethod(application, L"Union", {rows, corner});
+  EXPECT_EQ(Get(joined.value.Object(), L"Address").value.Text(), L"$3:$3,$7:$8,$B$10");
+  engine.AddWorkbook(L"Third.xlsx");
+  const Variant foreign(engine.RangeObject(L"", "A1").Get());
+  EXPECT_EQ(CallMethod(application, L"Union", {rows, foreign}).exception, kGeneralFailure);
+
+  std::wstring longest = L"A1";
+  while (longest.size() < 251)
+    longest += L",A1";
+  const ComPtr<IDispatch> sheet = engine.SheetObject();
+  EXPECT_EQ(Get(sheet, L"Range", {Variant(longest + L",A10")}).hr, S_OK) << longest.size();
+  EXPECT_EQ(Get(sheet, L"Range", {Variant(longest + L",A100")}).exception, kGeneralFailure);
+}
+
+TEST_F(MemoryEngineTest, KeepsAFillsPatternAndTellsAThemesColourFromAnother) {
+  const ComPtr<IDispatch> interior = Follow(Range("A1:B1"), {L"Interior"});
+  EXPECT_EQ(Put(interior, L"ThemeColor", Variant(5)).hr, S_OK);
+  EXPECT_EQ(Put(interior, L"TintAndShade", Variant(0.5)).hr, S_OK);
+  EXPECT_EQ(Get(interior, L"ThemeColor").value->lVal, 5);
+  EXPECT_EQ(Put(Follow(Range("B1"), {L"Interior"}), L"Color", Variant(255)).hr, S_OK);
+  EXPECT_EQ(Get(interior, L"ThemeColor").value.Type(), VT_NULL);
+  EXPECT_EQ(Get(Follow(Range("B1"), {L"Interior"}), L"ThemeColor").exception, kGeneralFailure);
+  EXPECT_EQ(Put(interior, L"Pattern", Variant(-4124)).hr, S_OK);
+  EXPECT_EQ(Put(interior, L"Color", Variant(255)).hr, S_OK);
+  EXPECT_EQ(Get(interior, L"Pattern").value->lVal, -4124);
+}
+
 TEST_F(MemoryEngineTest, AnswersTheTypedRangeWithPublishedNumbers) {
   engine.Set(L"", "A1", L"text");
   ComPtr<IDispatch> typed;

@@ -122,14 +122,18 @@ class _Call:
     def __init__(self, function):
         self.function = function
         parameters = list(inspect.signature(function).parameters.values())[1:]
+        self.takes_more = any(p.kind is p.VAR_POSITIONAL for p in parameters)
+        parameters = [p for p in parameters if p.kind is not p.VAR_POSITIONAL]
         self.names = [plain_name(p.name) for p in parameters]
         self.defaults = [p.default for p in parameters]
         self.required = sum(1 for p in parameters if p.default is inspect.Parameter.empty)
 
     def arrange(self, args, named):
         """The full positional list for positional and named arguments."""
-        if len(args) > len(self.names):
+        more = list(args[len(self.names):])
+        if more and not self.takes_more:
             raise HResultError(DISP_E_BADPARAMCOUNT)
+        args = args[:len(self.names)]
         values = list(args) + [MISSING] * (len(self.names) - len(args))
         for name, value in named.items():
             try:
@@ -142,7 +146,7 @@ class _Call:
                     raise HResultError(
                         DISP_E_PARAMNOTOPTIONAL if index < len(args) else DISP_E_BADPARAMCOUNT)
                 values[index] = self.defaults[index]
-        return values
+        return values + more
 
 
 class _Member:

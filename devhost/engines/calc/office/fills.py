@@ -9,6 +9,11 @@ NONE = -4142
 SOLID = 1
 AUTOMATIC = -4105
 WHITE = 16777215.0
+NO_COLOUR = -1
+
+
+def _differs(area):
+    return area.getPropertyState("CellBackColor").value == "AMBIGUOUS_VALUE"
 
 
 class Interior(ComObject):
@@ -20,15 +25,24 @@ class Interior(ComObject):
     def _common(self, translate):
         found = set()
         for area in self._owner.areas:
-            if area.getPropertyState("CellBackColor").value == "AMBIGUOUS_VALUE":
+            if _differs(area):
                 return NULL
             found.add(translate(area.CellBackColor))
         return found.pop() if len(found) == 1 else NULL
 
     def _fill(self, colour):
         guards.require_format_change(self._owner.sheet, self._owner.document)
-        for area in self._owner.areas:
-            area.CellBackColor = colour
+        cells = self._owner.first
+        if len(self._owner.areas) > 1:
+            # Each put has Calc fit rows and draw anew, so that one for all areas is far quicker.
+            cells = self._owner.document.createInstance("com.sun.star.sheet.SheetCellRanges")
+            cells.addRangeAddresses(tuple(area.RangeAddress for area in self._owner.areas), False)
+        if colour == NO_COLOUR:
+            # A cell that never had a fill says nothing of it. Only a style's fill has to be overruled.
+            cells.setPropertyToDefault("CellBackColor")
+            if not _differs(cells) and cells.CellBackColor == NO_COLOUR:
+                return
+        cells.CellBackColor = colour
 
     def get_color(self):
         return self._common(lambda colour: WHITE if colour < 0 else float(units.swap_colour(colour)))
@@ -42,14 +56,14 @@ class Interior(ComObject):
     def put_color_index(self, value):
         if as_integer(value) not in (NONE, AUTOMATIC, 0):
             raise ComError("Unable to set the ColorIndex property of the Interior class")
-        self._fill(-1)
+        self._fill(NO_COLOUR)
 
     def get_pattern(self):
         return self._common(lambda colour: NONE if colour < 0 else SOLID)
 
     def put_pattern(self, value):
         if as_integer(value) == NONE:
-            self._fill(-1)
+            self._fill(NO_COLOUR)
 
 
 EDGES = {7: "LeftLine", 8: "TopLine", 9: "BottomLine", 10: "RightLine", 11: "VerticalLine", 12: "HorizontalLine"}

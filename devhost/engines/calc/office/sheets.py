@@ -10,6 +10,7 @@ from office.com_object import (DISP_E_BADINDEX, DISP_E_TYPEMISMATCH, MISSING, Co
 WORKSHEET_TYPE = -4167
 VISIBLE, HIDDEN, VERY_HIDDEN = -1, 0, 2
 LONGEST_NAME = 31
+LONGEST_ADDRESS = 255
 BAD_NAME = re.compile(r"[\\/?*\[\]:]|^'|'$")
 
 
@@ -153,6 +154,8 @@ class Worksheet(ComObject):
             return list(reference.areas)
         if not isinstance(reference, str):
             raise HResultError(DISP_E_TYPEMISMATCH)
+        if len(reference) > LONGEST_ADDRESS:
+            raise ComError("Method 'Range' of object '_Worksheet' failed")
         parsed = [units.parse_area(part) for part in reference.split(",")]
         if not all(parsed):
             named = self._named_area(reference)
