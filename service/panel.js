@@ -18,7 +18,7 @@ export const PAGE_FILES = {
   chat: 'chat.html',
   agents: 'agents.html',
   support: 'support.html',
-  imagetranslate: 'later.html',
+  imagetranslate: 'imagetranslate.html',
   imagetotable: 'later.html',
   pdf2table: 'later.html',
 };

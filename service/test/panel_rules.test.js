@@ -182,7 +182,7 @@ test('choices that do not fit are left at their initial value', () => {
 
 test('every code of the add-in and of the service has words, and a remedy that exists', () => {
   const root = new URL('../../', import.meta.url);
-  const sources = ['src/translation/', 'service/', 'service/translate/'].flatMap((folder) =>
+  const sources = ['src/translation/', 'service/', 'service/pictures/', 'service/translate/'].flatMap((folder) =>
     readdirSync(new URL(folder, root))
       .filter((file) => /\.(cpp|js)$/.test(file))
       .map((file) => readFileSync(new URL(folder + file, root), 'utf8')),

@@ -1,9 +1,5 @@
 #include "engines/memory/workbook_json.h"
 
-#include <windows.h>
-// Wants the header above first.
-#include <wincrypt.h>
-
 #include <algorithm>
 #include <stdexcept>
 
@@ -171,19 +167,6 @@ std::shared_ptr<Sheet> ReadSheet(const json& from) {
   sheet->frozenRows = from.value("frozenRows", 0L);
   sheet->frozenColumns = from.value("frozenColumns", 0L);
   return sheet;
-}
-
-std::string Base64Of(const std::string& bytes) {
-  constexpr DWORD kForm = CRYPT_STRING_BASE64 | CRYPT_STRING_NOCRLF;
-  const auto* const data = reinterpret_cast<const BYTE*>(bytes.data());
-  const auto size = static_cast<DWORD>(bytes.size());
-  // Counts the closing zero, which the second call does not.
-  DWORD length = 0;
-  if (!CryptBinaryToStringA(data, size, kForm, nullptr, &length)) return {};
-  std::string text(length, '\0');
-  if (!CryptBinaryToStringA(data, size, kForm, text.data(), &length)) return {};
-  text.resize(length);
-  return text;
 }
 
 void WriteFont(json& to, const FontStyle& font, const FontStyle& base) {

@@ -149,6 +149,15 @@ TEST_F(SelectionInThePane, TakesAQuickTranslation) {
   EXPECT_EQ(Log().find("secret"), std::string::npos);
 }
 
+TEST_F(SelectionInThePane, OfCellsIsToldToTheImagePageAsNoPicture) {
+  Show(kImageTranslate);
+  const int before = PreviewsAtRest();
+  engine_.Select(L"Sheet1", "B2");
+  EXPECT_EQ(WaitForItem(PageItemKind::kScript, L"onImageSelectionPreview"),
+            "if(window.onImageSelectionPreview)onImageSelectionPreview({\"scope\":\"empty\"})");
+  EXPECT_EQ(PreviewsAtRest(), before);
+}
+
 /// Neither a worker nor the timer may keep the pane, or talk to it afterwards.
 TEST_F(SelectionInThePane, MayCloseBeforeItsAnswersCome) {
   const int before = PreviewsAtRest();

@@ -39,6 +39,11 @@ export const ERRORS = {
   not_found: row('network'),
   engine_failed: row('service'),
   unsupported_language_pair: row('languagePair', ''),
+  recognition_unavailable: { text: 'pictures.failRecognition', remedy: '' },
+  recognition_language_missing: { text: 'pictures.failLanguage', remedy: '' },
+  recognition_timeout: row('timeout'),
+  drawing_unavailable: { text: 'pictures.failDrawing', remedy: '' },
+  unreadable_picture: { text: 'pictures.failUnreadable', remedy: '' },
 };
 
 /**
