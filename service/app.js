@@ -12,6 +12,7 @@ import { FaultQueue, spoilTranslations } from './faults.js';
 import { logLine } from './log.js';
 import { registerPanel } from './panel.js';
 import { RequestRecorder } from './recorder.js';
+import { registerTables } from './tables.js';
 import { registerTerminology } from './terminology.js';
 import { parseJson, readTranslateRequest } from './validation.js';
 
@@ -46,6 +47,7 @@ export function buildApp({ engine, faults = false, devSignIn = true, languageMod
   registerAccounts(app, accounts, { devSignIn });
   registerTerminology(app, accounts);
   registerAgents(app, accounts, languageModel);
+  registerTables(app, accounts);
   registerPanel(app);
   registerAnalytics(app, { readable: faults });
   if (recorder) registerControl(app, { queue, recorder });
