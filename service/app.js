@@ -11,6 +11,7 @@ import { ServiceError } from './errors.js';
 import { FaultQueue, spoilTranslations } from './faults.js';
 import { logLine } from './log.js';
 import { registerPanel } from './panel.js';
+import { registerPdfTranslation } from './pdf_translation.js';
 import { RequestRecorder } from './recorder.js';
 import { registerTables } from './tables.js';
 import { registerTerminology } from './terminology.js';
@@ -48,6 +49,7 @@ export function buildApp({ engine, faults = false, devSignIn = true, languageMod
   registerTerminology(app, accounts);
   registerAgents(app, accounts, languageModel);
   registerTables(app, accounts);
+  registerPdfTranslation(app, accounts, engine);
   registerPanel(app);
   registerAnalytics(app, { readable: faults });
   if (recorder) registerControl(app, { queue, recorder });
