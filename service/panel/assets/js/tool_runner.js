@@ -69,7 +69,13 @@ export async function runCall(turn, call, { changed, allows, signal }) {
 
 const messageFields = (name, given) => (name === 'excelRemoveDuplicates' ? { ...given, confirm: true } : given);
 
-async function ask(action, fields = {}) {
+/**
+ * Asks the add-in for a tool.
+ * @param {string} action
+ * @param {object} [fields]
+ * @returns {Promise<any>} its result, `{error}` of one that failed too; rejected when none came
+ */
+export async function ask(action, fields = {}) {
   try {
     return await request(action, fields, { limitMs: TOOL_LIMIT_MS });
   } catch (error) {
@@ -128,7 +134,12 @@ export async function undoTurn(turns, { undo }) {
   for (const other of turns) if (other.undo?.depth >= undo.depth) other.undo.undone = true;
 }
 
-async function takeMarkersOff(target) {
+/**
+ * Takes back what was written since a marker, and all that was written later.
+ * @param {number} target depth of the markers with that one on top
+ * @returns {Promise<{undone: boolean, restored: number}>} restored: cells
+ */
+export async function takeMarkersOff(target) {
   let restored = 0;
   for (let before = Infinity; ; ) {
     const answer = (await ask('excelUndoMessage').catch(() => null)) ?? {};
