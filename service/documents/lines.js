@@ -1,6 +1,6 @@
 /**
  * Words by their places on a page, and what they make: lines, and pieces of lines. Lengths are in the page's own unit,
- * and everything is judged against the width of its letters.
+ * and everything is judged against the width of its letters and blanks.
  */
 
 /**
@@ -23,8 +23,12 @@
  * @property {number} right
  */
 
-/** In widths of a letter: a blank between words is narrower, the space between two columns mostly wider. */
-export const WIDE_GAP = 1.1;
+/** Of a blank, in widths of a letter: in most fonts, and at least. On typewriters it is as wide as every letter. */
+const USUAL_BLANK = 0.75;
+const MIN_BLANK = 0.2;
+const MAX_TYPEWRITER_SPREAD = 0.02;
+/** The part of all gaps that surely are blanks. */
+const SMALL_GAPS = 0.25;
 /** Two words are in one line when the lower one's middle is that far inside the line's height. */
 const SAME_LINE = 0.2;
 
@@ -38,8 +42,28 @@ export function median(values) {
   return sorted[Math.floor(sorted.length / 2)] ?? 0;
 }
 
-/** @param {PlacedWord[]} words @returns {number} the width of a usual letter */
-export const letterWidth = (words) => median(words.map(({ text, width }) => width / Math.max(1, text.length)));
+/** The width of a usual letter, and how much letters differ from it, as a part of it. */
+function lettersOf(words) {
+  const widths = words.map(({ text, width }) => width / Math.max(1, text.length));
+  const usual = median(widths);
+  return { usual, spread: median(widths.map((width) => Math.abs(width - usual))) / (usual || 1) };
+}
+
+/** @param {PlacedWord[]} words @returns {number} */
+export const letterWidth = (words) => lettersOf(words).usual;
+
+/**
+ * @param {{words: PlacedWord[]}[]} lines
+ * @returns {number} the width of a blank between words. Where most words stand alone in their cells there are few, and
+ *   it is what it is in most fonts.
+ */
+export function blankWidth(lines) {
+  const { usual, spread } = lettersOf(lines.flatMap(({ words }) => words));
+  const gaps = lines.flatMap(({ words }) => words.slice(1).map((word, i) => word.left - rightOf(words[i])));
+  const small = gaps.filter((gap) => gap > MIN_BLANK * usual).sort((a, b) => a - b)[Math.floor(gaps.length * SMALL_GAPS)];
+  const most = (spread < MAX_TYPEWRITER_SPREAD ? 1 : USUAL_BLANK) * usual;
+  return Math.min(small ?? most, most);
+}
 
 /**
  * @param {PlacedWord[]} words in any order

@@ -1,7 +1,11 @@
 /** The words of a picture that shows a table. */
 import { recognizeWords } from '../recognition.js';
+import { flattened } from './flatten.js';
 import { readGray, writeGray } from './gray.js';
 import { withoutRules } from './rules.js';
+
+/** Of 100. */
+const MIN_MARK_CONFIDENCE = 40;
 
 /**
  * @param {Buffer} picture
@@ -11,7 +15,10 @@ import { withoutRules } from './rules.js';
  */
 export async function wordsOfPicture(picture, options) {
   const gray = readGray(picture);
-  const clean = gray && withoutRules(gray);
+  const clean = gray && withoutRules(flattened(gray));
   const file = clean && clean !== gray ? writeGray(clean) : picture;
-  return (await recognizeWords(file, { ...options, layout: 'block' })).words;
+  return (await recognizeWords(file, { ...options, layout: 'block' })).words.filter(isWord);
 }
+
+/** Specks are taken for marks. */
+const isWord = ({ text, confidence }) => /[\p{L}\p{N}]/u.test(text) || confidence >= MIN_MARK_CONFIDENCE;

@@ -112,11 +112,11 @@ export function withoutRules(picture) {
   return movedApart(clean, placesOf(standing));
 }
 
-/** Gives a rule, and the soft pixels at its edges, the shade of what is in front of it. */
+/** Gives a rule, and the soft pixels at its edges and ends, the shade of what is in front of it. */
 function wipe({ width, height, data }, { x, thickness, top, bottom }, isLying) {
-  const [across, along, end] = isLying ? [width, 1, height] : [1, width, width];
+  const [across, along, end, length] = isLying ? [width, 1, height, width] : [1, width, width, height];
   const before = Math.max(0, x - 2);
-  for (let i = top; i < bottom; i++) {
+  for (let i = Math.max(0, top - MAX_THICKNESS); i < Math.min(length, bottom + MAX_THICKNESS); i++) {
     const shade = data[before * across + i * along];
     for (let j = before; j < Math.min(end, x + thickness + 1); j++) data[j * across + i * along] = shade;
   }

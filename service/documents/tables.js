@@ -1,7 +1,9 @@
 /** Finds the tables of a document's pages by the places of their words. */
-import { overlap, readCells } from './columns.js';
-import { WIDE_GAP, letterWidth, linesOf, median, piecesOf } from './lines.js';
+import { fitsColumns, overlap, readCells } from './columns.js';
+import { blankWidth, linesOf, median, piecesOf } from './lines.js';
 
+/** In widths of a blank: wider than one mostly is in lines that are stretched to one length. */
+const WIDE_GAP = 1.8;
 /** As many lines of running text in a row end a table. */
 const MAX_PLAIN_LINES = 2;
 /** So does a space of as many usual distances between lines. */
@@ -29,12 +31,21 @@ export function findTables(pages) {
 }
 
 function tablesOnPage(words) {
-  const gap = WIDE_GAP * letterWidth(words);
-  const lines = linesOf(words).map((line) => ({ ...line, isParted: piecesOf(line.words, gap).length > 1 }));
-  return partsOf(lines).map(readCells).filter(isTable);
+  const placed = linesOf(words);
+  const gap = WIDE_GAP * blankWidth(placed);
+  const lines = placed.map((line) => ({ ...line, isParted: piecesOf(line.words, gap).length > 1 }));
+  return partsOf(lines).map((part) => readCells(withHeading(part, lines))).filter(isTable);
 }
 
 const isTable = ({ rows, columns }) => rows.length >= MIN_ROWS && columns.length > 1;
+
+/** Words of a heading may stand so close that its line seems to be running text. */
+function withHeading(part, lines) {
+  const above = lines[lines.indexOf(part[0]) - 1];
+  if (!above || above.isParted) return part;
+  const isNear = part[0].top - above.top <= MAX_PITCHES * (part[1] ? part[1].top - part[0].top : 0);
+  return isNear && fitsColumns(above, readCells(part).columns) ? [above, ...part] : part;
+}
 
 /** Runs of lines of which most have gaps; running text around a table is none of it. */
 function partsOf(lines) {
