@@ -67,7 +67,8 @@ function goesOn(line, next, right) {
 }
 
 function paragraphOf(lines, usual) {
-  const text = lines.map(({ words }) => textOf(words)).reduce(joined);
+  // A soft hyphen inside a line parts nothing.
+  const text = lines.map(({ words }) => textOf(words)).reduce(joined).replaceAll('\u00ad', '');
   const isLarge = lines.every(({ height }) => height >= HEADING_SIZE * usual);
   return { isHeading: isLarge && text.length <= MAX_HEADING_LENGTH, text };
 }

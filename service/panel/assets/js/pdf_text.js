@@ -47,11 +47,15 @@ const STYLE = [
  */
 export function asFile(article, { title, language }) {
   const file = document.implementation.createHTMLDocument(title);
+  const add = (tag, properties) => file.head.append(Object.assign(file.createElement(tag), properties));
   file.documentElement.lang = language;
-  file.head.append(Object.assign(file.createElement('meta'), { name: 'viewport', content: 'width=device-width' }));
-  file.head.append(Object.assign(file.createElement('style'), { textContent: STYLE }));
-  const heading = Object.assign(file.createElement('h1'), { textContent: title });
-  file.body.append(heading, file.importNode(article, true));
-  const html = `<!doctype html>\n<meta charset="utf-8">\n${file.documentElement.outerHTML}\n`;
-  return new Blob([html], { type: 'text/html' });
+  add('meta', { name: 'viewport', content: 'width=device-width' });
+  add('style', { textContent: STYLE });
+  const text = file.importNode(article, true);
+  text.removeAttribute('id');
+  file.body.append(Object.assign(file.createElement('h1'), { textContent: title }), text);
+  const meta = file.createElement('meta');
+  meta.setAttribute('charset', 'utf-8');
+  file.head.prepend(meta);
+  return new Blob([`<!doctype html>\n${file.documentElement.outerHTML}\n`], { type: 'text/html' });
 }
