@@ -18,8 +18,8 @@ packages=(
   fonts-wqy-microhei
   # machine translation
   apertium apertium-eng-spa
-  # words in pictures, and their languages; the text that is drawn in their place is drawn by librsvg2-bin
-  tesseract-ocr tesseract-ocr-eng tesseract-ocr-spa
+  # words in pictures, and the text that is drawn in their place
+  tesseract-ocr tesseract-ocr-eng tesseract-ocr-spa python3-gi python3-gi-cairo gir1.2-pango-1.0
   # certificates of the local service
   openssl
   # tests

@@ -12,6 +12,7 @@ import { FaultQueue, spoilTranslations } from './faults.js';
 import { logLine } from './log.js';
 import { registerPanel } from './panel.js';
 import { registerPdfTranslation } from './pdf_translation.js';
+import { registerPictures } from './pictures.js';
 import { RequestRecorder } from './recorder.js';
 import { registerTables } from './tables.js';
 import { registerTerminology } from './terminology.js';
@@ -50,6 +51,7 @@ export function buildApp({ engine, faults = false, devSignIn = true, languageMod
   registerAgents(app, accounts, languageModel);
   registerTables(app, accounts);
   registerPdfTranslation(app, accounts, engine);
+  registerPictures(app, { engine, accounts });
   registerPanel(app);
   registerAnalytics(app, { readable: faults });
   if (recorder) registerControl(app, { queue, recorder });

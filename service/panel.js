@@ -7,7 +7,7 @@ const ASSETS_FOLDER = fileURLToPath(new URL('panel/assets/', import.meta.url));
 
 export const PANEL_PATH = '/panel/excel';
 
-/** The file behind each page of the panel; those that are still to come share one that says so. */
+/** The file behind each page of the panel. */
 export const PAGE_FILES = {
   account: 'account.html',
   login: 'login.html',
@@ -18,7 +18,7 @@ export const PAGE_FILES = {
   chat: 'chat.html',
   agents: 'agents.html',
   support: 'support.html',
-  imagetranslate: 'later.html',
+  imagetranslate: 'imagetranslate.html',
   imagetotable: 'totable.html',
   pdf2table: 'totable.html',
 };

@@ -1,5 +1,7 @@
 #include <stdexcept>
 
+#include "foundation/text.h"
+#include "host/clipboard_text.h"
 #include "host/command.h"
 #include "host/picture.h"
 #include "host/screen_capture.h"
@@ -17,6 +19,16 @@ Json Screenshot(CommandContext& context, const Json& members) {
   return OkAnswer();
 }
 
+/// The text on the clipboard, after it was put there if one is given.
+Json Clipboard(CommandContext&, const Json& members) {
+  if (members.contains("text") && !PutClipboardText(TextMember(members, "text")))
+    throw std::runtime_error("the clipboard cannot be had");
+  Json answer = OkAnswer();
+  const auto text = ClipboardText();
+  answer["text"] = text ? Json(ToUtf8(*text)) : Json(nullptr);
+  return answer;
+}
+
 }  // namespace
 
 void AddDiagnosisCommands(CommandHandlers& handlers) {
@@ -31,6 +43,7 @@ void AddDiagnosisCommands(CommandHandlers& handlers) {
     return answer;
   };
   handlers["screenshot"] = Screenshot;
+  handlers["clipboard"] = Clipboard;
   handlers["sync"] = [](CommandContext& context, const Json&) {
     auto& documents = context.host.Documents();
     if (!documents.Refresh()) throw std::runtime_error("the spreadsheet does not show its sheets now");

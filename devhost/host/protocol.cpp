@@ -83,6 +83,7 @@ const std::vector<CommandRule>& CommandTable() {
       {"calls", kAlsoInBoxes, {}},
       {"screenshot", kAlsoInBoxes, {{"path", kText, true}}},
       {"sync", kHost, {}},
+      {"clipboard", kAlsoInBoxes, {{"text", kText}}},
       {"quit", kHost, {}},
   };
   return kTable;

@@ -41,6 +41,8 @@ const readBack = ({ row, col }, values) => ({
 /** Opens a page on the table, with the selection taken. */
 async function openOnTable(name = 'pdf2table', options = {}) {
   const view = await panel.open(name, options);
+  // Recognition takes its time on a busy machine.
+  view.page.setDefaultTimeout(60000);
   await view.posted();
   if (name === 'pdf2table') await view.choose('stock.pdf', 'application/pdf', paper.pdf);
   else await view.choose('stock.png', 'image/png', paper.png);

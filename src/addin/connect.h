@@ -7,9 +7,9 @@
 #include "addin/ribbon_callbacks.h"
 #include "addin/task_panes.h"
 #include "foundation/com_object.h"
+#include "foundation/ui_timer.h"
 #include "foundation/variant.h"
 #include "panel/type_library.h"
-#include "translation/ui_timer.h"
 
 /// Dispatch interface of the ribbon callbacks, as the type library describes it.
 struct IRibbonCallback : public IDispatch {};

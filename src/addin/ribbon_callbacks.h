@@ -9,8 +9,8 @@
 #include "addin/ribbon_commands.h"
 #include "addin/ribbon_control.h"
 #include "addin/ribbon_picture.h"
+#include "foundation/ui_timer.h"
 #include "foundation/variant.h"
-#include "translation/ui_timer.h"
 
 namespace qv {
 

@@ -136,8 +136,16 @@ void PaneActions::ApplyAll(const PanelMessage&) {
   run_.Display().ApplyAll();
 }
 
+void PaneActions::RequestImageSelectionPreview(const PanelMessage&) {
+  if (navigator_.CurrentPage() == kImageTranslatePage) images_.PushSelectionPreview();
+}
+
 void PaneActions::RequestSelectionPreview(const PanelMessage&) {
   if (navigator_.CurrentPage() != kImageTranslatePage) selectionPreview_.Push();
+}
+
+void PaneActions::ImageTranslation(const PanelMessage& message) {
+  images_.HandleImageTranslateMessage(message.action, message.text);
 }
 
 void PaneActions::WorkbookTool(const PanelMessage& message) {

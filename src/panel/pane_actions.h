@@ -13,6 +13,7 @@
 #include "panel/panel_bridge.h"
 #include "panel/panel_navigator.h"
 #include "panel/workspace_window.h"
+#include "tools/image_translation.h"
 #include "tools/workbook_tools.h"
 #include "translation/quick_translate_worker.h"
 #include "translation/run_controller.h"
@@ -29,7 +30,8 @@ class PaneActions final : public PanelActions {
   PaneActions(std::shared_ptr<PaneContext> context, PanelBridge& bridge, WorkspaceWindow& workspace,
               ImagePreviewWindow& preview, const PanelNavigator& navigator, AccessTokens& tokens,
               const TargetContext& target, RunController& run, QuickTranslator& quickTranslator,
-              SelectionPreviewReader& selectionPreview, WorkbookTools& tools, AgentServices& agents)
+              SelectionPreviewReader& selectionPreview, WorkbookTools& tools, qv::ImageTranslation& images,
+              AgentServices& agents)
       : context_(std::move(context)),
         bridge_(bridge),
         workspace_(workspace),
@@ -41,6 +43,7 @@ class PaneActions final : public PanelActions {
         quickTranslator_(quickTranslator),
         selectionPreview_(selectionPreview),
         tools_(tools),
+        images_(images),
         agents_(agents) {}
 
   void OpenWorkspace(const PanelMessage& message) override;
@@ -69,7 +72,9 @@ class PaneActions final : public PanelActions {
   void SetTargetStyle(const PanelMessage& message) override;
   void RestoreAll(const PanelMessage& message) override;
   void ApplyAll(const PanelMessage& message) override;
+  void RequestImageSelectionPreview(const PanelMessage& message) override;
   void RequestSelectionPreview(const PanelMessage& message) override;
+  void ImageTranslation(const PanelMessage& message) override;
   void WorkbookTool(const PanelMessage& message) override;
   void AgentService(const PanelMessage& message) override;
   void QuickTranslate(const PanelMessage& message) override;
@@ -90,6 +95,7 @@ class PaneActions final : public PanelActions {
   QuickTranslator& quickTranslator_;
   SelectionPreviewReader& selectionPreview_;
   WorkbookTools& tools_;
+  qv::ImageTranslation& images_;
   AgentServices& agents_;
 };
 

@@ -30,9 +30,10 @@ CWebView2Pane::CWebView2Pane()
       quickTranslator_(context_, bridge_),
       selectionPreview_(target_, session_, *context_, bridge_),
       tools_(context_, target_, bridge_),
+      images_(context_, target_, bridge_, tools_.Dispatcher()->Turns()),
       agents_(context_, bridge_, tools_.Dispatcher()),
       actions_(context_, bridge_, workspace_, preview_, navigator_, tokens_, target_, run_, quickTranslator_,
-               selectionPreview_, tools_, agents_),
+               selectionPreview_, tools_, images_, agents_),
       window_(*this) {
   PaneRegistry::Add(*this);
   tokens_.OnStore([this](const std::wstring& token) { agents_.SetAccessToken(token); });
@@ -222,6 +223,7 @@ void CWebView2Pane::BeginShutdownEarly() {
   hostEvents_.Unsubscribe();
   // First whoever waits for a tool, then who waits for the waiting ones.
   tools_.Close();
+  images_.Close();
   agents_.Close();
   target_.ReleaseReferences();
 }

@@ -18,6 +18,7 @@
 #include "panel/panel_navigator.h"
 #include "panel/web_view.h"
 #include "panel/workspace_window.h"
+#include "tools/image_translation.h"
 #include "tools/workbook_tools.h"
 #include "translation/quick_translate_worker.h"
 #include "translation/run_controller.h"
@@ -122,6 +123,7 @@ class CWebView2Pane final : public OleControl,
   QuickTranslator quickTranslator_;
   SelectionPreviewReader selectionPreview_;
   WorkbookTools tools_;
+  ImageTranslation images_;
   AgentServices agents_;
   PaneActions actions_;
   AppEvents hostEvents_;

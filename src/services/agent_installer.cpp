@@ -4,6 +4,7 @@
 
 #include <shlobj.h>
 
+#include "foundation/temporary_file.h"
 #include "foundation/text.h"
 #include "services/agent_places.h"
 #include "services/folder_removal.h"
@@ -43,7 +44,7 @@ bool Unpack(const std::wstring& package, const std::wstring& directory) {
 
 /// The text of what went wrong, or empty. The package is gone afterwards.
 std::wstring PutInPlace(const std::wstring& location, const std::wstring& directory) {
-  const TemporaryPackage package;
+  const TemporaryFile package(L"qvopencode", L".zip");
   if (package.Path().empty()) return kNoTemporary;
   if (!FetchPackage(location, package.Path())) return kFetchFailed;
   InstallerLog(Concat(L"downloaded zip to ", package.Path()));

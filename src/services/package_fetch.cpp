@@ -87,21 +87,6 @@ void InstallerLog(std::wstring_view text) {
   PaneLog(Concat(L"[AgentInstaller] ", text, L"\r\n"));
 }
 
-TemporaryPackage::TemporaryPackage() {
-  std::array<wchar_t, MAX_PATH> folder{};
-  std::array<wchar_t, MAX_PATH> name{};
-  const DWORD length = GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
-  if (length == 0 || length >= folder.size()) return;
-  if (GetTempFileNameW(folder.data(), L"qvopencode", 0, name.data()) == 0) return;
-  placeholder_ = name.data();
-  path_ = placeholder_.substr(0, placeholder_.rfind(L'.')) + L".zip";
-}
-
-void TemporaryPackage::Delete() {
-  for (const std::wstring* const path : {&path_, &placeholder_})
-    if (!path->empty()) DeleteFileW(path->c_str());
-}
-
 bool FetchPackage(const std::wstring& location, const std::wstring& packagePath) {
   const bool fetched =
       IsFileUrl(location) ? CopyLocalFile(location, packagePath) : Download(location, packagePath);

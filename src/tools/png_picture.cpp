@@ -6,32 +6,36 @@
 #include <memory>
 #include <optional>
 
-#include "foundation/gdi_plus_session.h"
 #include "foundation/variant.h"
 
 namespace qv {
 namespace {
 
+const PngPicture kNoStartup{{}, L"GdiplusStartup failed", L"gdiplus_startup"};
+const PngPicture kNoEncoders{{}, L"no GDI+ encoders", L"png_encoder_missing"};
+const PngPicture kNoPngEncoder{{}, L"PNG encoder not found", L"png_encoder_missing"};
+const PngPicture kNoStream{{}, L"CreateStreamOnHGlobal failed", L"stream_create"};
+const PngPicture kNotSaved{{}, L"Bitmap.Save failed", L"bitmap_save"};
+
+/// The class of the PNG encoder, or the failure.
 struct Encoder {
   CLSID id{};
-  std::wstring_view error;
+  const PngPicture* failure = nullptr;
 };
 
 Encoder FindPngEncoder() {
   UINT count = 0;
   UINT size = 0;
   const bool counted = Gdiplus::GetImageEncodersSize(&count, &size) == Gdiplus::Ok;
-  if (!counted || size < count * sizeof(Gdiplus::ImageCodecInfo) || count == 0) {
-    return {{}, L"no GDI+ encoders"};
-  }
+  if (!counted || size < count * sizeof(Gdiplus::ImageCodecInfo) || count == 0) return {{}, &kNoEncoders};
   // The records are followed by the texts that they point to.
   const auto memory = std::make_unique<std::byte[]>(size);
   auto* const encoders = reinterpret_cast<Gdiplus::ImageCodecInfo*>(memory.get());
-  if (Gdiplus::GetImageEncoders(count, size, encoders) != Gdiplus::Ok) return {{}, L"no GDI+ encoders"};
+  if (Gdiplus::GetImageEncoders(count, size, encoders) != Gdiplus::Ok) return {{}, &kNoEncoders};
   for (const Gdiplus::ImageCodecInfo& encoder : std::span(encoders, count)) {
-    if (std::wcscmp(encoder.MimeType, L"image/png") == 0) return {encoder.Clsid, {}};
+    if (std::wcscmp(encoder.MimeType, L"image/png") == 0) return {encoder.Clsid, nullptr};
   }
-  return {{}, L"PNG encoder not found"};
+  return {{}, &kNoPngEncoder};
 }
 
 std::vector<std::byte> BytesOf(IStream* stream) {
@@ -50,18 +54,19 @@ std::vector<std::byte> BytesOf(IStream* stream) {
 
 PngPicture EncodePng(HBITMAP bitmap) {
   const GdiplusSession session;
-  if (!session.Started()) return {{}, L"GdiplusStartup failed"};
-  const Encoder encoder = FindPngEncoder();
-  if (!encoder.error.empty()) return {{}, encoder.error};
-  ComPtr<IStream> stream;
-  if (FAILED(CreateStreamOnHGlobal(nullptr, TRUE, stream.GetAddressOf()))) {
-    return {{}, L"CreateStreamOnHGlobal failed"};
-  }
+  if (!session.Started()) return kNoStartup;
   Gdiplus::Bitmap image(bitmap, nullptr);
+  return EncodePng(image);
+}
+
+PngPicture EncodePng(Gdiplus::Image& image) {
+  const Encoder encoder = FindPngEncoder();
+  if (encoder.failure != nullptr) return *encoder.failure;
+  ComPtr<IStream> stream;
+  if (FAILED(CreateStreamOnHGlobal(nullptr, TRUE, stream.GetAddressOf()))) return kNoStream;
   PngPicture png;
   if (image.Save(stream.Get(), &encoder.id, nullptr) == Gdiplus::Ok) png.bytes = BytesOf(stream.Get());
-  if (png.bytes.empty()) png.error = L"Bitmap.Save failed";
-  return png;
+  return png.bytes.empty() ? kNotSaved : png;
 }
 
 std::wstring Base64Of(std::span<const std::byte> bytes) {

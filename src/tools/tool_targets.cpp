@@ -8,6 +8,7 @@
 #include "workbook/automation.h"
 #include "workbook/cell_access.h"
 #include "workbook/cell_block.h"
+#include "workbook/workbook_busy_table.h"
 
 namespace qv {
 
@@ -22,6 +23,11 @@ std::optional<std::wstring> SheetNameOf(const ToolArguments& arguments) {
 }
 
 }  // namespace
+
+void RefreshTarget(TargetContext& target) {
+  if (!target.IsPinnedOnPurpose() || WorkbookBusyTable::IsClaimed(target.WorkbookKey())) return;
+  static_cast<void>(target.RefreshPin());
+}
 
 ToolSheet FindToolSheet(const ToolContext& context, const ToolArguments& arguments,
                         std::wstring_view missing) {

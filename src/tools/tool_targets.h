@@ -15,6 +15,10 @@ namespace qv {
 
 // From arguments to the host's objects. Host UI thread.
 
+/// Ahead of each tool: the workbook of a window that the pane is bound to may have changed since the last
+/// one. A run keeps the workbook that it began with.
+void RefreshTarget(TargetContext& target);
+
 /// A worksheet, or the result text that says why there is none.
 struct ToolSheet {
   ComPtr<IDispatch> sheet;

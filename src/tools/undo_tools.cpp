@@ -73,14 +73,14 @@ class Restorer {
 
 }  // namespace
 
-UndoBook BookOfSheet(const ToolContext& context, IDispatch* sheet, HostAnswer& answer) {
+UndoBook BookOfSheet(const TargetContext& target, IDispatch* sheet, HostAnswer& answer) {
   const ComPtr<IDispatch> book = GetDispProperty(sheet, L"Parent", &answer);
   UndoBook found;
   if (book != nullptr) found.name = BookName(book.Get(), answer);
-  IDispatch* const pinned = context.target.Pinned().workbook.Get();
+  IDispatch* const pinned = target.Pinned().workbook.Get();
   if (answer.IsBusy() || found.name.empty() || pinned == nullptr) return found;
   // Objects that are fetched again may differ; no two open workbooks have one full name.
-  if (BookName(pinned, answer) == found.name) found.pinSerial = context.target.PinSerial();
+  if (BookName(pinned, answer) == found.name) found.pinSerial = target.PinSerial();
   return found;
 }
 

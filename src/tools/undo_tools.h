@@ -9,9 +9,12 @@
 
 namespace qv {
 
-/// The workbook of a sheet of the context's target. `answer` receives a busy answer of any of the calls; the
+/// The workbook of a sheet of the target. `answer` receives a busy answer of any of the calls; the
 /// workbook is not known then.
-[[nodiscard]] UndoBook BookOfSheet(const ToolContext& context, IDispatch* sheet, HostAnswer& answer);
+[[nodiscard]] UndoBook BookOfSheet(const TargetContext& target, IDispatch* sheet, HostAnswer& answer);
+[[nodiscard]] inline UndoBook BookOfSheet(const ToolContext& context, IDispatch* sheet, HostAnswer& answer) {
+  return BookOfSheet(context.target, sheet, answer);
+}
 
 /// "excelPushUndoMarker": what tools write from here on belongs to one chat message.
 [[nodiscard]] std::wstring PushUndoMarker(const ToolContext& context, const std::wstring& json);

@@ -8,7 +8,7 @@
 #include "foundation/text.h"
 #include "tools/tool_result.h"
 #include "tools/tool_table.h"
-#include "workbook/workbook_busy_table.h"
+#include "tools/tool_targets.h"
 
 namespace qv {
 
@@ -21,14 +21,8 @@ WorkbookTools::WorkbookTools(std::shared_ptr<PaneContext> pane, TargetContext& t
             return RunWorkbookTool(action, json);
           })) {}
 
-void WorkbookTools::RefreshTarget() {
-  // A run keeps the workbook that it began with.
-  if (!target_.IsPinnedOnPurpose() || WorkbookBusyTable::IsClaimed(target_.WorkbookKey())) return;
-  static_cast<void>(target_.RefreshPin());
-}
-
 std::wstring WorkbookTools::RunWorkbookTool(std::wstring_view action, const std::wstring& json) {
-  if (target_.Application() != nullptr) RefreshTarget();
+  if (target_.Application() != nullptr) RefreshTarget(target_);
   return qv::RunWorkbookTool({target_, *pane_, undo_}, action, json);
 }
 

@@ -37,7 +37,6 @@ class WorkbookTools {
   [[nodiscard]] const std::shared_ptr<ToolDispatcher>& Dispatcher() const { return dispatcher_; }
 
  private:
-  void RefreshTarget();
   void RunAndReply(const std::wstring& action, const std::wstring& message);
   void Reply(const std::wstring& message, const std::wstring& result);
 

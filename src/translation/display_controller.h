@@ -9,10 +9,10 @@
 
 #include "foundation/pane_context.h"
 #include "foundation/panel_output.h"
+#include "foundation/ui_slices.h"
 #include "translation/display_request.h"
 #include "translation/start_request.h"
 #include "translation/translation_session.h"
-#include "translation/ui_slices.h"
 #include "translation/unit_pass.h"
 #include "workbook/target_context.h"
 

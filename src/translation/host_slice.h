@@ -3,8 +3,8 @@
 #include <oaidl.h>
 
 #include "foundation/flag_scope.h"
+#include "foundation/ui_slices.h"
 #include "translation/translation_session.h"
-#include "translation/ui_slices.h"
 #include "workbook/host_state.h"
 
 namespace qv {

@@ -10,6 +10,8 @@
 #include "foundation/access_tokens.h"
 #include "foundation/pane_context.h"
 #include "foundation/panel_output.h"
+#include "foundation/ui_slices.h"
+#include "foundation/ui_timer.h"
 #include "translation/display_controller.h"
 #include "translation/pending_requests.h"
 #include "translation/run_flags.h"
@@ -19,8 +21,6 @@
 #include "translation/start_request.h"
 #include "translation/terminology_bridge.h"
 #include "translation/translation_session.h"
-#include "translation/ui_slices.h"
-#include "translation/ui_timer.h"
 #include "workbook/collector.h"
 #include "workbook/target_context.h"
 

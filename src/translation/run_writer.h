@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "foundation/pane_context.h"
+#include "foundation/ui_slices.h"
 #include "translation/run_translation.h"
-#include "translation/ui_slices.h"
 #include "translation/write_back.h"
 #include "workbook/target_context.h"
 

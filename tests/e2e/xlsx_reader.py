@@ -67,7 +67,7 @@ def load_book(path):
     book = {}
     with zipfile.ZipFile(path) as package:
         shared = _shared_strings(package)
-        parts = _sheet_parts(package)
+        parts = sheet_parts(package)
         for worksheet in formulas.worksheets:
             sheet = book[worksheet.title] = Sheet(worksheet.title)
             sheet.hidden = worksheet.sheet_state != "visible"
@@ -154,7 +154,7 @@ def _rich_texts(package, part, shared):
     return found
 
 
-def _relations(package, part):
+def relations(package, part):
     """{id: (type, path of the part that is meant)}."""
     folder, name = posixpath.split(part)
     path = f"{folder}/_rels/{name}.rels"
@@ -165,17 +165,17 @@ def _relations(package, part):
             for relation in ElementTree.fromstring(package.read(path)).iter(RELATION)}
 
 
-def _sheet_parts(package):
-    relations = _relations(package, "xl/workbook.xml")
+def sheet_parts(package):
+    parts = relations(package, "xl/workbook.xml")
     root = ElementTree.fromstring(package.read("xl/workbook.xml"))
-    return {sheet.get("name"): relations[sheet.get(RELATION_ID)][1] for sheet in root.iter(MAIN + "sheet")}
+    return {sheet.get("name"): parts[sheet.get(RELATION_ID)][1] for sheet in root.iter(MAIN + "sheet")}
 
 
 def _chart_titles(package, part):
     titles = []
-    for kind, drawing in _relations(package, part).values():
+    for kind, drawing in relations(package, part).values():
         if kind.endswith("/drawing"):
-            for kind_of_part, chart in _relations(package, drawing).values():
+            for kind_of_part, chart in relations(package, drawing).values():
                 if kind_of_part.endswith("/chart"):
                     title = ElementTree.fromstring(package.read(chart)).find(f"{CHART}chart/{CHART}title")
                     if title is not None:

@@ -1,5 +1,6 @@
 #include "engines/calc/remote_object.h"
 
+#include "engines/calc/call_arguments.h"
 #include "engines/calc/remote_picture.h"
 #include "engines/calc/wire_values.h"
 #include "engines/common/com_guard.h"
@@ -129,6 +130,7 @@ json RemoteObject::Request(const std::string& name, WORD flags, const DISPPARAMS
       named[session_->Names().NameOf(params.rgdispidNamedArgs[i])] = std::move(value);
     }
   }
+  FitForOffice(type_, name, args, named);
   return {{"op", "invoke"}, {"object", handle_},       {"kind", KindOf(flags)},
           {"member", name}, {"args", std::move(args)}, {"named", std::move(named)}};
 }

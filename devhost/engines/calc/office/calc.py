@@ -109,6 +109,8 @@ class DocumentState:
         self.formatter = None
         self.very_hidden = set()
         self.protection_allows = {}
+        # Whether the sides of a shape of this name change together, where that was set.
+        self.aspect_ratios = {}
 
     @classmethod
     def of(cls, document):

@@ -1,16 +1,16 @@
 """ChartObjects, ChartObject, Chart and its titles."""
 
 import uno
-from com.sun.star.awt import Rectangle
+from com.sun.star.awt import Point, Rectangle
 
-from office import chart_kinds, guards, ranges, shapes, sheets, units
-from office.com_object import (MISSING, ComError, ComObject, HResultError, DISP_E_BADINDEX, DISP_E_TYPEMISMATCH,
-                               as_boolean, as_integer, as_number, as_text)
+from office import chart_kinds, drawing_kinds, graphics, guards, ranges, shape as shape_model, sheets, units
+from office.com_object import (MISSING, ComError, ComObject, HResultError, ImageFile, DISP_E_BADINDEX,
+                               DISP_E_TYPEMISMATCH, as_boolean, as_integer, as_number, as_text)
 
-CHART_DOCUMENT = "com.sun.star.chart.ChartDocument"
 PLOT_BY_ROWS = 1
 # com.sun.star.sheet.FormulaResult.STRING
 TEXT_RESULT = 2
+EXPORT_TYPES = {"PNG": "image/png", "JPG": "image/jpeg", "JPEG": "image/jpeg", "GIF": "image/gif", "BMP": "image/bmp"}
 NO_TITLE = "This object has no title."
 
 
@@ -28,7 +28,7 @@ def add(document, sheet, kind, left, top, width, height):
     sheet.Charts.addNewByName("Chart %d" % number, place, (first_cell,), False, False)
     shape = next(shape for shape in chart_shapes(sheet) if shape.PersistName == "Chart %d" % number)
     shape.Name = "Chart %d" % number
-    chart_kinds.set_kind(shapes.chart_of(shape), kind)
+    chart_kinds.set_kind(drawing_kinds.chart_of(shape), kind)
     return shape
 
 
@@ -49,9 +49,7 @@ def _is_label(area, column, row):
 
 def chart_shapes(sheet):
     """The shapes of a sheet that hold charts, from the bottom to the top."""
-    page = sheet.DrawPage
-    found = (page.getByIndex(index) for index in range(page.Count))
-    return [shape for shape in found if shapes.chart_of(shape) is not None]
+    return [shape for shape in drawing_kinds.members(sheet.DrawPage) if drawing_kinds.chart_of(shape) is not None]
 
 
 class ChartObjects(ComObject):
@@ -108,12 +106,24 @@ class ChartObject(ComObject):
         return sheets.Worksheet(self.document, self._sheet)
 
     def get_chart(self):
-        return Chart(self._sheet, shapes.chart_of(self._shape), self, self._shape.PersistName)
+        return Chart(self._sheet, drawing_kinds.chart_of(self._shape), self, self._shape.PersistName)
 
     def call_delete(self):
         guards.require_unprotected(self._sheet)
         self._sheet.DrawPage.remove(self._shape)
         return True
+
+    def call_activate(self):
+        return True
+
+    def call_copy_picture(self, appearance=shape_model.SCREEN, format_=shape_model.PICTURE):
+        return graphics.draw(self._shape, shape_model.require_copy(appearance, format_, "ChartObject"))
+
+    def call_copy(self):
+        return graphics.draw(self._shape, True)
+
+    def export(self, path, media_type):
+        graphics.save(self._shape, path, media_type)
 
     def get_left(self):
         return units.points(self._shape.Position.X)
@@ -164,6 +174,27 @@ class Chart(ComObject):
         table.Ranges = (area.RangeAddress,)
         self._chart.Diagram.DataRowSource = uno.Enum("com.sun.star.chart.ChartDataRowSource",
                                                      "ROWS" if by_rows else "COLUMNS")
+
+    def call_paste(self, type_=MISSING, clipboard=MISSING):
+        """Puts a picture into the top left corner, in its own size. `clipboard` comes from the client, not from its caller."""
+        guards.require_unprotected(self._sheet)
+        if not isinstance(clipboard, ImageFile):
+            raise ComError("Paste method of Chart class failed")
+        graphic = graphics.load_bytes(clipboard.content)
+        pasted = self._chart.createInstance("com.sun.star.drawing.GraphicObjectShape")
+        self._chart.DrawPage.add(pasted)
+        pasted.Graphic = graphic
+        pasted.Size, pasted.Position = graphics.natural_size(graphic), Point(0, 0)
+
+    def call_export(self, filename, filter_name="PNG", interactive=False):
+        media_type = EXPORT_TYPES.get(as_text(filter_name).upper())
+        if media_type is None:
+            raise ComError("Export method of Chart class failed")
+        self._owner.export(as_text(filename), media_type)
+        return True
+
+    def call_copy_picture(self, appearance=shape_model.SCREEN, format_=shape_model.PICTURE, size=MISSING):
+        return self._owner.call_copy_picture(appearance, format_)
 
     def get_has_title(self):
         return bool(self._chart.HasMainTitle)

@@ -55,11 +55,22 @@ class Long64:
 
 
 class Picture:
-    """A picture as the bytes of a PNG file, for the client to put on its clipboard; `as_bitmap` or as a metafile."""
+    """A picture as the bytes of a PNG file, for the client to put on its clipboard; `as_bitmap` or as a metafile.
 
-    def __init__(self, png, as_bitmap):
+    `size` is how much of it is meant, in pixels from the top left corner; all of it when left out.
+    """
+
+    def __init__(self, png, as_bitmap, size=None):
         self.png = png
         self.as_bitmap = as_bitmap
+        self.size = size
+
+
+class ImageFile:
+    """The bytes of an image file that the client read from its clipboard."""
+
+    def __init__(self, content):
+        self.content = content
 
 
 class List(list):

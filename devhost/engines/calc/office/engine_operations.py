@@ -2,7 +2,7 @@
 
 from office import (calc, cell_values, fonts, formulas, picture, ranges, sheets, units, window_list,
                     window_operations, windows, workbooks)
-from office.com_object import ComError, ErrorValue
+from office.com_object import ComError, ErrorValue, HResultError
 from office.fonts import SEMI_BOLD
 
 
@@ -80,10 +80,23 @@ def _runs(one):
 
 
 def select(sheet, address):
-    """Activates the sheet and selects; the events tell what really changed."""
+    """Activates the sheet and selects; the events tell what really changed. What is no address names a shape."""
+    worksheet = _worksheet(sheet)
+    if not all(units.parse_area(part) for part in address.split(",")):
+        _select_shape(worksheet, address)
+        return
     target = _range(sheet, address)
-    target.get_worksheet().call_activate()
+    worksheet.call_activate()
     ranges.select(target.document, target.areas)
+
+
+def _select_shape(worksheet, name):
+    try:
+        found = worksheet.get_shapes().call_item(name)
+    except HResultError:
+        raise ComError("%r is neither a cell address nor a shape" % name) from None
+    worksheet.call_activate()
+    found.call_select()
 
 
 def type_text(sheet, address, text):

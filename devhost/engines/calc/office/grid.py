@@ -1,6 +1,6 @@
 """What a document window shows of its active sheet, gathered in one go for the development host to paint."""
 
-from office import cell_values, fonts, picture, shapes, units, window_list
+from office import cell_values, drawing_kinds, fonts, picture, units, window_list
 from office.cell_values import ERROR_RESULT, VALUE_RESULT
 from office.fonts import SEMI_BOLD
 from office.windows import AREAS, CELLS, Window
@@ -60,7 +60,7 @@ def _shapes(sheet, origin):
     page = sheet.DrawPage
     found = []
     for shape in (page.getByIndex(index) for index in range(page.Count)):
-        chart = shapes.chart_of(shape)
+        chart = drawing_kinds.chart_of(shape)
         has_title = chart is not None and chart.HasMainTitle
         found.append({
             "left": units.points(shape.Position.X - origin.X),

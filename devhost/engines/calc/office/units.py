@@ -11,6 +11,11 @@ def points(hundredths):
     return round(hundredths * 1440 / 2540) / 20
 
 
+def exact_points(hundredths_of_millimetre):
+    """Points of a length in 1/100 mm, exact enough that `hundredths` gives it back."""
+    return round(hundredths_of_millimetre * 72 / 2540, 4)
+
+
 def hundredths(length):
     """1/100 mm of a length in points."""
     return round(length * 2540 / 72)

@@ -1,6 +1,6 @@
 """Windows and Window. Excel's Window names its workbook only as its parent."""
 
-from office import ranges, shapes, sheets, units, window_list, workbooks
+from office import drawing_kinds, drawing_selection, ranges, shape, sheets, units, window_list, workbooks
 from office.com_object import (DISP_E_BADINDEX, MISSING, NOTHING, RPC_E_DISCONNECTED, ComError, ComObject, HResultError,
                                as_boolean, as_integer)
 
@@ -104,7 +104,8 @@ class Window(ComObject):
             return NOTHING
         if selected.supportsService(SHAPES):
             sheet = self._controller.ActiveSheet
-            return shapes.Shape(self.document, sheet, selected.getByIndex(0))
+            found = [shape.Shape(self.document, sheet, one, one.Parent) for one in drawing_kinds.members(selected)]
+            return drawing_selection.of(self.document, sheet, found)
         return self._as_range(selected) or NOTHING
 
     def get_range_selection(self):

@@ -2,7 +2,9 @@
 
 null VT_EMPTY, true and false VT_BOOL, a text VT_BSTR, a number with a point VT_R8, without one VT_I4 (VT_I8 when it
 needs more); {"null":true} VT_NULL, {"nothing":true} a VT_DISPATCH that holds null, {"missing":true} an argument left
-out, {"error":scode}, {"date":serial}, {"picture":"PNG in base64","bitmap":flag} what belongs on the clipboard, {"long64":n}, {"object":handle,"type":"Range"}, {"list":[...],"low":n} an array of one
+out, {"error":scode}, {"date":serial}, {"picture":"PNG in base64","bitmap":flag,"size":[width,height]} what belongs on the
+clipboard (size, in pixels, when only that much from the top left corner is meant), {"image":"file in base64"} an argument
+that the client read from there, {"long64":n}, {"object":handle,"type":"Range"}, {"list":[...],"low":n} an array of one
 dimension and its lower bound (0 when left out), {"array":[[...]],"rows":n,"columns":n} one of two (lower bounds 1, cells not given are empty).
 """
 
@@ -10,7 +12,7 @@ import base64
 import json
 
 from office.com_object import (MISSING, NOTHING, NULL, Array, ComObject, Date, E_INVALIDARG, ErrorValue, HResultError,
-                               List, Long64, Picture)
+                               ImageFile, List, Long64, Picture)
 
 
 class Handles:
@@ -54,6 +56,8 @@ def decode(value, handles):
         return ErrorValue(value["error"])
     if "date" in value:
         return Date(value["date"])
+    if "image" in value:
+        return ImageFile(base64.b64decode(value["image"]))
     return NULL if "null" in value else MISSING
 
 
@@ -72,7 +76,8 @@ def encode_line(answer, handles):
         if isinstance(value, Long64):
             return {"long64": value.number}
         if isinstance(value, Picture):
-            return {"picture": base64.b64encode(value.png).decode(), "bitmap": value.as_bitmap}
+            whole = {"picture": base64.b64encode(value.png).decode(), "bitmap": value.as_bitmap}
+            return whole if value.size is None else {**whole, "size": value.size}
         if value is NULL:
             return {"null": True}
         if value is NOTHING:

@@ -35,6 +35,7 @@ const START = [
 /** What the page may post, with its fields. */
 export const ACTIONS = {
   // windows: the workspace is a window of its own with "&surface=workspace" in its page's address
+  openImagePreview: ['imageBase64', 'mediaType', 'title', 'downloadName'],
   openWorkspace: ['page'],
   closeWorkspace: [],
   focusWorkspace: [],
@@ -69,6 +70,14 @@ export const ACTIONS = {
   docKeyGet: ['requestId'], // {docKey}: names the workbook; "_unsaved" and "_no_doc" name none
   exportLocalSnapshot: ['requestId'], // {glossaries, instructions} of this computer, each with its id
   clientInfoGet: ['requestId'], // {productId, platform, version, commit, buildDate, os, installId, hostApp, …}
+  // pictures of the active sheet, see pictures_state.js; an anchor says which one. A failure answers {error, detail}
+  requestImageSelectionPreview: [], // answered by the event onImageSelectionPreview
+  imageTranslateScan: ['requestId'], // {count, skippedUnsupported, sheetSummary: [{sheetName, count, anchors}]}
+  imageTranslateExtract: ['requestId', 'anchor'], // {mediaType, width, height, data: base64}
+  imageTranslateReplace: ['requestId', 'anchor', 'imageBase64', 'batchMode'], // {replaced, hasUndo, anchor: the new one}
+  imageTranslateUndoReplace: ['requestId', 'anchor'], // {anchor: the new one, imageBase64}
+  imageTranslateBatchUndo: ['requestId'], // {restored, failed, failedReasons}
+  imageTranslateClearBatchUndo: ['requestId'],
   // coding agents and the server of tools that they work with; the first four take their time
   detectAgents: ['requestId'], // {agents: [{id, name, command, path, version, installed, bundled, …}]}
   installOpencode: ['requestId'], // {success, exePath, error}
@@ -112,6 +121,8 @@ export const EVENTS = [
   // {fragments, chars, rangeAddress, translatedCellsOnSheet, translatedCellsInSelection, quickText} or {error};
   // quickText for 1 to 64 cells only
   'onSelectionPreview',
+  // {scope: "shape", anchor, width, height, thumbBase64: may be absent, like the size} or {scope: "empty"}
+  'onImageSelectionPreview',
   'onExcelDisplayModeDone', // {ok, mode, applied, failed, message}
   'onTargetStyleDone', // {ok, applied, failed, skipped, message}
   'onBatchDone', // {action: "applyAll" | "restoreAll"}

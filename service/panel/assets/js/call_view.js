@@ -1,6 +1,7 @@
 /** Draws the calls of tools: what is done, with which arguments, and what came of it. */
 import { make } from './dom.js';
 import { t } from './i18n.js';
+import { makePicture } from './picture.js';
 import { TOOLS } from './tool_actions.js';
 
 const WORDS = {
@@ -113,7 +114,7 @@ export class CallView {
     if (call.result) parts.push(...titled('chat.result', readable(call.result)));
     if (call.picture) {
       this.#details.open = true;
-      parts.push(makePicture(call.picture, targetOf(parsed(call.arguments))));
+      parts.push(makePicture(call.picture, `${t('chat.toolPicture')} ${targetOf(parsed(call.arguments))}`));
     }
     return parts;
   }
@@ -144,18 +145,4 @@ function makeButton(key, kind, act) {
   const button = make('button', { type: 'button', class: kind, textContent: t(key) });
   button.addEventListener('click', act);
   return button;
-}
-
-/** The page may load pictures from the service only, so this one is painted. */
-function makePicture(base64, label) {
-  const canvas = make('canvas', { role: 'img', 'aria-label': `${t('chat.toolPicture')} ${label}` });
-  void paint(canvas, base64).catch(() => canvas.remove());
-  return canvas;
-}
-
-async function paint(canvas, base64) {
-  const bytes = Uint8Array.from(atob(base64), (letter) => letter.charCodeAt(0));
-  const picture = await createImageBitmap(new Blob([bytes], { type: 'image/png' }));
-  Object.assign(canvas, { width: picture.width, height: picture.height });
-  canvas.getContext('2d').drawImage(picture, 0, 0);
 }

@@ -1,7 +1,8 @@
 /** What the user reads when a file could not be worked with. */
 import { errorRow } from './errors.js';
 
-const TEXTS = {
+/** The codes of the service that are about files, or mean something else for them than for texts. */
+export const FILE_ERRORS = {
   recognition_unavailable: 'files.noRecognition',
   recognition_language_missing: 'files.noLanguage',
   recognition_timeout: 'error.timeout',
@@ -16,4 +17,4 @@ const TEXTS = {
 };
 
 /** @param {string} code of the service @returns {string} key of the words */
-export const fileErrorText = (code) => (Object.hasOwn(TEXTS, code) ? TEXTS[code] : errorRow(code).text);
+export const fileErrorText = (code) => (Object.hasOwn(FILE_ERRORS, code) ? FILE_ERRORS[code] : errorRow(code).text);

@@ -46,16 +46,19 @@ const STYLE = [
  * @returns {Blob} a file that any browser shows as it is
  */
 export function asFile(article, { title, language }) {
-  const file = document.implementation.createHTMLDocument(title);
-  const add = (tag, properties) => file.head.append(Object.assign(file.createElement(tag), properties));
-  file.documentElement.lang = language;
-  add('meta', { name: 'viewport', content: 'width=device-width' });
-  add('style', { textContent: STYLE });
-  const text = file.importNode(article, true);
+  const text = article.cloneNode(true);
   text.removeAttribute('id');
-  file.body.append(Object.assign(file.createElement('h1'), { textContent: title }), text);
-  const meta = file.createElement('meta');
-  meta.setAttribute('charset', 'utf-8');
-  file.head.prepend(meta);
-  return new Blob([`<!doctype html>\n${file.documentElement.outerHTML}\n`], { type: 'text/html' });
+  const safe = escaped(title);
+  const head = `<meta charset="utf-8"><title>${safe}</title><meta name="viewport" content="width=device-width">`;
+  // Put together as a text: a style element made on this page would be held against its rules.
+  const html = `<!doctype html>
+<html lang="${escaped(language)}"><head>${head}<style>
+${STYLE}
+</style></head><body><h1>${safe}</h1>${text.outerHTML}</body></html>
+`;
+  return new Blob([html], { type: 'text/html' });
+}
+
+function escaped(text) {
+  return text.replaceAll('&', '&amp;').replaceAll('<', '&lt;').replaceAll('"', '&quot;');
 }

@@ -26,6 +26,7 @@ let run = noRun();
 let activeSheet = '';
 let changed = () => {};
 let writeBlockedListener = () => {};
+let activeSheetListener = () => {};
 let shown = false;
 /** The last start that the twin has told of. @type {{runId: number, dual: boolean, trace: string, at: number} | null} */
 let heard = null;
@@ -106,6 +107,7 @@ export function openRunEvents() {
     onExcelActiveSheetChanged: (message) => {
       activeSheet = message.sheetName;
       step('sheetOpened', message);
+      activeSheetListener(activeSheet);
     },
     onSheetWriteBlocked: writeBlocked,
   });
@@ -127,6 +129,11 @@ export function openRunEvents() {
 /** @param {(message: string) => void} listener called with the add-in's words for cells that it could not write */
 export function onWriteBlocked(listener) {
   writeBlockedListener = listener;
+}
+
+/** @param {(sheetName: string) => void} listener called when the user has gone to another sheet */
+export function onActiveSheet(listener) {
+  activeSheetListener = listener;
 }
 
 function writeBlocked(message) {

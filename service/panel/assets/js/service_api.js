@@ -80,6 +80,21 @@ export async function resolveTerminology(token, question, signal) {
   return answer;
 }
 
+/**
+ * @param {string} token
+ * @param {{imageBase64: string, sourceLang: string, targetLang: string}} question a PNG
+ * @param {AbortSignal} signal
+ * @returns {Promise<{imageBase64: string, texts: {source: string, translation: string, drawn: boolean}[]}>} a PNG of the
+ *   same size
+ */
+export async function translatePicture(token, question, signal) {
+  const answer = await call('POST', '/v1/images/translate', { token, body: question, signal });
+  if (!Array.isArray(answer?.texts) || typeof answer.imageBase64 !== 'string') {
+    throw new ApiError(0, 'network_error', 'The answer holds no picture');
+  }
+  return answer;
+}
+
 /** @typedef {'glossaries' | 'instructions'} Kind of the user's own items */
 
 /**

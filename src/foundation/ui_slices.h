@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "foundation/pane_context.h"
-#include "translation/ui_timer.h"
+#include "foundation/ui_timer.h"
 
 namespace qv {
 

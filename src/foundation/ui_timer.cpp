@@ -1,4 +1,4 @@
-#include "translation/ui_timer.h"
+#include "foundation/ui_timer.h"
 
 #include <map>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "translation/ui_slices.h"
+#include "foundation/ui_slices.h"
 
 namespace qv {
 namespace {

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tools/image_job.h"
+#include "tools/image_results.h"
+#include "tools/image_shapes.h"
+
+namespace qv {
+
+/// Makes the thumbnails of the pictures of a sheet.
+class ImageScan final : public ImageJob {
+ public:
+  ImageScan(ComPtr<IDispatch> application, std::wstring sheetName, SheetPictures found)
+      : application_(std::move(application)), sheetName_(std::move(sheetName)), found_(std::move(found)) {}
+
+  [[nodiscard]] bool RunSlice() override;
+  [[nodiscard]] std::wstring Result() const override {
+    return ScanResult(sheetName_, found_.pictures.size(), found_.unsupported, anchors_);
+  }
+
+ private:
+  ComPtr<IDispatch> application_;
+  std::wstring sheetName_;
+  SheetPictures found_;
+  /// Of the pictures so far.
+  std::vector<std::wstring> anchors_;
+};
+
+}  // namespace qv
