@@ -3,6 +3,8 @@ import { tokenRefusal } from './auth.js';
 import { ServiceError } from './errors.js';
 import { bad } from './validation.js';
 
+const MAX_PARAMETER_LENGTH = 200;
+
 /**
  * Lets signed-in users pass whose credits are not used up.
  * @param {import('fastify').FastifyRequest} request
@@ -34,8 +36,8 @@ export function goneSignal(reply) {
  */
 export function queryText(request, name) {
   const value = request.query[name] ?? '';
-  if (typeof value !== 'string' || value.length > MAX_PARAMETER_LENGTH) throw bad(`"${name}" is too long, or stands twice`);
+  if (typeof value !== 'string' || value.length > MAX_PARAMETER_LENGTH) {
+    throw bad(`"${name}" is too long, or stands twice`);
+  }
   return value;
 }
-
-const MAX_PARAMETER_LENGTH = 200;

@@ -26,7 +26,7 @@ export function flattened(picture) {
   return background >= MIN_FLAT_PART * data.length ? { width, height, data: flat } : picture;
 }
 
-/** Notes what is behind a row's pixels where that shows; elsewhere it is as in the row above. Gives how many show it. */
+/** Notes what is behind a row's pixels where that shows; elsewhere it is as in the row above. How many show it. */
 function takeRuns(picture, y, behind) {
   const { width, data } = picture;
   const row = y * width;

@@ -11,7 +11,9 @@ export function readGray(file) {
   try {
     const { width, height, data } = readBitmap(file);
     const gray = new Uint8Array(width * height);
-    for (let i = 0; i < gray.length; i++) gray[i] = shade(data[4 * i], data[4 * i + 1], data[4 * i + 2], data[4 * i + 3]);
+    for (let i = 0, at = 0; i < gray.length; i++, at += 4) {
+      gray[i] = shade(data[at], data[at + 1], data[at + 2], data[at + 3]);
+    }
     return { width, height, data: gray };
   } catch {
     return null;
@@ -24,8 +26,8 @@ const shade = (red, green, blue, alpha) =>
 
 /** @param {import('./rules.js').GrayPicture} picture @returns {Buffer} a PNG file */
 export function writeGray({ width, height, data }) {
-  const options = { width, height, colorType: 0, inputColorType: 0, bitDepth: 8, inputHasAlpha: false, deflateLevel: 1 };
-  const png = new PNG(options);
+  const options = { colorType: 0, inputColorType: 0, inputHasAlpha: false, deflateLevel: 1 };
+  const png = new PNG({ width, height, ...options });
   png.data = Buffer.from(data.buffer, data.byteOffset, data.byteLength);
   return PNG.sync.write(png, options);
 }

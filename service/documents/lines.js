@@ -60,7 +60,8 @@ export const letterWidth = (words) => lettersOf(words).usual;
 export function blankWidth(lines) {
   const { usual, spread } = lettersOf(lines.flatMap(({ words }) => words));
   const gaps = lines.flatMap(({ words }) => words.slice(1).map((word, i) => word.left - rightOf(words[i])));
-  const small = gaps.filter((gap) => gap > MIN_BLANK * usual).sort((a, b) => a - b)[Math.floor(gaps.length * SMALL_GAPS)];
+  const sorted = gaps.filter((gap) => gap > MIN_BLANK * usual).sort((a, b) => a - b);
+  const small = sorted[Math.floor(sorted.length * SMALL_GAPS)];
   const most = (spread < MAX_TYPEWRITER_SPREAD ? 1 : USUAL_BLANK) * usual;
   return Math.min(small ?? most, most);
 }

@@ -70,7 +70,7 @@ function isMostlyFree(picture, { x, top, bottom }) {
   return dark >= MIN_FREE_DARK * (bottom - top) || light >= MIN_FREE_LIGHT * (bottom - top);
 }
 
-/** Below 0 where the pixel is darker than both sides, above 0 where it is lighter: the edge of a filled cell is neither. */
+/** Below 0 where the pixel is darker than both sides, above 0 where it is lighter. The edge of a fill is neither. */
 function ridgeAt({ width, data }, x, y) {
   const row = y * width;
   const level = data[row + x];

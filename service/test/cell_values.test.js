@@ -61,7 +61,9 @@ test('cells are named as in the sheet, to its very edges', () => {
   assert.deepEqual(readCell(' b3 '), { row: 3, col: 2 });
   assert.deepEqual(readCell('$AA$10'), { row: 10, col: 27 });
   assert.deepEqual(readCell('XFD1048576'), { row: 1048576, col: 16384 });
-  for (const text of ['', 'B', '3', 'B0', 'XFE1', 'A1048577', 'A1:B2', 'Sheet1!A1']) assert.equal(readCell(text), null, text);
+  for (const text of ['', 'B', '3', 'B0', 'XFE1', 'A1048577', 'A1:B2', 'Sheet1!A1']) {
+    assert.equal(readCell(text), null, text);
+  }
   assert.equal(rangeName({ row: 3, col: 26 }, 2, 3), 'Z3:AB4');
   assert.equal(rangeName({ row: 3, col: 702 }, 1, 1), 'ZZ3');
   assert.ok(fits({ row: 1048575, col: 16383 }, 2, 2));

@@ -7,7 +7,8 @@ const cell = (row, value, formula) => ({ row, col: 1, value, ...(formula && { fo
 const texts = (count, text = 'word') => Array.from({ length: count }, (_, i) => ({ row: i + 1, col: 1, text }));
 
 test('only texts with words are proofread', () => {
-  const cells = [cell(1, 'She go home'), cell(2, '1,250'), cell(3, 'TOTAL', '="TOTAL"'), cell(4, ''), cell(5, 'x'.repeat(5001)), cell(6, '日本')];
+  const values = ['She go home', '1,250', 'x', '', 'x'.repeat(5001), '日本'];
+  const cells = [...values.map((value, i) => cell(i + 1, value)), cell(7, 'TOTAL', '="TOTAL"')];
   assert.deepEqual(textsOf(cells).map(({ row }) => row), [1, 6]);
 });
 
@@ -26,7 +27,11 @@ test('the model is told the texts by number, and the language of its reasons', (
 });
 
 test('an answer’s corrections find their cells, and what is none is left out', () => {
-  const batch = [{ row: 1, col: 1, text: 'She go' }, { row: 2, col: 1, text: 'He goes' }, { row: 3, col: 2, text: 'It go' }];
+  const batch = [
+    { row: 1, col: 1, text: 'She go' },
+    { row: 2, col: 1, text: 'He goes' },
+    { row: 3, col: 2, text: 'It go' },
+  ];
   const answer = [
     { id: 2, text: 'It goes', reason: 'agreement' },
     { id: 1, text: 'He goes', reason: 'none' },

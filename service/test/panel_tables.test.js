@@ -97,7 +97,8 @@ test('a picture is chosen, or pasted, and shown', async () => {
   assert.ok(await view.id('picture').isVisible());
   await view.page.evaluate(async (bytes) => {
     const data = new DataTransfer();
-    data.items.add(new File([Uint8Array.from(atob(bytes), (letter) => letter.charCodeAt(0))], 'a.png', { type: 'image/png' }));
+    const content = Uint8Array.from(atob(bytes), (letter) => letter.charCodeAt(0));
+    data.items.add(new File([content], 'a.png', { type: 'image/png' }));
     document.dispatchEvent(new ClipboardEvent('paste', { clipboardData: data, bubbles: true, cancelable: true }));
   }, paper.png.toString('base64'));
   await view.id('result').waitFor({ state: 'hidden' });
@@ -195,12 +196,14 @@ test('what cannot be read is told in words, and what is asked again may go well'
   for (const [name, bytes, words] of [['a.pdf', Buffer.from('x'), /nicht als PDF lesen/], ['b.pdf', paper.pdf, /^$/]]) {
     await view.choose(name, 'application/pdf', bytes);
     await view.id('read').waitFor();
-    await view.page.waitForFunction((text) => new RegExp(text).test(document.getElementById('problem').textContent), words.source);
+    const tells = (text) => new RegExp(text).test(document.getElementById('problem').textContent);
+    await view.page.waitForFunction(tells, words.source);
   }
   await view.id('pages').fill('7');
   await view.id('read').click();
   await view.id('problem').getByText('Geben Sie Seiten ein').waitFor();
-  for (const [code, words] of [['recognition_unavailable', 'Tesseract'], ['pdf_encrypted', 'Kennwort'], ['no_table', 'Keine Tabelle']]) {
+  const told = { recognition_unavailable: 'Tesseract', pdf_encrypted: 'Kennwort', no_table: 'Keine Tabelle' };
+  for (const [code, words] of Object.entries(told)) {
     await view.page.route('**/v1/tables/pdf?*', (route) => route.fulfill({ status: 422, json: { code } }));
     await view.id('read').click();
     await view.id('problem').getByText(words).waitFor();

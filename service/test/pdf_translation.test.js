@@ -8,8 +8,8 @@ import { print } from '../testing/paper.js';
 
 const LONG = 'The people of the city bought the houses all the same, because each of them wanted to have a garden.';
 const HTML = `<div style="width: 420px"><h1>The yearly report</h1><p>${LONG} ${LONG}</p><h2>Costs &amp; prices</h2>
-  <p>They rose.</p><p>They fell again in the winter of the year, when no&shy;body wanted any of the many hou&shy;ses that
-  were to be had.</p><p style="break-before: page">The second page &lt;is&gt; short.</p></div>`;
+  <p>They rose.</p><p>They fell again in the winter of the year, when no&shy;body wanted any of the many
+  hou&shy;ses that were to be had.</p><p style="break-before: page">The second page &lt;is&gt; short.</p></div>`;
 const PARAGRAPHS = [
   [true, 'The yearly report'],
   [false, `${LONG} ${LONG}`],
@@ -93,7 +93,9 @@ test('a stranger signs in on the page, and reads a PDF side by side', async () =
   await view.id('start').click();
   await view.id('result').waitFor();
   assert.equal(await view.text('result-title'), 'report.pdf · pages: 2 of 2');
-  const pairs = await view.page.$$eval('.pair', (found) => found.map(({ children }) => [...children].map((part) => [part.tagName, part.textContent])));
+  const pairs = await view.page.$$eval('.pair', (found) =>
+    found.map(({ children }) => [...children].map(({ tagName, textContent }) => [tagName, textContent])),
+  );
   assert.deepEqual(pairs[0], [['H4', 'The yearly report'], ['H4', 'ES:The yearly report']]);
   assert.deepEqual(pairs.at(-1), [['P', SECOND[0][1]], ['P', `ES:${SECOND[0][1]}`]]);
   assert.equal(await view.page.locator('.translation').first().getAttribute('lang'), 'es');

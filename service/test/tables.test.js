@@ -152,7 +152,10 @@ test('a heading at the left of its column and numbers at the right of theirs are
 test('tables of neighbouring pages with other columns stay two', () => {
   const narrow = wordsAt([[0, 'a'], [100, 'b']], [[0, 'c'], [100, 'd']]);
   const moved = wordsAt([[300, 'a'], [400, 'b']], [[300, 'c'], [400, 'd']]);
-  const pagesOf = (...pages) => findTables(pages.map((words, i) => ({ page: i + 1, words }))).map(({ pages: on }) => on);
+  const pagesOf = (...pages) => {
+    const found = findTables(pages.map((words, i) => ({ page: i + 1, words })));
+    return found.map(({ pages: on }) => on);
+  };
   assert.deepEqual(pagesOf(narrow, narrow), [[1, 2]]);
   assert.deepEqual(pagesOf(narrow, moved), [[1], [2]]);
   assert.deepEqual(pagesOf(narrow, [], narrow), [[1], [3]]);

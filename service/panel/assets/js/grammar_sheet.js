@@ -43,7 +43,7 @@ export async function accept(place, suggestions) {
   return written;
 }
 
-/** @returns {Promise<(cell: {row: number, col: number}) => string | undefined>} finds a cell's text; none for a formula */
+/** @returns {Promise<(cell: {row: number, col: number}) => string | undefined>} a cell's text; a formula has none */
 async function textsAt(place) {
   const { cells = [] } = (await readCells(place)) ?? {};
   const texts = new Map(cells.map(({ row, col, value, formula }) => [cellName(row, col), formula ? undefined : value]));
