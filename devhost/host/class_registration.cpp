@@ -13,6 +13,8 @@ namespace qv::devhost {
 namespace {
 
 constexpr wchar_t kClasses[] = L"Software\\Classes\\";
+/// A host's start takes a second or two; several may stand in line on a busy machine.
+constexpr std::chrono::seconds kClassPatience{60};
 
 constexpr const wchar_t* kOwnKeys[] = {
     L"CLSID\\{A1B2C3D4-E5F6-7890-ABCD-EF0123456789}",
@@ -44,6 +46,10 @@ void PublishUserClasses(CallLog& log) {
   for (const wchar_t* key : kOwnKeys) {
     log.Require("copy class key " + ToUtf8(key), HRESULT_FROM_WIN32(static_cast<DWORD>(CopyKey(key))));
   }
+}
+
+NamedLock LockClasses() {
+  return {L"Local\\QuorvantisDevhostClasses", kClassPatience};
 }
 
 }  // namespace qv::devhost

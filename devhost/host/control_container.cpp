@@ -3,6 +3,7 @@
 #include <olectl.h>
 
 #include "foundation/text.h"
+#include "host/class_registration.h"
 
 namespace qv::devhost {
 namespace {
@@ -20,12 +21,8 @@ ULONG ReleaseLast(ComPtr<Interface>& object) {
 
 ControlContainer::ControlContainer(const std::wstring& progId, HWND window, CallLog& log)
     : window_(window), log_(log), site_(new ContainerSite(window, log)) {
-  CLSID classId{};
-  const std::string name = ToUtf8(progId);
   try {
-    log_.Require("CLSIDFromProgID " + name, CLSIDFromProgID(progId.c_str(), &classId));
-    log_.Require("CoCreateInstance " + name, CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER,
-                                                              IID_PPV_ARGS(object_.GetAddressOf())));
+    Create(progId);
     Prepare();
     log_.Require("DoVerb OLEIVERB_INPLACEACTIVATE", DoVerb(OLEIVERB_INPLACEACTIVATE));
     log_.Require("IOleInPlaceObject", object_.As(&inPlace_));
@@ -38,6 +35,15 @@ ControlContainer::ControlContainer(const std::wstring& progId, HWND window, Call
 
 ControlContainer::~ControlContainer() {
   Close();
+}
+
+void ControlContainer::Create(const std::wstring& progId) {
+  const NamedLock classes = LockClasses();
+  CLSID classId{};
+  const std::string name = ToUtf8(progId);
+  log_.Require("CLSIDFromProgID " + name, CLSIDFromProgID(progId.c_str(), &classId));
+  log_.Require("CoCreateInstance " + name, CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER,
+                                                            IID_PPV_ARGS(object_.GetAddressOf())));
 }
 
 void ControlContainer::Prepare() {

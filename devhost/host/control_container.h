@@ -41,6 +41,7 @@ class ControlContainer {
   Leaks Close();
 
  private:
+  void Create(const std::wstring& progId);
   void Prepare();
   [[nodiscard]] RECT ClientArea() const;
 

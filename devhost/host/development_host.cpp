@@ -1,5 +1,6 @@
 #include "host/development_host.h"
 
+#include "host/class_registration.h"
 #include "host/message_pump.h"
 #include "host/windows_path.h"
 
@@ -21,6 +22,7 @@ DevelopmentHost::DevelopmentHost(const std::wstring& addinPath, Engine& engine, 
       webViews_(FolderOf(addinPath)),
       documents_(engine, look),
       panes_(documents_, log) {
+  const NamedLock classes = LockClasses();
   library_.Register();
   factory_ = MakeCom<TaskPaneFactory>(panes_, engine_.Application());
   session_ = std::make_unique<AddinSession>(engine_.Application(), factory_.Get(), manner, log_);

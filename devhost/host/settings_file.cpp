@@ -8,6 +8,7 @@
 #include <string>
 
 #include "foundation/unique_handle.h"
+#include "services/named_lock.h"
 
 namespace qv::devhost {
 namespace {
@@ -39,13 +40,17 @@ std::string ReadAll(const std::wstring& path) {
 }  // namespace
 
 void WriteServiceAddress(const ServiceAddress& service) {
+  // Another host may start at this moment. An add-in that reads is not disturbed when nothing changes.
+  const NamedLock turn(L"Local\\QuorvantisDevhostSettings", std::chrono::seconds(10));
   const std::wstring path = SettingsPath();
-  Json settings = Json::parse(ReadAll(path), nullptr, false);
+  const std::string before = ReadAll(path);
+  Json settings = Json::parse(before, nullptr, false);
   if (!settings.is_object()) settings = Json::object();
   settings["serviceHost"] = service.host;
   settings["servicePort"] = service.port;
   settings["serviceScheme"] = service.scheme;
   const std::string text = settings.dump(2) + "\n";
+  if (text == before) return;
 
   const UniqueFile file(
       CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));

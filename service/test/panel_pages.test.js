@@ -5,7 +5,7 @@ import { after, before, test } from 'node:test';
 import { PAGE_FILES } from '../panel.js';
 import { LANGUAGES } from '../panel/assets/js/i18n.js';
 import english from '../panel/assets/js/languages/en.js';
-import { PanelBrowser } from '../testing/panel_browser.js';
+import { PanelBrowser, PanelPage } from '../testing/panel_browser.js';
 
 let panel;
 before(async () => {
@@ -87,6 +87,21 @@ test('signing out holds although the pane still has its copy of the token', asyn
   await view.say({ action: 'accessToken', accessToken: token });
   assert.deepEqual(await view.run(SESSION), { token: '', signedOut: true });
   await view.close(REFUSED);
+});
+
+test('signing out and in reaches the add-in through every open page', async () => {
+  const acting = await panel.open('account', { token: await panel.signIn() });
+  const other = new PanelPage(await acting.page.context().newPage(), panel.origin);
+  await other.goTo('translate', 'host=excel&pane=xl2&uiLang=en');
+  await other.posted();
+  await acting.id('sign-out').click();
+  assert.deepEqual(await other.postedNow('clearAccessToken'), { action: 'clearAccessToken' });
+  await other.id('sign-in').waitFor();
+  const token = await panel.signIn('Grace');
+  await acting.run(`localStorage.setItem('quorvantis.session', '{"token":"${token}","signedOut":false}')`);
+  assert.deepEqual(await other.postedNow('setAccessToken'), { action: 'setAccessToken', accessToken: token });
+  await acting.close(REFUSED);
+  await other.close(REFUSED);
 });
 
 test('a late answer does not bring back the account of who has signed out', async () => {

@@ -30,29 +30,10 @@ bool ReadPieces(HANDLE file, std::string& bytes) {
   return true;
 }
 
-bool WritePieces(HANDLE file, std::string_view bytes) {
-  for (std::size_t at = 0; at < bytes.size();) {
-    const auto wanted = static_cast<DWORD>(std::min(bytes.size() - at, kMaxPieceBytes));
-    DWORD written = 0;
-    if (!WriteFile(file, bytes.data() + at, wanted, &written, nullptr) || written != wanted) return false;
-    at += written;
-  }
-  return true;
-}
-
-bool WriteNewFile(const std::wstring& path, std::string_view bytes) {
-  const UniqueFile file(
-      CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-  return file && WritePieces(file.Get(), bytes);
-}
-
-}  // namespace
-
-FileRead ReadWholeFile(const std::wstring& path, std::string& bytes, std::size_t limit) {
+FileRead ReadShared(const std::wstring& path, DWORD share, std::string& bytes, std::size_t limit) {
   bytes.clear();
-  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  const UniqueFile file(CreateFileW(path.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+  const UniqueFile file(
+      CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) {
     const DWORD error = GetLastError();
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ? FileRead::kMissing
@@ -67,17 +48,14 @@ FileRead ReadWholeFile(const std::wstring& path, std::string& bytes, std::size_t
   return FileRead::kFailed;
 }
 
-bool WriteFileAtomically(const std::wstring& path, std::string_view bytes) {
-  const std::wstring temporary = path + L".tmp";
-  if (WriteNewFile(temporary, bytes) &&
-      MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING)) {
-    return true;
-  }
-  // The caller wants to know why it failed, not how the tidying went.
-  const DWORD error = GetLastError();
-  DeleteFileW(temporary.c_str());
-  SetLastError(error);
-  return false;
+}  // namespace
+
+FileRead ReadWholeFile(const std::wstring& path, std::string& bytes, std::size_t limit) {
+  return ReadShared(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, bytes, limit);
+}
+
+FileRead ReadSettledFile(const std::wstring& path, std::string& bytes) {
+  return ReadShared(path, FILE_SHARE_READ | FILE_SHARE_DELETE, bytes, kMaxFileBytes);
 }
 
 std::wstring ShellFolder(int csidl) {

@@ -10,14 +10,15 @@ namespace qv {
 /// not, and must not be taken for empty by anyone who writes it back.
 enum class FileRead { kRead, kMissing, kFailed };
 
+inline constexpr std::size_t kMaxFileBytes = std::size_t{64} << 20;
+
 /// Reads a whole file, which others may write or replace meanwhile. `bytes` is emptied unless the result is
 /// kRead. A file larger than `limit` bytes is not read.
 [[nodiscard]] FileRead ReadWholeFile(const std::wstring& path, std::string& bytes,
-                                     std::size_t limit = std::size_t{64} << 20);
+                                     std::size_t limit = kMaxFileBytes);
 
-/// Replaces the file through "<path>.tmp" beside it; on failure the old file stays and the temporary is
-/// deleted, and the thread's last error says why.
-[[nodiscard]] bool WriteFileAtomically(const std::wstring& path, std::string_view bytes);
+/// The same for a file that nobody is writing: kFailed while somebody has it open for that.
+[[nodiscard]] FileRead ReadSettledFile(const std::wstring& path, std::string& bytes);
 
 /// A shell folder of the user (a CSIDL_… number) without a trailing backslash; empty when there is none.
 [[nodiscard]] std::wstring ShellFolder(int csidl);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -74,6 +75,11 @@ const wchar_t* OpenExchange(const HttpRequest& request, Exchange& exchange) {
   return nullptr;
 }
 
+/// Longer bodies would need a request in pieces; only what is meant for another machine's disk is that long.
+bool FitsOneSend(const std::string& body) {
+  return body.size() <= std::numeric_limits<DWORD>::max();
+}
+
 bool SendAndReceiveHead(const HttpRequest& request, const UniqueInternet& handle) {
   const auto bodyBytes = static_cast<DWORD>(request.body.size());
   // The function only reads the body, though its declaration lacks the const.
@@ -85,12 +91,13 @@ bool SendAndReceiveHead(const HttpRequest& request, const UniqueInternet& handle
          WinHttpReceiveResponse(handle.Get(), nullptr);
 }
 
-std::optional<int> QueryStatus(const UniqueInternet& handle) {
+/// 0 for an answer that reports none.
+int QueryStatus(const UniqueInternet& handle) {
   DWORD status = 0;
   DWORD size = sizeof(status);
   if (!WinHttpQueryHeaders(handle.Get(), WINHTTP_QUERY_STATUS_CODE | WINHTTP_QUERY_FLAG_NUMBER,
                            WINHTTP_HEADER_NAME_BY_INDEX, &status, &size, WINHTTP_NO_HEADER_INDEX)) {
-    return std::nullopt;
+    return 0;
   }
   return static_cast<int>(status);
 }
@@ -146,6 +153,11 @@ DWORD ReadBody(const UniqueInternet& handle, std::optional<std::uint64_t> announ
 
 HttpResponse SendHttp(const HttpRequest& request, const HttpByteSink& sink, const HttpHeadSink& headSink) {
   HttpResponse response;
+  if (!FitsOneSend(request.body)) {
+    response.systemError = ERROR_FILE_TOO_LARGE;
+    response.error = L"HTTP request failed";
+    return response;
+  }
   Exchange exchange;
   if (const wchar_t* const failure = OpenExchange(request, exchange); failure != nullptr) {
     response.systemError = LastFailure();
@@ -159,9 +171,7 @@ HttpResponse SendHttp(const HttpRequest& request, const HttpByteSink& sink, cons
     response.systemError = LastFailure();
     return response;
   }
-  const std::optional<int> status = QueryStatus(handle);
-  if (!status) return response;
-  response.status = *status;
+  response.status = QueryStatus(handle);
   response.contentType = QueryContentType(handle);
   if (headSink && !headSink(response)) {
     response.systemError = ERROR_CANCELLED;

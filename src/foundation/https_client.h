@@ -40,7 +40,7 @@ struct HttpRequest {
 struct HttpResponse {
   /// True when a whole answer was received, whatever its status.
   bool ok = false;
-  /// Numeric status, 0 when none was received.
+  /// Numeric status, 0 when none was received or the answer reports none.
   int status = 0;
   /// The head's Content-Type; empty when there is none, or one beyond 255 characters.
   std::wstring contentType;
@@ -59,9 +59,10 @@ using HttpByteSink = std::function<bool(int status, std::string_view piece)>;
 /// Is told status and Content-Type ahead of the body; returning false ends the request as failed.
 using HttpHeadSink = std::function<bool(const HttpResponse& head)>;
 
-/// Performs the request on the calling thread, without a proxy. A body shorter than its announced length is a
-/// failure. Not on the host UI thread, with one exception: a request to this machine for the head only, with
-/// every step limited, takes no longer than its limits together.
+/// Performs the request on the calling thread, without a proxy. An answer shorter than its announced length
+/// is a failure, and so is a request with a body of 4 GiB or more, of which nothing is sent. Not on the host
+/// UI thread, with one exception: a request to this machine for the head only, with every step limited, takes
+/// no longer than its limits together.
 [[nodiscard]] HttpResponse SendHttp(const HttpRequest& request, const HttpByteSink& sink = {},
                                     const HttpHeadSink& headSink = {});
 

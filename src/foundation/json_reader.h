@@ -18,6 +18,9 @@ class JsonReader {
   /// Borrows the text. A text that is no object is only searched.
   explicit JsonReader(std::wstring_view json);
 
+  /// Whether the text is an object; else it is only searched.
+  [[nodiscard]] bool IsObject() const { return members_.has_value(); }
+
   /// The text of the value of one of the object's own members; empty when there is none, or it is null. In a
   /// text that is no object the first such member anywhere.
   [[nodiscard]] std::wstring_view Value(std::wstring_view name) const;

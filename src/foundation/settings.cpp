@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "foundation/file_replacement.h"
 #include "foundation/host_session.h"
 #include "foundation/json_text.h"
 #include "foundation/settings_text.h"

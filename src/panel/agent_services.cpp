@@ -38,7 +38,8 @@ AgentServices::AgentServices(std::shared_ptr<PaneContext> pane, PanelOutput& out
                              std::shared_ptr<ToolDispatcher> tools)
     : tools_(std::move(tools)),
       requests_(std::move(pane), output,
-                {[this] { return PrepareMcpServer(); }, [this] { return PrepareLlmProxy(); }}) {}
+                {[this] { return PrepareMcpServer(); }, [this] { return PrepareLlmProxy(); },
+                 [this] { return DescribeLlmProxy(); }}) {}
 
 std::wstring AgentServices::Handle(const PanelMessage& message) {
   std::optional<AgentReply> reply = AgentReply{false, kUnknownActionData};
@@ -47,6 +48,11 @@ std::wstring AgentServices::Handle(const PanelMessage& message) {
   }
   if (!reply) return {};
   return BuildReplyScript(JsonGetString(message.text, L"requestId"), reply->ok, reply->data);
+}
+
+void AgentServices::SetAccessToken(std::wstring_view token) {
+  accessToken_ = token;
+  llmProxy_.SetProxyAccessToken(token);
 }
 
 AgentReply AgentServices::GetMcpServerStatus() const {
@@ -77,9 +83,14 @@ bool AgentServices::PrepareMcpServer() {
 
 std::optional<ProxyAccess> AgentServices::PrepareLlmProxy() {
   if (closed_) return std::nullopt;
-  if (!llmProxy_.PrepareLlmProxy(NativeAccessToken::Get(), HostSession::Get().Endpoint()))
-    return std::nullopt;
+  const std::wstring& token = accessToken_ ? *accessToken_ : NativeAccessToken::Get();
+  if (!llmProxy_.PrepareLlmProxy(token, HostSession::Get().Endpoint())) return std::nullopt;
   return ProxyAccess{{}, llmProxy_.GetProxyToken()};
+}
+
+std::optional<ProxyAccess> AgentServices::DescribeLlmProxy() {
+  if (closed_) return std::nullopt;
+  return ProxyAccess{{}, llmProxy_.EnsureProxyToken()};
 }
 
 void AgentServices::Close() {

@@ -29,7 +29,8 @@ class AgentServices {
   [[nodiscard]] std::wstring Handle(const PanelMessage& message);
 
   /// What agents' questions to the models are sent on with from now on, empty while nobody is signed in.
-  void SetAccessToken(std::wstring_view token) { llmProxy_.SetProxyAccessToken(token); }
+  /// Until this pane's page has said so it is the process-wide token.
+  void SetAccessToken(std::wstring_view token);
 
   /// Stops what runs; nothing starts any more.
   void Close();
@@ -48,9 +49,13 @@ class AgentServices {
   [[nodiscard]] bool PrepareMcpServer();
   /// How an agent reaches the proxy, started if need be; nothing when it does not run. Takes as long.
   [[nodiscard]] std::optional<ProxyAccess> PrepareLlmProxy();
+  /// How an agent will reach the proxy once it runs; nothing after `Close`.
+  [[nodiscard]] std::optional<ProxyAccess> DescribeLlmProxy();
 
   const std::shared_ptr<ToolDispatcher> tools_;
   const AgentRequests requests_;
+  /// As this pane's page delivered it last, which another pane's page need not have heard of; nothing before.
+  std::optional<std::wstring> accessToken_;
   /// Made by the first start.
   std::optional<McpServer> mcpServer_;
   LlmProxy llmProxy_;

@@ -3,7 +3,7 @@
 #include <array>
 #include <utility>
 
-#include "foundation/file_io.h"
+#include "foundation/file_replacement.h"
 #include "foundation/logging.h"
 #include "foundation/text.h"
 #include "panel/page_url.h"

@@ -1,5 +1,6 @@
 #include "services/agent_config.h"
 
+#include "foundation/text.h"
 #include "services/claude_config.h"
 #include "services/codex_config.h"
 #include "services/opencode_config.h"
@@ -13,11 +14,15 @@ std::string_view MarkOf(std::string_view bytes) {
   return bytes.starts_with(kByteOrderMark) ? kByteOrderMark : std::string_view();
 }
 
+/// Zero bytes are valid, but neither format knows them; text in UTF-16 has them.
+bool IsUtf8Text(std::string_view bytes) {
+  return bytes.find('\0') == std::string_view::npos && ToUtf8(FromUtf8(bytes)) == bytes;
+}
+
 }  // namespace
 
 std::optional<std::string> WithMcpEntry(AgentKind kind, std::string_view bytes) {
-  // Text in UTF-16 has such bytes; neither format knows them.
-  if (bytes.find('\0') != std::string_view::npos) return std::nullopt;
+  if (!IsUtf8Text(bytes)) return std::nullopt;
   const std::string_view mark = MarkOf(bytes);
   const std::string_view text = bytes.substr(mark.size());
   auto changed = kind == AgentKind::kCodex ? WithCodexEntry(text) : WithClaudeEntry(text);

@@ -4,7 +4,12 @@
 
 #include <shlobj.h>
 
+#include <chrono>
+#include <thread>
+#include <utility>
+
 #include "foundation/file_io.h"
+#include "foundation/file_replacement.h"
 #include "foundation/text.h"
 #include "services/agent_config.h"
 #include "services/agent_places.h"
@@ -15,8 +20,9 @@ namespace {
 
 constexpr wchar_t kWriterLock[] = L"Local\\Quorvantis.AgentConfig";
 constexpr auto kWriterPatience = std::chrono::seconds(10);
-/// How often a file that its owner changes meanwhile is read anew.
-constexpr int kTries = 3;
+/// How often, and how far apart, a file is looked at that its owner may just be writing.
+constexpr int kLooks = 6;
+constexpr auto kBetweenLooks = std::chrono::milliseconds(200);
 
 constexpr wchar_t kNoConfigPath[] = L"无法确定该 Agent 的配置文件路径";
 constexpr wchar_t kBackupFailed[] = L"备份原配置文件失败";
@@ -35,59 +41,116 @@ std::wstring BackupPathNow(const std::wstring& path) {
                 Padded{now.wHour, 2}, Padded{now.wMinute, 2}, Padded{now.wSecond, 2});
 }
 
-/// The text of what went wrong, or empty.
-std::wstring WriteConfigFile(const std::wstring& path, std::string_view bytes) {
+/// 0, or the system's error number.
+DWORD MakeFolderOf(const std::wstring& path) {
   const int made = SHCreateDirectoryExW(nullptr, path.substr(0, path.rfind(L'\\')).c_str(), nullptr);
-  if (made != ERROR_SUCCESS && made != ERROR_ALREADY_EXISTS && made != ERROR_FILE_EXISTS)
-    return WriteFailed(static_cast<DWORD>(made));
-  return WriteFileAtomically(path, bytes) ? std::wstring() : WriteFailed(GetLastError());
+  const bool isThere = made == ERROR_SUCCESS || made == ERROR_ALREADY_EXISTS || made == ERROR_FILE_EXISTS;
+  return isThere ? ERROR_SUCCESS : static_cast<DWORD>(made);
 }
 
-std::optional<std::string> NewContents(AgentKind kind, std::string_view bytes, const ProxyAccess& access) {
-  return kind == AgentKind::kOpenCode ? ToUtf8(OpenCodeConfig(access)) : WithMcpEntry(kind, bytes);
-}
-
-/// Copies a file that holds anything; false when that failed.
-bool BackupConfig(std::string_view bytes, ConfigureResult& result) {
-  if (bytes.empty()) return true;
-  std::wstring backup = BackupPathNow(result.configPath);
-  if (!CopyFileW(result.configPath.c_str(), backup.c_str(), FALSE)) return false;
-  result.backupPath = std::move(backup);
-  return true;
-}
-
-/// One try. Nothing when the file was changed by somebody else meanwhile; otherwise what went wrong, or
-/// empty.
-std::optional<std::wstring> TryConfigure(AgentKind kind, const ProxyAccess& access, ConfigureResult& result) {
+/// A configuration file as one look found it.
+struct Contents {
+  bool exists = false;
   std::string bytes;
-  if (ReadWholeFile(result.configPath, bytes) == FileRead::kFailed) return kReadFailed;
-  const auto changed = NewContents(kind, bytes, access);
-  if (!changed) return kNotRewritable;
-  if (!BackupConfig(bytes, result)) return kBackupFailed;
-  // The agents write these files themselves, without regard to us.
-  std::string now;
-  if (ReadWholeFile(result.configPath, now) == FileRead::kFailed || now != bytes) return std::nullopt;
-  return WriteConfigFile(result.configPath, *changed);
+
+  friend bool operator==(const Contents&, const Contents&) = default;
+};
+
+/// Nothing while somebody writes the file, or when it cannot be read.
+std::optional<Contents> LookAt(const std::wstring& path) {
+  Contents seen;
+  const FileRead read = ReadSettledFile(path, seen.bytes);
+  if (read == FileRead::kFailed) return std::nullopt;
+  seen.exists = read == FileRead::kRead;
+  return seen;
 }
+
+/// How one look at the file ended.
+struct Step {
+  /// What went wrong; empty when the entry is written.
+  std::wstring error;
+  /// What went wrong may pass by itself.
+  bool mayPass = false;
+};
+
+/// One rewriting of one agent's file.
+class Rewriting {
+ public:
+  Rewriting(AgentKind kind, const ProxyAccess& access, ConfigureResult& result)
+      : kind_(kind), access_(access), result_(result) {}
+
+  Step Try() {
+    std::optional<Contents> seen = LookAt(result_.configPath);
+    if (!seen) return {kReadFailed, true};
+    const std::optional<Contents> before = std::exchange(blank_, std::nullopt);
+    if (LooksUnfinished(*seen) && before != seen) {
+      blank_ = std::move(seen);
+      return {kBusy, true};
+    }
+    const auto changed = NewContents(seen->bytes);
+    if (!changed) return {kNotRewritable, true};
+    if (!Backup(*seen)) return {kBackupFailed};
+    // The agents write these files themselves, without regard to us.
+    if (LookAt(result_.configPath) != seen) return {kBusy, true};
+    return Write(*changed, seen->exists);
+  }
+
+ private:
+  /// An owner who writes a file anew empties or deletes it first, so a file without contents is believed only
+  /// when the next look finds the same.
+  [[nodiscard]] bool LooksUnfinished(const Contents& seen) const {
+    return kind_ != AgentKind::kOpenCode && seen.bytes.find_first_not_of(" \t\r\n") == std::string::npos;
+  }
+
+  [[nodiscard]] std::optional<std::string> NewContents(std::string_view bytes) const {
+    return kind_ == AgentKind::kOpenCode ? ToUtf8(OpenCodeConfig(access_)) : WithMcpEntry(kind_, bytes);
+  }
+
+  /// Copies a file that holds anything; false when that failed.
+  bool Backup(const Contents& seen) {
+    if (seen.bytes.empty()) return true;
+    std::wstring backup = BackupPathNow(result_.configPath);
+    if (!CopyFileW(result_.configPath.c_str(), backup.c_str(), FALSE)) return false;
+    result_.backupPath = std::move(backup);
+    return true;
+  }
+
+  /// A file that was missing is only made: one that its owner has made meanwhile is not replaced.
+  [[nodiscard]] Step Write(std::string_view bytes, bool exists) const {
+    if (const DWORD error = MakeFolderOf(result_.configPath)) return {WriteFailed(error)};
+    if (exists ? WriteFileAtomically(result_.configPath, bytes)
+               : MakeFileAtomically(result_.configPath, bytes)) {
+      return {};
+    }
+    const DWORD error = GetLastError();
+    return {WriteFailed(error), error == ERROR_SHARING_VIOLATION || error == ERROR_ALREADY_EXISTS};
+  }
+
+  AgentKind kind_;
+  const ProxyAccess& access_;
+  ConfigureResult& result_;
+  /// What the last look found, when that was a file without contents or none.
+  std::optional<Contents> blank_;
+};
 
 }  // namespace
 
 ConfigureResult ConfigureAgent(AgentKind kind, const ProxyAccess& access) {
   ConfigureResult result;
   result.configPath = AgentConfigPath(kind);
-  result.error = kBusy;
   if (result.configPath.empty()) {
     result.error = kNoConfigPath;
     return result;
   }
   const NamedLock lock(kWriterLock, kWriterPatience);
-  for (int i = 0; lock && i < kTries; ++i) {
-    auto error = TryConfigure(kind, access, result);
-    if (!error) continue;
-    result.success = error->empty();
-    result.error = std::move(*error);
-    break;
+  Step step{kBusy, static_cast<bool>(lock)};
+  Rewriting rewriting(kind, access, result);
+  for (int look = 0; step.mayPass && look < kLooks; ++look) {
+    if (look > 0) std::this_thread::sleep_for(kBetweenLooks);
+    step = rewriting.Try();
   }
+  result.success = step.error.empty();
+  result.error = std::move(step.error);
   return result;
 }
 
@@ -95,7 +158,10 @@ std::wstring WriteOpenCodeConfig(const ProxyAccess& access) {
   const std::wstring path = AgentConfigPath(AgentKind::kOpenCode);
   if (path.empty()) return kNoConfigPath;
   const NamedLock lock(kWriterLock, kWriterPatience);
-  return lock ? WriteConfigFile(path, ToUtf8(OpenCodeConfig(access))) : std::wstring(kBusy);
+  if (!lock) return kBusy;
+  if (const DWORD error = MakeFolderOf(path)) return WriteFailed(error);
+  return WriteFileAtomically(path, ToUtf8(OpenCodeConfig(access))) ? std::wstring()
+                                                                   : WriteFailed(GetLastError());
 }
 
 bool IsAgentConfigured(AgentKind kind) {

@@ -13,7 +13,8 @@ namespace qv {
 // replaced in one step, by one of the user's hosts at a time. Worker threads.
 
 /// Writes the tool server's entry into an agent's configuration. `access` is what OpenCode's file names; its
-/// file is written whole. What cannot be changed safely is left as it is, with the reason in the result.
+/// file is written whole. A file that its owner is just writing is waited for, about a second. What cannot be
+/// changed safely is left as it is, with the reason in the result.
 [[nodiscard]] ConfigureResult ConfigureAgent(AgentKind kind, const ProxyAccess& access);
 
 /// Writes OpenCode's file into the agent workspace for a launch, without a copy of the former one. The text

@@ -15,20 +15,19 @@
 namespace qv {
 namespace {
 
-constexpr wchar_t kInstallLock[] = L"Local\\Quorvantis.AgentInstaller";
-
 constexpr wchar_t kBusy[] = L"正在安装 OpenCode，请稍候";
+constexpr wchar_t kInUse[] = L"旧版本正在使用，未作修改：";
+constexpr wchar_t kNoRights[] = L"没有权限删除旧版本，未作修改：";
 constexpr wchar_t kNoTemporary[] = L"无法创建临时文件";
 constexpr wchar_t kFetchFailed[] = L"下载 OpenCode 安装包失败";
 constexpr wchar_t kFolderFailed[] = L"无法创建安装目录";
 constexpr wchar_t kUnpackFailed[] = L"解压 OpenCode 安装包失败";
 constexpr wchar_t kNoExecutable[] = L"安装包中未找到 opencode.exe";
 
-/// Makes way for the new copy; the text of what went wrong, or empty. Nothing is deleted while any of the old
-/// copy is in use.
+/// Makes way for the new copy; the text of what went wrong, or empty. Nothing is deleted unless all can be.
 std::wstring ClearFolder(const std::wstring& directory) {
-  const std::wstring inUse = FileInUseBelow(directory);
-  if (!inUse.empty()) return Concat(L"旧版本正在使用，未作修改：", inUse);
+  if (const auto obstacle = FindRemovalObstacle(directory))
+    return Concat(obstacle->isInUse ? kInUse : kNoRights, obstacle->path);
   const std::wstring kept = DeleteFolder(directory);
   if (!kept.empty()) return Concat(L"旧版本未能完全删除：", kept);
   return SHCreateDirectoryExW(nullptr, directory.c_str(), nullptr) == ERROR_SUCCESS ? L"" : kFolderFailed;
@@ -67,15 +66,16 @@ std::wstring DefaultPackageLocation() {
 }
 
 InstallResult InstallOpencode(const std::wstring& location, const std::wstring& directory) {
-  const NamedLock lock(kInstallLock, std::chrono::milliseconds(0));
+  const NamedLock lock(kOwnCopyLock, kOwnCopyPatience);
   if (!lock) return Failed(kBusy);
   std::wstring error = PutInPlace(location, directory);
   if (!error.empty()) return Failed(std::move(error));
   InstallResult result;
   result.exePath = LocateOpenCode(directory);
   if (result.exePath.empty()) return Failed(kNoExecutable);
-  result.version = GetAgentVersion(result.exePath);
-  InstallerLog(Concat(L"opencode version: ", result.version));
+  const std::string output = AgentVersionOutput(result.exePath);
+  InstallerLog(Concat(L"opencode version: ", FromUtf8(output)));
+  result.version = FirstLine(output);
   result.success = true;
   return result;
 }

@@ -10,7 +10,8 @@ namespace qv {
 [[nodiscard]] std::wstring DefaultPackageLocation();
 
 /// Fetches OpenCode's package and puts it into `directory`, in the place of any copy that is there. A copy
-/// that runs is left as it is. One installation at a time. Worker thread; takes minutes.
+/// that is in use, or that this user may not delete, is left as it is. One installation at a time. Worker
+/// thread; takes minutes.
 [[nodiscard]] InstallResult InstallOpencode(const std::wstring& location, const std::wstring& directory);
 
 }  // namespace qv

@@ -5,13 +5,13 @@
 #include <shlobj.h>
 
 #include <string_view>
+#include <vector>
 
 #include "foundation/logging.h"
 #include "foundation/text.h"
 #include "services/agent_command.h"
 #include "services/agent_files.h"
 #include "services/agent_places.h"
-#include "services/console_start.h"
 
 namespace qv {
 namespace {
@@ -24,27 +24,35 @@ void LauncherLog(std::wstring_view text) {
   PaneLog(Concat(L"[AgentLauncher] ", text, L"\r\n"));
 }
 
-/// One way of starting, tried in the order of the table.
+using StartFunction = unsigned long (*)(const ConsoleProgram& program, const std::wstring& directory);
+
+/// One way of starting.
 struct Way {
   const wchar_t* name;
-  unsigned long (*start)(const ConsoleProgram& program, const std::wstring& directory);
+  StartFunction start;
   bool inProfile;
-  /// Only worth trying, and only possible, with an administrator's rights.
-  bool whenElevated;
 };
 
-constexpr Way kWays[] = {
-    {L"CreateProcessWithTokenW explorer", &StartInConsoleAsDesktop, false, true},
-    {L"CreateProcessWithTokenW explorer", &StartInConsoleAsDesktop, true, true},
-    {L"CreateProcessW", &StartInConsole, false, false},
-    {L"CreateProcessW", &StartInConsole, true, false},
-    {L"ShellExecuteExW", &StartThroughShell, false, false},
-};
+constexpr wchar_t kAsDesktop[] = L"CreateProcessWithTokenW explorer";
 
-bool Start(const ConsoleProgram& program) {
-  const bool isElevated = IsProcessElevated();
-  for (const Way& way : kWays) {
-    if (way.whenElevated && !isElevated) continue;
+/// The ways to try, in their order. Those with the desktop's rights are possible only for an elevated host,
+/// and then no other way will do: each would hand the host's rights on.
+std::vector<Way> WaysOf(const LaunchSystem& system) {
+  if (system.isElevated()) {
+    const DesktopShell shell = system.findDesktopShell();
+    if (shell == DesktopShell::kUsual)
+      return {{kAsDesktop, system.startAsDesktop, false}, {kAsDesktop, system.startAsDesktop, true}};
+    LauncherLog(
+        Concat(L"skip ", kAsDesktop,
+               shell == DesktopShell::kNone ? L": no desktop shell" : L": desktop shell is elevated"));
+  }
+  return {{L"CreateProcessW", &StartInConsole, false},
+          {L"CreateProcessW", &StartInConsole, true},
+          {L"ShellExecuteExW", &StartThroughShell, false}};
+}
+
+bool Start(const ConsoleProgram& program, const LaunchSystem& system) {
+  for (const Way& way : WaysOf(system)) {
     const std::wstring directory = way.inProfile ? UserProfileDirectory() : AgentWorkspaceDirectory();
     LauncherLog(Concat(L"attempt ", way.name, L" in ", directory));
     const unsigned long error = way.start(program, directory);
@@ -56,7 +64,7 @@ bool Start(const ConsoleProgram& program) {
 
 }  // namespace
 
-std::wstring LaunchAgent(AgentKind kind, const ProxyAccess& access) {
+std::wstring LaunchAgent(AgentKind kind, const ProxyAccess& access, const LaunchSystem& system) {
   const std::wstring path = AgentExecutable(kind);
   if (path.empty()) return kNotInstalled;
   const std::wstring workspace = AgentWorkspaceDirectory();
@@ -71,10 +79,10 @@ std::wstring LaunchAgent(AgentKind kind, const ProxyAccess& access) {
     variables = OpenCodeEnvironment(access, AgentConfigPath(kind));
   }
   const Interpreters interpreters = SystemInterpreters();
-  const bool started =
-      Start({interpreters.comSpec, ConsoleArguments(interpreters, path), std::wstring(RowOf(kind).name),
-             WithEnvironment(CurrentEnvironment(), variables)});
-  return started ? L"" : kStartFailed;
+  const ConsoleProgram program{interpreters.comSpec, ConsoleArguments(interpreters, path),
+                               std::wstring(RowOf(kind).name),
+                               WithEnvironment(CurrentEnvironment(), variables)};
+  return Start(program, system) ? L"" : kStartFailed;
 }
 
 }  // namespace qv

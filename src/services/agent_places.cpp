@@ -71,10 +71,13 @@ Interpreters SystemInterpreters() {
   return {std::move(comSpec), SystemDirectory()};
 }
 
-std::wstring GetAgentVersion(const std::wstring& path) {
+std::string AgentVersionOutput(const std::wstring& path) {
   const std::wstring application = IsPlainProgram(path) ? path : std::wstring();
-  return FirstLine(
-      RunCaptured(application, ProgramCommandLine(SystemInterpreters(), path, L"--version")).output);
+  return RunCaptured(application, ProgramCommandLine(SystemInterpreters(), path, L"--version")).output;
+}
+
+std::wstring GetAgentVersion(const std::wstring& path) {
+  return FirstLine(AgentVersionOutput(path));
 }
 
 }  // namespace qv

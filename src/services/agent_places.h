@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 
 #include "services/agent_command.h"
@@ -19,6 +20,11 @@ namespace qv {
 /// Where the add-in keeps its own copy of OpenCode, beside its DLL; it need not exist.
 [[nodiscard]] std::wstring OpenCodeDirectory();
 
+/// Held by whoever replaces the add-in's own copy, and by whoever runs it to learn its version: neither finds
+/// the other's work half done. The patience is for a version check, which takes 5 s at most.
+inline constexpr wchar_t kOwnCopyLock[] = L"Local\\Quorvantis.AgentInstaller";
+inline constexpr std::chrono::seconds kOwnCopyPatience{6};
+
 /// "opencode.exe" in a folder, or in the first of its subfolders that has one; empty when there is none.
 [[nodiscard]] std::wstring LocateOpenCode(const std::wstring& directory);
 
@@ -31,8 +37,11 @@ namespace qv {
 
 [[nodiscard]] Interpreters SystemInterpreters();
 
-/// What an executable says of itself when it is run with "--version", for at most 5 s; empty when nothing.
-/// Worker thread.
+/// All that an executable prints when it is run with "--version", for at most 5 s; empty when nothing. Worker
+/// thread.
+[[nodiscard]] std::string AgentVersionOutput(const std::wstring& path);
+
+/// The first line of that: what the executable says of itself.
 [[nodiscard]] std::wstring GetAgentVersion(const std::wstring& path);
 
 }  // namespace qv

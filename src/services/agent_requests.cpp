@@ -23,12 +23,18 @@ AgentReply Refusal(std::wstring_view error) {
   return {false, OutcomeJson(error)};
 }
 
-}  // namespace
-
-std::optional<ProxyAccess> AgentRequests::AccessFor(AgentKind kind) const {
+/// Only OpenCode uses the proxy; for the others what is given says nothing.
+std::optional<ProxyAccess> AccessFor(AgentKind kind,
+                                     const std::function<std::optional<ProxyAccess>()>& proxy) {
   if (kind != AgentKind::kOpenCode) return ProxyAccess();
-  return servers_.prepareLlmProxy ? servers_.prepareLlmProxy() : std::nullopt;
+  return proxy ? proxy() : std::nullopt;
 }
+
+AgentReply ConfigureReply(const ConfigureResult& result) {
+  return {result.success, ConfigureJson(result)};
+}
+
+}  // namespace
 
 std::optional<AgentReply> AgentRequests::Detect(std::wstring_view message) const {
   return Answer(message, [] { return AgentReply{true, AgentListJson(DetectAgents())}; });
@@ -37,12 +43,13 @@ std::optional<AgentReply> AgentRequests::Detect(std::wstring_view message) const
 std::optional<AgentReply> AgentRequests::Configure(std::wstring_view message) const {
   const auto kind = AgentKindOf(JsonGetString(message, L"id"));
   if (!kind) return Refusal(kUnknownAgentError);
-  const std::optional<ProxyAccess> access = AccessFor(*kind);
-  if (!access) return Refusal(kNoProxy);
-  return Answer(message, [kind = *kind, access = *access] {
-    const ConfigureResult result = ConfigureAgent(kind, access);
-    return AgentReply{result.success, ConfigureJson(result)};
-  });
+  const std::wstring path = AgentConfigPath(*kind);
+  // Without a path there is nothing to be told to the agent; the worker's answer says why.
+  const std::optional<ProxyAccess> access =
+      path.empty() ? ProxyAccess() : AccessFor(*kind, servers_.describeLlmProxy);
+  if (!access) return ConfigureReply({false, path, {}, kNoProxy});
+  return Answer(message,
+                [kind = *kind, access = *access] { return ConfigureReply(ConfigureAgent(kind, access)); });
 }
 
 std::optional<AgentReply> AgentRequests::Install(std::wstring_view message) const {
@@ -58,7 +65,7 @@ std::optional<AgentReply> AgentRequests::Launch(std::wstring_view message) const
   const auto kind = AgentKindOf(JsonGetString(message, L"id"));
   if (!kind) return Refusal(kUnknownAgentError);
   if (!servers_.prepareMcpServer || !servers_.prepareMcpServer()) return Refusal(kNoMcpServer);
-  const std::optional<ProxyAccess> access = AccessFor(*kind);
+  const std::optional<ProxyAccess> access = AccessFor(*kind, servers_.prepareLlmProxy);
   if (!access) return Refusal(kNoProxy);
   return Answer(message, [kind = *kind, access = *access] {
     const std::wstring error = LaunchAgent(kind, access);

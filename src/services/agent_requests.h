@@ -20,6 +20,8 @@ struct AgentServers {
   std::function<bool()> prepareMcpServer;
   /// How the proxy can be reached; nothing when it cannot.
   std::function<std::optional<ProxyAccess>()> prepareLlmProxy;
+  /// How the proxy will be reached once it runs; starts nothing. Nothing when it never will.
+  std::function<std::optional<ProxyAccess>()> describeLlmProxy;
 };
 
 /// What a page's question is answered with.
@@ -41,7 +43,7 @@ class AgentRequests {
 
   /// Which agents there are.
   [[nodiscard]] std::optional<AgentReply> Detect(std::wstring_view message) const;
-  /// Enters the tool server into the configuration of the agent "id".
+  /// Enters the tool server into the configuration of the agent "id". Starts no server.
   [[nodiscard]] std::optional<AgentReply> Configure(std::wstring_view message) const;
   /// Installs the add-in's own copy of OpenCode.
   [[nodiscard]] std::optional<AgentReply> Install(std::wstring_view message) const;
@@ -51,8 +53,6 @@ class AgentRequests {
  private:
   using Work = std::function<AgentReply()>;
 
-  /// Only OpenCode needs the proxy; for the others what is given says nothing.
-  [[nodiscard]] std::optional<ProxyAccess> AccessFor(AgentKind kind) const;
   /// Has a worker do the work and the page hear of it; a reply only when there is no worker to be had.
   [[nodiscard]] std::optional<AgentReply> Answer(std::wstring_view message, Work work) const;
 

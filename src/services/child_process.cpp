@@ -7,7 +7,9 @@
 #include <memory>
 
 #include "foundation/unique_handle.h"
+#include "services/agent_command.h"
 #include "services/agent_places.h"
+#include "services/console_start.h"
 
 namespace qv {
 namespace {
@@ -80,11 +82,14 @@ class Child {
     // Not the host's current directory: it may be a workbook's, and what lies there is nobody's to run or
     // load.
     const std::wstring folder = SystemDirectory();
+    // For what the child itself starts by name alone.
+    std::wstring environment =
+        WithEnvironment(CurrentEnvironment(), {{L"NoDefaultCurrentDirectoryInExePath", L"1"}});
     PROCESS_INFORMATION made{};
     constexpr DWORD kFlags =
         CREATE_NO_WINDOW | CREATE_UNICODE_ENVIRONMENT | CREATE_SUSPENDED | EXTENDED_STARTUPINFO_PRESENT;
     if (!CreateProcessW(application.empty() ? nullptr : application.c_str(), commandLine.data(), nullptr,
-                        nullptr, TRUE, kFlags, nullptr, folder.empty() ? nullptr : folder.c_str(),
+                        nullptr, TRUE, kFlags, environment.data(), folder.empty() ? nullptr : folder.c_str(),
                         &startup.StartupInfo, &made)) {
       return false;
     }

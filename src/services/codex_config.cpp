@@ -16,6 +16,12 @@ const TomlKey& EntryKey() {
   return key;
 }
 
+/// The environment of a server that is a program. Codex takes no file in which one stands beside an address.
+const TomlKey& EnvironmentKey() {
+  static const TomlKey key = {"mcp_servers", std::string(kMcpEntryName), "env"};
+  return key;
+}
+
 bool IsPrefix(const TomlKey& prefix, const TomlKey& key) {
   return prefix.size() <= key.size() && std::ranges::equal(prefix, std::span(key).first(prefix.size()));
 }
@@ -28,6 +34,7 @@ TomlKey Joined(const TomlKey& table, const TomlKey& key) {
 
 /// Whether a section of the entry's own could not stand beside this statement.
 bool ContradictsSection(const TomlStatement& statement, const TomlKey& table) {
+  if (statement.kind != Kind::kValue && IsPrefix(EnvironmentKey(), statement.key)) return true;
   if (statement.kind == Kind::kTable) return false;
   if (statement.kind == Kind::kArrayTable) return IsPrefix(statement.key, EntryKey());
   // What stands in the section itself goes with it, and its subtables may stand.

@@ -4,6 +4,7 @@
 
 #include <shellapi.h>
 
+#include <optional>
 #include <string_view>
 
 #include "foundation/text.h"
@@ -41,18 +42,40 @@ unsigned long ErrorOf(BOOL succeeded) {
   return succeeded ? ERROR_SUCCESS : GetLastError();
 }
 
+/// 0 when there is no desktop.
+DWORD DesktopProcess() {
+  DWORD id = 0;
+  GetWindowThreadProcessId(GetShellWindow(), &id);
+  return id;
+}
+
+UniqueKernelHandle TokenOf(HANDLE process, DWORD access) {
+  UniqueKernelHandle token;
+  // On failure the handle stays none.
+  static_cast<void>(OpenProcessToken(process, access, token.Put()));
+  return token;
+}
+
+/// Nothing when the token does not tell.
+std::optional<bool> IsElevated(HANDLE token) {
+  TOKEN_ELEVATION elevation{};
+  DWORD size = 0;
+  if (!GetTokenInformation(token, TokenElevation, &elevation, sizeof(elevation), &size)) return std::nullopt;
+  return elevation.TokenIsElevated != 0;
+}
+
 /// A token like that of the process that shows the desktop; none when there is no desktop.
 UniqueKernelHandle DesktopToken() {
   UniqueKernelHandle token;
-  DWORD id = 0;
-  GetWindowThreadProcessId(GetShellWindow(), &id);
+  const DWORD id = DesktopProcess();
   if (id == 0) {
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return token;
   }
   const UniqueKernelHandle process(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, id));
-  UniqueKernelHandle own;
-  if (!process || !OpenProcessToken(process.Get(), TOKEN_DUPLICATE, own.Put())) return token;
+  if (!process) return token;
+  const UniqueKernelHandle own = TokenOf(process.Get(), TOKEN_DUPLICATE);
+  if (!own) return token;
   constexpr DWORD kAccess =
       TOKEN_QUERY | TOKEN_ASSIGN_PRIMARY | TOKEN_DUPLICATE | TOKEN_ADJUST_DEFAULT | TOKEN_ADJUST_SESSIONID;
   // On failure the handle stays none.
@@ -90,13 +113,16 @@ unsigned long StartThroughShell(const ConsoleProgram& program, const std::wstrin
   return ErrorOf(ShellExecuteExW(&info));
 }
 
+DesktopShell FindDesktopShell() {
+  const DWORD id = DesktopProcess();
+  if (id == 0) return DesktopShell::kNone;
+  const UniqueKernelHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id));
+  const UniqueKernelHandle token = TokenOf(process.Get(), TOKEN_QUERY);
+  return IsElevated(token.Get()) == true ? DesktopShell::kElevated : DesktopShell::kUsual;
+}
+
 bool IsProcessElevated() {
-  UniqueKernelHandle token;
-  TOKEN_ELEVATION elevation{};
-  DWORD size = 0;
-  return OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, token.Put()) &&
-         GetTokenInformation(token.Get(), TokenElevation, &elevation, sizeof(elevation), &size) &&
-         elevation.TokenIsElevated != 0;
+  return IsElevated(TokenOf(GetCurrentProcess(), TOKEN_QUERY).Get()) == true;
 }
 
 std::wstring CurrentEnvironment() {

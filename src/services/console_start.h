@@ -26,6 +26,16 @@ struct ConsoleProgram {
 /// The same through the shell; the program gets this process's environment instead of the block.
 [[nodiscard]] unsigned long StartThroughShell(const ConsoleProgram& program, const std::wstring& directory);
 
+/// The process that shows the desktop, as somebody who wants its rights finds it.
+enum class DesktopShell {
+  kNone,
+  /// With an administrator's full rights, as where the system asks nobody before it grants them.
+  kElevated,
+  /// With the user's usual rights; also one whose rights cannot be read.
+  kUsual,
+};
+[[nodiscard]] DesktopShell FindDesktopShell();
+
 /// Whether this process has an administrator's full rights.
 [[nodiscard]] bool IsProcessElevated();
 

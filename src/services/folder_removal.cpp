@@ -41,6 +41,18 @@ bool WalkBelow(const std::wstring& directory, const std::function<bool(const Ent
   return true;
 }
 
+/// Nothing when there is nothing.
+std::optional<Entry> EntryAt(const std::wstring& path) {
+  const std::wstring longPath = LongPath(path);
+  const DWORD attributes = GetFileAttributesW(longPath.c_str());
+  return attributes == INVALID_FILE_ATTRIBUTES ? std::nullopt : std::optional(Entry{longPath, attributes});
+}
+
+/// Calls `visit` for everything below `top`, and at last for that itself, until it says false.
+void VisitAll(const Entry& top, const std::function<bool(const Entry&)>& visit) {
+  if (!IsRealFolder(top.attributes) || WalkBelow(top.path, visit)) static_cast<void>(visit(top));
+}
+
 /// Lifts a file's write protection for as long as this lives.
 class WithoutProtection {
  public:
@@ -59,20 +71,30 @@ class WithoutProtection {
   const Entry& entry_;
 };
 
-/// A program that runs, or a library that is loaded, cannot be opened for writing.
-bool IsInUse(const Entry& entry) {
-  if ((entry.attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
+/// Opens what is to be deleted, as an attempt: 0, or the system's error number. A program that runs, or a
+/// library that is loaded, cannot be opened for writing; a folder must be open to a look into it, and may be
+/// open elsewhere.
+DWORD TryOpen(const Entry& entry) {
   const WithoutProtection lifted(entry);
+  const bool isFolder = (entry.attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  const DWORD access = DELETE | (isFolder ? FILE_LIST_DIRECTORY : GENERIC_WRITE);
+  const DWORD share = isFolder ? FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE : 0;
+  // Of a link the link itself.
+  constexpr DWORD kFlags = FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT;
   const UniqueFile file(
-      CreateFileW(entry.path.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-  return !file && GetLastError() != ERROR_FILE_NOT_FOUND;
+      CreateFileW(entry.path.c_str(), access, share, nullptr, OPEN_EXISTING, kFlags, nullptr));
+  return file ? ERROR_SUCCESS : GetLastError();
+}
+
+bool IsGone(DWORD error) {
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
 bool Delete(const Entry& entry) {
   const WithoutProtection lifted(entry);
   const bool isFolder = (entry.attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
   const BOOL deleted = isFolder ? RemoveDirectoryW(entry.path.c_str()) : DeleteFileW(entry.path.c_str());
-  return deleted || GetLastError() == ERROR_FILE_NOT_FOUND || GetLastError() == ERROR_PATH_NOT_FOUND;
+  return deleted || IsGone(GetLastError());
 }
 
 std::wstring WithoutLongForm(const std::wstring& path) {
@@ -81,24 +103,31 @@ std::wstring WithoutLongForm(const std::wstring& path) {
 
 }  // namespace
 
-std::wstring FileInUseBelow(const std::wstring& directory) {
-  std::wstring inUse;
-  static_cast<void>(WalkBelow(LongPath(directory), [&](const Entry& entry) {
-    if (IsInUse(entry)) inUse = WithoutLongForm(entry.path);
-    return inUse.empty();
-  }));
-  return inUse;
+bool MeansInUse(unsigned long error) {
+  return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_USER_MAPPED_FILE;
+}
+
+std::optional<RemovalObstacle> FindRemovalObstacle(const std::wstring& directory) {
+  const std::optional<Entry> top = EntryAt(directory);
+  if (!top) return std::nullopt;
+  std::optional<RemovalObstacle> obstacle;
+  VisitAll(*top, [&](const Entry& entry) {
+    const DWORD error = TryOpen(entry);
+    if (error != ERROR_SUCCESS && !IsGone(error))
+      obstacle = RemovalObstacle{WithoutLongForm(entry.path), MeansInUse(error)};
+    return !obstacle;
+  });
+  return obstacle;
 }
 
 std::wstring DeleteFolder(const std::wstring& directory) {
-  const Entry top{LongPath(directory), GetFileAttributesW(LongPath(directory).c_str())};
-  if (top.attributes == INVALID_FILE_ATTRIBUTES) return {};
+  const std::optional<Entry> top = EntryAt(directory);
+  if (!top) return {};
   std::wstring kept;
-  const auto remove = [&](const Entry& entry) {
+  VisitAll(*top, [&](const Entry& entry) {
     if (!Delete(entry)) kept = WithoutLongForm(entry.path);
     return kept.empty();
-  };
-  if (!IsRealFolder(top.attributes) || WalkBelow(top.path, remove)) static_cast<void>(remove(top));
+  });
   return kept;
 }
 

@@ -50,10 +50,14 @@ ULONG SendMore(const HttpQueue& queue, HTTP_REQUEST_ID request, std::string_view
 
 }  // namespace
 
+void ListenerResponder::Send(ListenerStatus status, std::string_view body) {
+  if (!body.empty()) return Send(status, body, kJsonContentType);
+  static_cast<void>(SendHead(queue_, request_, status, {&kAnyOrigin, 1}, body, 0));
+}
+
 void ListenerResponder::Send(ListenerStatus status, std::string_view body, std::string_view contentType) {
   const ListenerHeader headers[] = {{"Content-Type", contentType}, kAnyOrigin};
-  const std::span<const ListenerHeader> all(headers);
-  static_cast<void>(SendHead(queue_, request_, status, body.empty() ? all.subspan(1) : all, body, 0));
+  static_cast<void>(SendHead(queue_, request_, status, headers, body, 0));
 }
 
 bool ListenerResponder::AnswerYield(const ListenerRequest& request, ListenerStatus refused) {

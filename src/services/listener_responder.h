@@ -27,8 +27,11 @@ class ListenerResponder {
  public:
   ListenerResponder(const HttpQueue& queue, HTTP_REQUEST_ID request) : queue_(queue), request_(request) {}
 
-  /// A whole answer; it has a "Content-Type" only with a body. A client that is gone is nobody's concern.
-  void Send(ListenerStatus status, std::string_view body, std::string_view contentType = kJsonContentType);
+  /// A whole answer of the service's own: JSON, or no body and then no "Content-Type". A client that is gone
+  /// is nobody's concern.
+  void Send(ListenerStatus status, std::string_view body);
+  /// The same with a type, which is named also where there is no body.
+  void Send(ListenerStatus status, std::string_view body, std::string_view contentType);
 
   /// Answers a request to yield and, when it is granted, ends the service after this request; false for any
   /// other request. `refused` is the status with which a yield without the header is turned away.

@@ -41,7 +41,7 @@ class LlmProxy::Relaying {
   LlmProxy& proxy_;
 };
 
-LlmProxy::LlmProxy(std::uint16_t port) : listener_(DescribeService(port)) {}
+LlmProxy::LlmProxy(std::uint16_t port) : newest_(*this), listener_(DescribeService(port)) {}
 
 ListenerService LlmProxy::DescribeService(std::uint16_t port) {
   ListenerService service;
@@ -52,21 +52,31 @@ ListenerService LlmProxy::DescribeService(std::uint16_t port) {
   };
   service.log = ProxyLog;
   service.wakeWaiters = [this] { CallOffExchange(); };
+  service.beforeYield = [this] { newest_.StopOther(); };
   return service;
 }
 
-bool LlmProxy::PrepareLlmProxy(std::wstring_view accessToken, const ServiceEndpoint& upstream) {
+std::wstring LlmProxy::EnsureProxyToken() {
   std::wstring proxyToken = GetProxyToken();
   if (proxyToken.empty()) {
     proxyToken = GenerateProxyToken();
     PaneLog(Concat(L"LLM Proxy token generated prefix=", LoggedPrefix(proxyToken)));
+    const std::scoped_lock lock(mutex_);
+    state_.proxyToken = proxyToken;
   }
+  return proxyToken;
+}
+
+bool LlmProxy::PrepareLlmProxy(std::wstring_view accessToken, const ServiceEndpoint& upstream) {
+  std::wstring proxyToken = EnsureProxyToken();
   {
     const std::scoped_lock lock(mutex_);
     state_ = {std::move(proxyToken), std::wstring(accessToken), upstream.host, upstream.port,
               upstream.secure};
   }
-  return listener_.Start();
+  const bool listens = listener_.Start();
+  if (listens) newest_.Mark();
+  return listens;
 }
 
 void LlmProxy::SetProxyAccessToken(std::wstring_view accessToken) {
@@ -117,9 +127,6 @@ void LlmProxy::ForwardChatCompletion(const ListenerRequest& request, const State
                                      ListenerResponder& responder) {
   const ServiceEndpoint upstream{state.upstreamHost, state.upstreamPort, state.upstreamSecure};
   const auto exchange = UpstreamExchange::Start(MakeForwardRequest(request, state.accessToken, upstream));
-  if (!exchange) {
-    return responder.Send({502, "Bad Gateway"}, UpstreamFailureBody(SendReceiveFailure(GetLastError())));
-  }
   const Relaying relaying(*this, exchange);
   RelayAnswer(*exchange, responder);
 }

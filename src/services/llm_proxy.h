@@ -9,6 +9,7 @@
 #include "foundation/service_endpoint.h"
 #include "services/llm_proxy_rules.h"
 #include "services/loopback_listener.h"
+#include "services/newest_in_process.h"
 #include "services/upstream_exchange.h"
 
 namespace qv {
@@ -24,15 +25,19 @@ class LlmProxy {
   LlmProxy(const LlmProxy&) = delete;
   LlmProxy& operator=(const LlmProxy&) = delete;
 
+  /// Makes the key, the first time: what agents must present as their API key. Nothing listens yet.
+  std::wstring EnsureProxyToken();
+
   /// Makes the key, the first time, takes the user's token and the service's address, and listens; true when
-  /// it does. Waits for the port's former owner, for half a minute at most.
+  /// it does. Waits for the port's former owner, for half a minute at most; one of this process is stopped,
+  /// with the answer that it is at.
   [[nodiscard]] bool PrepareLlmProxy(std::wstring_view accessToken, const ServiceEndpoint& upstream);
 
   /// The token that requests are forwarded with from now on, empty while nobody is signed in. Ignored by a
-  /// proxy that was never prepared.
+  /// proxy that has no key yet.
   void SetProxyAccessToken(std::wstring_view accessToken);
 
-  /// What agents must present as their API key; empty before the first preparation. Not for logs. Any thread.
+  /// What agents must present as their API key; empty before it is made. Not for logs. Any thread.
   [[nodiscard]] std::wstring GetProxyToken() const;
 
   [[nodiscard]] bool IsRunning() const { return listener_.IsRunning(); }
@@ -65,6 +70,7 @@ class LlmProxy {
   State state_;
   /// The one that the worker relays, if any.
   std::shared_ptr<UpstreamExchange> exchange_;
+  NewestInProcess<LlmProxy> newest_;
   /// Last, so that its worker has ended before the rest goes.
   LoopbackListener listener_;
 };

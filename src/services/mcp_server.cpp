@@ -7,9 +7,6 @@ namespace {
 
 constexpr ListenerStatus kOk{200, "OK"};
 
-/// The server of this process that took the port last. UI thread.
-McpServer* g_latest = nullptr;
-
 ListenerService Describe(McpDispatch dispatch, std::function<void()> wakeWaiters,
                          std::function<void()> beforeYield, std::uint16_t port) {
   ListenerService service;
@@ -29,23 +26,14 @@ ListenerService Describe(McpDispatch dispatch, std::function<void()> wakeWaiters
 }  // namespace
 
 McpServer::McpServer(McpDispatch dispatch, std::function<void()> wakeWaiters, std::uint16_t port)
-    : listener_(Describe(
-          std::move(dispatch), std::move(wakeWaiters), [this] { StopOtherPanes(); }, port)) {}
-
-McpServer::~McpServer() {
-  if (g_latest == this) g_latest = nullptr;
-}
+    : newest_(*this),
+      listener_(Describe(
+          std::move(dispatch), std::move(wakeWaiters), [this] { newest_.StopOther(); }, port)) {}
 
 bool McpServer::Start() {
   const bool started = listener_.Start();
-  if (started) g_latest = this;
+  if (started) newest_.Mark();
   return started;
-}
-
-void McpServer::StopOtherPanes() {
-  // Another pane's worker may wait for this thread with a tool call. It would not hear a request to yield
-  // while this thread waits for the answer.
-  if (g_latest != nullptr && g_latest != this) g_latest->Stop();
 }
 
 }  // namespace qv

@@ -6,11 +6,13 @@
 #include "services/loopback_listener.h"
 #include "services/mcp_json_rpc.h"
 #include "services/mcp_port.h"
+#include "services/newest_in_process.h"
 
 namespace qv {
 
 /// The tool server of one pane: coding agents on this machine call the workbook's tools through it. The
-/// newest starter of all panes and processes has the port; the others' servers stop. Host UI thread.
+/// newest starter of all panes and processes has the port; the others' servers stop. It stops when it goes.
+/// Host UI thread.
 class McpServer {
  public:
   /// `dispatch` is called on the server's worker and may wait for the UI thread; `wakeWaiters` ends such a
@@ -18,8 +20,6 @@ class McpServer {
   McpServer(McpDispatch dispatch, std::function<void()> wakeWaiters, std::uint16_t port = kMcpPort);
   McpServer(const McpServer&) = delete;
   McpServer& operator=(const McpServer&) = delete;
-  /// Stops.
-  ~McpServer();
 
   /// True when the server listens, also when it did before. Takes up to half a minute when the port's owner
   /// answers and does not let go.
@@ -28,9 +28,7 @@ class McpServer {
   [[nodiscard]] bool IsRunning() const { return listener_.IsRunning(); }
 
  private:
-  /// Of this process, when the port is taken.
-  void StopOtherPanes();
-
+  NewestInProcess<McpServer> newest_;
   LoopbackListener listener_;
 };
 

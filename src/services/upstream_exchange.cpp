@@ -13,11 +13,15 @@ namespace {
 /// No smaller than what the client reads at once.
 constexpr std::size_t kUnreadBytes = 16 * 1024;
 
-HttpResponse Aborted() {
+HttpResponse Failure(DWORD systemError) {
   HttpResponse response;
   response.error = L"HTTP request failed";
-  response.systemError = ERROR_OPERATION_ABORTED;
+  response.systemError = systemError;
   return response;
+}
+
+HttpResponse Aborted() {
+  return Failure(ERROR_OPERATION_ABORTED);
 }
 
 }  // namespace
@@ -47,7 +51,8 @@ std::shared_ptr<UpstreamExchange> UpstreamExchange::Start(HttpRequest request) {
   auto exchange = std::make_shared<UpstreamExchange>();
   const bool started = StartDetachedWorker(
       L"UpstreamExchange", [exchange, request = std::move(request)] { exchange->Run(request); });
-  return started ? exchange : nullptr;
+  if (!started) exchange->outcome_ = Failure(GetLastError());
+  return exchange;
 }
 
 void UpstreamExchange::Run(const HttpRequest& request) {

@@ -16,7 +16,7 @@ namespace qv {
 /// whoever reads is called off instead, and the thread ends by itself at the service's next word.
 class UpstreamExchange {
  public:
-  /// Null when no thread can be started.
+  /// One whose thread cannot be started has failed with the system's code.
   [[nodiscard]] static std::shared_ptr<UpstreamExchange> Start(HttpRequest request);
 
   /// Waits for status and Content-Type of the answer; nothing when there is none, see `Outcome`.

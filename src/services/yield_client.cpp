@@ -14,7 +14,7 @@ bool RequestYield(std::uint16_t port, const std::wstring& userAgent) {
   request.timeouts = {500, 500, 1000, 3000};
   // Whatever follows the head could follow for ever.
   request.headOnly = true;
-  return SendHttp(request).status != 0;
+  return SendHttp(request).ok;
 }
 
 }  // namespace qv

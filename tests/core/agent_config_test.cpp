@@ -44,8 +44,10 @@ TEST(CodexConfig, OneEntryComesLastAndTheRestStays) {
        "a = 1\r\n[b]\r\nc = 2\n\n" + kToml},
       {"a header spelled otherwise", "[ mcp_servers . \"qv-excel\" ] # old\nurl = 'u'\n", kToml},
       {"indented", "a = 1\n \t[mcp_servers.qv-excel]\nurl = \"u\"\n", "a = 1\n\n" + kToml},
-      {"its subtable stays", "[mcp_servers.qv-excel.env]\nK = \"v\"\n",
-       "[mcp_servers.qv-excel.env]\nK = \"v\"\n\n" + kToml},
+      {"its subtable stays", "[mcp_servers.qv-excel.tools.range]\napproval_mode = \"approve\"\n",
+       "[mcp_servers.qv-excel.tools.range]\napproval_mode = \"approve\"\n\n" + kToml},
+      {"another server's environment stays", "[mcp_servers.other.env]\nK = \"v\"\n",
+       "[mcp_servers.other.env]\nK = \"v\"\n\n" + kToml},
       {"a header inside a text is none",
        "notes = \"\"\"\n[mcp_servers.qv-excel]\n\\\"\"\"\"\"\nk = '''\n[x]'''\n",
        "notes = \"\"\"\n[mcp_servers.qv-excel]\n\\\"\"\"\"\"\nk = '''\n[x]'''\n\n" + kToml},
@@ -73,6 +75,9 @@ TEST(CodexConfig, WhatAnEntryWouldContradictIsLeftAlone) {
            "[mcp_servers]\n\"qv-excel\".url = \"u\"",
            "[[mcp_servers]]\na = 1",
            "[[mcp_servers.qv-excel]]\na = 1",
+           "[mcp_servers.qv-excel]\ncommand = \"x\"\n[mcp_servers.qv-excel.env]\nK = \"v\"\n",
+           "[mcp_servers.qv-excel.env]\nK = \"v\"\n[mcp_servers.qv-excel]\ncommand = \"x\"\n",
+           "[mcp_servers.\"qv-excel\".env.deeper]\nK = \"v\"\n",
            "a = [1, 2",
            "a = \"open\nb = 1",
            "a = \"\"\"open",
@@ -199,6 +204,15 @@ TEST(AgentConfig, AByteOrderMarkStaysAndOtherEncodingsAreLeftAlone) {
   EXPECT_EQ(WithMcpEntry(AgentKind::kCodex, mark), mark + kToml);
   EXPECT_TRUE(WithMcpEntry(AgentKind::kClaude, mark + "{}")->starts_with(mark + "{\n"));
   EXPECT_TRUE(PointsAtMcpServer(AgentKind::kCodex, mark + kToml));
+  EXPECT_TRUE(WithMcpEntry(AgentKind::kClaude, "{\"a\":\"\xF0\x9F\x98\x80\xEF\xBF\xBD\"}"));
+  EXPECT_TRUE(WithMcpEntry(AgentKind::kCodex, "a = \"\xE4\xB8\xAD\" # \xC3\xBC\n"));
+  // A stray byte, a cut, an overlong and a surrogate sequence, one that is beyond Unicode, zero bytes.
+  for (const std::string& bytes :
+       {std::string("\xFF"), std::string("\xC3"), std::string("\xC0\xAF"), std::string("\xED\xA0\x80"),
+        std::string("\xF4\x90\x80\x80"), std::string("\0", 1)}) {
+    EXPECT_FALSE(WithMcpEntry(AgentKind::kCodex, "a = 1 # " + bytes + "\n")) << bytes;
+    EXPECT_FALSE(WithMcpEntry(AgentKind::kClaude, "{\"a\":\"" + bytes + "\"}")) << bytes;
+  }
   for (const AgentKind kind : {AgentKind::kCodex, AgentKind::kClaude})
     EXPECT_FALSE(WithMcpEntry(kind, std::string("\xFF\xFE{\0}\0", 6)));
 }

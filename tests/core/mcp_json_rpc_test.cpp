@@ -109,11 +109,23 @@ TEST(McpJsonRpc, IdsAreEchoedAsNumbersAndEveryMessageIsAnswered) {
       {LR"({"id":"abc","method":"x"})", L"0"},
       {LR"({"id":"7","method":"x"})", L"0"},
       {LR"({"id":null,"method":"x"})", L"0"},
-      {LR"({"id":99999999999999999999,"method":"x"})", L"2147483647"},
+      {LR"({"id":1732244595123,"method":"x"})", L"1732244595123"},
+      {LR"({"id":9223372036854775807,"method":"x"})", L"9223372036854775807"},
+      {LR"({"id":99999999999999999999,"method":"x"})", L"9223372036854775807"},
+      {LR"({"id":-99999999999999999999,"method":"x"})", L"-9223372036854775808"},
+      {LR"({"id":2.5,"method":"x"})", L"2"},
       {LR"({"jsonrpc":"2.0","method":"notifications/initialized"})", L"0"},
       // An id or a method inside of a value is not the message's.
       {LR"({"method":"x","params":{"id":5,"a":["id",6]},"id":4})", L"4"},
       {LR"({"params":{"method":"tools/list","a":"\"method\":\"tools/list\""},"method":"x","id":2})", L"2"},
+      {LR"({"method":"notifications/cancelled","params":{"id":5,"reason":"\"id\":6"}})", L"0"},
+      {LR"({"id":3,"params":{"method":"tools/list"}})", L"3"},
+      {L"\xFEFF"
+       LR"({"method":"x","params":{"id":5},"id":4})",
+       L"4"},
+      {L"\xFEFF"
+       LR"({"method":"x","params":{"id":5}})",
+       L"0"},
       {L"", L"0"},
       {L"[]", L"0"},
       {L"no JSON", L"0"},
@@ -139,7 +151,10 @@ TEST(McpJsonRpc, OnlyAKnownPairOfToolAndActionIsCalled) {
       {LR"({"name":"a\"\n","arguments":{"action":"\\"}})", LR"(a\"\n/\\)"},
       // The action is the argument's own, not that of a cell.
       {LR"({"name":"range","arguments":{"values":[{"action":"read"}],"action":"erase"}})", L"range/erase"},
+      {LR"({"name":"range","arguments":{"values":[{"action":"read"}]}})", L"range/"},
       {LR"({"arguments":{"action":"list","name":"worksheet"},"name":"sheet"})", L"sheet/list"},
+      {LR"({"arguments":{"action":"list","name":"worksheet"}})", L"/list"},
+      {LR"({"name":"range","meta":{"arguments":{"action":"read"}}})", L"range/"},
       {L"[]", L"/"},
       {L"7", L"/"},
   };

@@ -14,7 +14,8 @@ ROOT = Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(ROOT / "devhost" / "client"))
 
 from calc_office import book, office, sheet  # noqa: E402,F401  (fixtures)
-from devhost_client import Devhost, unix_path  # noqa: E402
+from devhost_client import unix_path  # noqa: E402
+from kept_secrets import WatchedHost, files_below, leaks  # noqa: E402
 from llm_proxy import ScriptedModel, free_port  # noqa: E402
 from local_service import LocalService  # noqa: E402
 from panel_driver import SLOW_TEXTS, open_signed_in, slow_down  # noqa: E402
@@ -109,9 +110,9 @@ def hosts_with(service, tmp_path, *always):
     hosts = []
 
     def start(workbook=SAMPLE, *arguments):
-        host = Devhost("--workbook", workbook, "--engine", "calc", "--service", service.url, "--authority",
-                       service.authority, *always, *arguments, log_path=tmp_path / f"devhost-{len(hosts)}.log",
-                       env={"QV_SKIP_BUILD": "1"})
+        host = WatchedHost("--workbook", workbook, "--engine", "calc", "--service", service.url, "--authority",
+                           service.authority, *always, *arguments, log_path=tmp_path / f"devhost-{len(hosts)}.log",
+                           env={"QV_SKIP_BUILD": "1"})
         hosts.append(host)
         return host
 
@@ -149,6 +150,16 @@ def profile_path(part):
     """A path of the scratch user's profile."""
     user = pwd.getpwuid(os.getuid()).pw_name
     return unix_path(rf"C:\users\{user}\{part}")
+
+
+@pytest.fixture(scope="session", autouse=True)
+def secrets_stay_where_they_belong(tmp_path_factory):
+    """After the last test no user's token and no key of a proxy is in what the hosts have left, or have told a page."""
+    yield
+    left = files_below(profile_path(""))
+    left |= {path: path.read_bytes() for path in tmp_path_factory.getbasetemp().rglob("devhost-*.log")}
+    left["what pages were told"] = b"\n".join(WatchedHost.told)
+    assert leaks(left, WatchedHost.tokens) == {}
 
 
 @contextlib.contextmanager

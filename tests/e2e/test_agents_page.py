@@ -186,6 +186,29 @@ def test_another_agent_is_connected_beside_what_it_had_and_is_given_no_key(start
     assert not (profile / "Quorvantis" / "opencode-workspace" / "opencode.json").exists()
 
 
+def test_each_panes_proxy_asks_for_the_user_of_its_own_page(model_service, start_model, make_book, profile, tmp_path):
+    start_model([{"say": "to the first"}])
+    config = profile / "Quorvantis" / "opencode-workspace" / "opencode.json"
+
+    def answer_by(pane):
+        host.do("post", pane=pane, message={"action": "installAgentMcp", "id": "opencode", "requestId": f"pane{pane}"})
+        host.wait(f'"requestId":"pane{pane}"')
+        key = json.loads(config.read_text("utf-8"))["provider"]["quorvantis"]["options"]["apiKey"]
+        [answer] = ask(BASE_URL, key, QUESTION)
+        return answer["message"]
+
+    with hosts_with(model_service, tmp_path) as start:
+        host = start(make_book(["one"]))
+        panes = [1, host.do("open-pane")["pane"], host.do("open-pane")["pane"]]
+        wait_until(host, lambda: all(pane["views"] for pane in host.do("panes")["panes"]), "the panes' pages")
+        for pane, token in zip(panes, ("dev-somebody", "unknown-user")):
+            host.do("post", pane=pane, message={"action": "setAccessToken", "accessToken": token})
+        # The latest token of the process is nobody's, and so is that of a pane whose page has said nothing.
+        assert answer_by(panes[2]) == "401 not signed in"
+        assert answer_by(panes[1]) == "401 not signed in"
+        assert answer_by(panes[0])["content"] == "to the first"
+
+
 def assert_secrets_are_kept(page, key, tmp_path, config):
     """The key stands in OpenCode's configuration alone, the token goes to the page alone: neither is in a log, in the
     settings, in an answer, or in a file that was left behind."""

@@ -4,6 +4,7 @@
 #include "addin/ribbon_labels.h"
 #include "foundation/catalog.h"
 #include "foundation/text.h"
+#include "foundation/unique_handle.h"
 #include "host/addin_library.h"
 #include "host/host_dispatch.h"
 #include "host/message_pump.h"
@@ -215,12 +216,13 @@ TEST_F(LanguageDialog, RefreshesARibbonThatAnswersByNameOnly) {
 
 TEST_F(LanguageDialog, StaysOpenWhenTheChoiceCannotBeStored) {
   const std::string before = SettingsFile::Text();
-  // Where the new file would be written first.
-  const fs::path blocked = SettingsFile::Path().native() + L".tmp";
-  ASSERT_TRUE(fs::create_directory(blocked));
+  // Open without leave to replace it.
+  UniqueFile blocked(CreateFileW(SettingsFile::Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                 OPEN_EXISTING, 0, nullptr));
+  ASSERT_TRUE(blocked);
   bool stayed = false;
   Choose({Select(kGermanRow), Push(IDOK), [&](HWND) { stayed = true; }, Push(IDCANCEL)});
-  fs::remove(blocked);
+  blocked.Reset();
   EXPECT_TRUE(stayed);
   EXPECT_EQ(boxes_.Count(), 1);
   EXPECT_EQ(boxes_.Title(), L"Display language");

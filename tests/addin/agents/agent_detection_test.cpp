@@ -9,6 +9,7 @@
 #include "services/agent_places.h"
 #include "services/child_process.h"
 #include "services/find_executable.h"
+#include "services/named_lock.h"
 
 namespace qv {
 namespace {
@@ -74,6 +75,13 @@ TEST_F(AgentDetection, ProgramsDoNotRunInTheHostsCurrentFolder) {
   EXPECT_TRUE(EqualsIgnoreAsciiCase(folder, SystemDirectory())) << ToUtf8(folder);
 }
 
+TEST_F(AgentDetection, ProgramsStartNothingFromTheirCurrentFolder) {
+  const std::wstring script = In(L"where.cmd");
+  WriteBytes(script, "@echo %NoDefaultCurrentDirectoryInExePath% %QV_TEST_OWN%\r\n");
+  SetVariable(L"QV_TEST_OWN", L"and the user's own");
+  EXPECT_EQ(GetAgentVersion(script), L"1 and the user's own");
+}
+
 TEST_F(AgentDetection, OutputOfAnySizeIsTakenAndAChildThatHoldsThePipeIsNotWaitedFor) {
   const std::wstring program = AddProgram(L"agent.exe");
   for (const wchar_t* manner : {L"flood", L"child"}) {
@@ -119,14 +127,22 @@ TEST_F(AgentDetection, EveryAgentIsReportedInOrder) {
 TEST_F(AgentDetection, OpenCodesOwnCopyGoesAheadOfThePath) {
   AddProgram(L"opencode.exe");
   EXPECT_EQ(AgentExecutable(AgentKind::kOpenCode), Programs() + L"\\opencode.exe");
-  const std::wstring own = OpenCodeDirectory() + L"\\v1\\opencode.exe";
-  fs::create_directories(OpenCodeDirectory() + L"\\v1");
-  WriteBytes(own, TestAgentBytes());
+  const OwnCopy own;
   const AgentInfo agent = DetectAgents()[0];
-  fs::remove_all(fs::path(OpenCodeDirectory()).parent_path());
-  EXPECT_EQ(agent.path, own);
+  EXPECT_EQ(agent.path, own.Path());
   EXPECT_EQ(agent.version, L"9.8.7 (Test Agent)");
   EXPECT_TRUE(agent.bundled);
+}
+
+TEST_F(AgentDetection, AnOwnCopyThatIsBeingReplacedIsNotRun) {
+  const OwnCopy own;
+  AddProgram(L"codex.exe");
+  const NamedLock installation(kOwnCopyLock, std::chrono::milliseconds(0));
+  ASSERT_TRUE(installation);
+  const std::vector<AgentInfo> agents = DetectAgents();
+  EXPECT_EQ(agents[0].path, own.Path());
+  EXPECT_EQ(agents[0].version, L"");
+  EXPECT_EQ(agents[2].version, L"9.8.7 (Test Agent)");
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <windows.h>
 
 #include <atomic>
+#include <functional>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -44,19 +46,19 @@ TEST_F(AgentFiles, AMissingFileIsMadeWithItsFolderAndNoBackup) {
 }
 
 TEST_F(AgentFiles, AFileIsCopiedBeforeItIsChanged) {
-  WriteBytes(Claude(), "{\"a\":\"\xFF\"}");
+  WriteBytes(Claude(), "{\"a\":\"\xC3\xBC\"}");
   const ConfigureResult result = ConfigureAgent(AgentKind::kClaude, {});
   EXPECT_TRUE(result.success);
   const std::wstring head = Claude() + L".backup.20";
   EXPECT_EQ(result.backupPath.substr(0, head.size()), head);
   EXPECT_EQ(result.backupPath.size(), Claude().size() + 8 + 15);
-  EXPECT_EQ(ReadBytes(result.backupPath), "{\"a\":\"\xFF\"}");
-  EXPECT_EQ(ReadBytes(Claude()), WithMcpEntry(AgentKind::kClaude, "{\"a\":\"\xFF\"}"));
+  EXPECT_EQ(ReadBytes(result.backupPath), "{\"a\":\"\xC3\xBC\"}");
+  EXPECT_EQ(ReadBytes(Claude()), WithMcpEntry(AgentKind::kClaude, "{\"a\":\"\xC3\xBC\"}"));
   EXPECT_EQ(Beside().size(), 1U);
   // Once more: one entry, and another backup once the second has passed.
   EXPECT_TRUE(
       PumpUntil([&] { return ConfigureAgent(AgentKind::kClaude, {}).backupPath != result.backupPath; }));
-  EXPECT_EQ(ReadBytes(Claude()), WithMcpEntry(AgentKind::kClaude, "{\"a\":\"\xFF\"}"));
+  EXPECT_EQ(ReadBytes(Claude()), WithMcpEntry(AgentKind::kClaude, "{\"a\":\"\xC3\xBC\"}"));
   EXPECT_EQ(Beside().size(), 2U);
 }
 
@@ -66,6 +68,7 @@ TEST_F(AgentFiles, WhatCannotBeChangedSafelyStaysAsItIs) {
   EXPECT_FALSE(result.success);
   EXPECT_EQ(result.error, L"配置文件的格式无法识别，或 qv-excel 以其他写法定义，文件未修改");
   EXPECT_EQ(ReadBytes(Claude()), "{\"a\":1,}");
+  EXPECT_EQ(Beside().size(), 0U);
 
   WriteBytes(Claude(), "{}");
   {
@@ -76,11 +79,14 @@ TEST_F(AgentFiles, WhatCannotBeChangedSafelyStaysAsItIs) {
   }
   EXPECT_EQ(Beside().size(), 0U);
 
-  fs::create_directories(Claude() + L".tmp");
+  const UniqueFile kept(
+      CreateFileW(Claude().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
   result = ConfigureAgent(AgentKind::kClaude, {});
   EXPECT_FALSE(result.success);
   EXPECT_TRUE(result.error.starts_with(L"写入配置文件失败 (")) << ToUtf8(result.error);
   EXPECT_EQ(ReadBytes(Claude()), "{}");
+  for (const std::wstring& name : Beside())
+    EXPECT_TRUE(name.starts_with(L".claude.json.backup.")) << ToUtf8(name);
 }
 
 TEST_F(AgentFiles, WithoutABackupNothingIsChanged) {
@@ -115,6 +121,83 @@ TEST_F(AgentFiles, WithoutAProfileThereIsNoPath) {
     EXPECT_EQ(result.error, L"无法确定该 Agent 的配置文件路径");
     EXPECT_EQ(WriteOpenCodeConfig({}), L"无法确定该 Agent 的配置文件路径");
   }
+}
+
+/// Somebody who writes Claude's file anew, as agents do: emptied first, then bit by bit.
+class Owner {
+ public:
+  Owner(const std::wstring& path, DWORD disposition)
+      : file_(CreateFileW(path.c_str(), GENERIC_WRITE, kShareAll, nullptr, disposition, 0, nullptr)) {
+    EXPECT_TRUE(file_);
+  }
+  void Write(std::string_view text) {
+    DWORD written = 0;
+    EXPECT_TRUE(WriteFile(file_.Get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr));
+  }
+  void Close() { file_.Reset(); }
+
+ private:
+  static constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  UniqueFile file_;
+};
+
+TEST_F(AgentFiles, AFileThatItsOwnerIsWritingIsWaitedFor) {
+  const std::string whole = R"({"userID": "theirs"})";
+  const struct {
+    const char* what;
+    std::function<std::function<void()>()> begin;
+  } cases[] = {
+      {"emptied, and still open",
+       [&] {
+         WriteBytes(Claude(), whole);
+         const auto owner = std::make_shared<Owner>(Claude(), TRUNCATE_EXISTING);
+         return [&, owner] {
+           owner->Write(whole);
+           owner->Close();
+         };
+       }},
+      {"emptied, to be opened again",
+       [&] {
+         WriteBytes(Claude(), "");
+         return [&] { WriteBytes(Claude(), whole); };
+       }},
+      {"half there",
+       [&] {
+         WriteBytes(Claude(), whole.substr(0, 9));
+         return [&] { WriteBytes(Claude(), whole); };
+       }},
+      {"missing, to be made",
+       [&] {
+         fs::remove(Claude());
+         return [&] { Owner(Claude(), CREATE_NEW).Write(whole); };
+       }},
+  };
+  for (const auto& c : cases) {
+    const std::function<void()> finish = c.begin();
+    std::thread owner([&] {
+      // Well inside the time between the first look and the second.
+      Sleep(100);
+      finish();
+    });
+    const ConfigureResult result = ConfigureAgent(AgentKind::kClaude, {});
+    owner.join();
+    EXPECT_TRUE(result.success) << c.what << ": " << ToUtf8(result.error);
+    EXPECT_EQ(ReadBytes(Claude()), WithMcpEntry(AgentKind::kClaude, whole)) << c.what;
+    EXPECT_EQ(ReadBytes(result.backupPath), whole) << c.what;
+    fs::remove(result.backupPath);
+  }
+  EXPECT_EQ(Beside(), std::vector<std::wstring>());
+}
+
+TEST_F(AgentFiles, AnOwnerWhoDoesNotFinishIsLeftAlone) {
+  WriteBytes(Claude(), "");
+  Owner owner(Claude(), OPEN_EXISTING);
+  const ConfigureResult result = ConfigureAgent(AgentKind::kClaude, {});
+  EXPECT_FALSE(result.success);
+  EXPECT_EQ(result.error, L"无法读取该 Agent 的配置文件");
+  owner.Write("{}");
+  owner.Close();
+  EXPECT_EQ(ReadBytes(Claude()), "{}");
 }
 
 TEST_F(AgentFiles, WritersTakeTurns) {

@@ -11,6 +11,8 @@
 #include "foundation/unique_handle.h"
 #include "loopback_listener.h"
 #include "loopback_server.h"
+#include "services/agent_detection.h"
+#include "services/agent_places.h"
 #include "services/folder_removal.h"
 #include "services/named_lock.h"
 #include "services/package_unpack.h"
@@ -74,9 +76,9 @@ TEST_F(AgentInstaller, APackageReplacesAnOlderCopyWhole) {
   EXPECT_EQ(ReadBytes(Target() + L"\\docs\\\u4E2D.txt"), "text");
   const std::wstring log = Log();
   std::size_t at = 0;
-  for (const wchar_t* line :
-       {L"[AgentInstaller] file URL copy: ", L"[AgentInstaller] downloaded zip to ",
-        L"[AgentInstaller] tar extract ok: ", L"[AgentInstaller] opencode version: 9.8.7 (Test Agent)\r\n"}) {
+  for (const wchar_t* line : {L"[AgentInstaller] file URL copy: ", L"[AgentInstaller] downloaded zip to ",
+                              L"[AgentInstaller] tar extract ok: ",
+                              L"[AgentInstaller] opencode version: 9.8.7 (Test Agent)\r\nsecond line\r\n"}) {
     at = log.find(line, at);
     EXPECT_NE(at, std::wstring::npos) << ToUtf8(line);
   }
@@ -210,9 +212,42 @@ TEST_F(AgentInstaller, ACopyThatRunsStaysWhole) {
         << ToUtf8(name);
 }
 
+TEST(FolderRemoval, WhatIsInUseIsToldFromWhatIsForbidden) {
+  for (const DWORD error : {ERROR_SHARING_VIOLATION, ERROR_LOCK_VIOLATION, ERROR_USER_MAPPED_FILE})
+    EXPECT_TRUE(MeansInUse(error)) << error;
+  for (const DWORD error : {ERROR_ACCESS_DENIED, ERROR_WRITE_PROTECT, ERROR_PRIVILEGE_NOT_HELD})
+    EXPECT_FALSE(MeansInUse(error)) << error;
+}
+
+TEST_F(AgentInstaller, AFolderThatSomebodyWorksInIsInUse) {
+  fs::create_directories(Target() + L"\\old");
+  WriteBytes(Target() + L"\\a.txt", "kept");
+  {
+    const UniqueFile open(CreateFileW((Target() + L"\\old").c_str(), FILE_LIST_DIRECTORY,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    ASSERT_TRUE(open);
+    EXPECT_EQ(Install(Package(FlatZip())).error, L"旧版本正在使用，未作修改：" + Target() + L"\\old");
+    EXPECT_EQ(ReadBytes(Target() + L"\\a.txt"), "kept");
+  }
+  EXPECT_TRUE(Install(Package(FlatZip())).success);
+}
+
+TEST_F(AgentInstaller, AVersionCheckOfTheOwnCopyIsWaitedFor) {
+  const OwnCopy own;
+  SetVariable(L"QV_TEST_AGENT", L"hang");
+  std::thread detection([] { EXPECT_EQ(DetectAgents()[0].version, L"0.1 (stopped"); });
+  // Until the check has begun nobody else is kept out.
+  EXPECT_TRUE(PumpUntil([] { return !NamedLock(kOwnCopyLock, std::chrono::milliseconds(0)); }));
+  SetVariable(L"QV_TEST_AGENT", nullptr);
+  const InstallResult result = Install(Package(FlatZip()));
+  EXPECT_TRUE(result.success) << ToUtf8(result.error);
+  detection.join();
+}
+
 TEST_F(AgentInstaller, OneInstallationRunsAtATime) {
   InstallResult result;
-  const NamedLock lock(L"Local\\Quorvantis.AgentInstaller", std::chrono::milliseconds(0));
+  const NamedLock lock(kOwnCopyLock, std::chrono::milliseconds(0));
   ASSERT_TRUE(lock);
   std::thread([&] { result = Install(Package(FlatZip())); }).join();
   EXPECT_FALSE(result.success);

@@ -4,6 +4,7 @@
 
 #include "foundation/logging.h"
 #include "foundation/text.h"
+#include "services/agent_places.h"
 #include "services/find_executable.h"
 
 namespace qv {
@@ -57,6 +58,24 @@ std::wstring AgentWorld::AddBatch(std::wstring_view name) const {
 
 std::wstring AgentWorld::Log() const {
   return LogText().substr(logged_);
+}
+
+OwnCopy::OwnCopy() {
+  std::filesystem::create_directories(std::filesystem::path(Path()).parent_path());
+  WriteBytes(Path(), TestAgentBytes());
+}
+
+OwnCopy::~OwnCopy() {
+  // A program that has just been ended is still held for a moment.
+  std::error_code busy;
+  EXPECT_TRUE(PumpUntil([&] {
+    std::filesystem::remove_all(std::filesystem::path(OpenCodeDirectory()).parent_path(), busy);
+    return !std::filesystem::exists(OpenCodeDirectory());
+  }));
+}
+
+std::wstring OwnCopy::Path() {
+  return OpenCodeDirectory() + L"\\v1\\opencode.exe";
 }
 
 bool PumpUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {

@@ -40,6 +40,17 @@ class AgentWorld : public testing::Test {
   std::size_t logged_ = 0;
 };
 
+/// An add-in that has a copy of OpenCode of its own, one folder down.
+class OwnCopy {
+ public:
+  OwnCopy();
+  OwnCopy(const OwnCopy&) = delete;
+  OwnCopy& operator=(const OwnCopy&) = delete;
+  ~OwnCopy();
+
+  [[nodiscard]] static std::wstring Path();
+};
+
 /// Runs this thread's messages until the condition holds; false after the limit.
 [[nodiscard]] bool PumpUntil(const std::function<bool()>& condition,
                              std::chrono::milliseconds limit = std::chrono::seconds(30));

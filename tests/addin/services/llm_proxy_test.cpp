@@ -109,8 +109,11 @@ TEST_F(LlmProxyTest, TheKeyIsMadeOnceAndTheUsersTokenMayChangeAnyTime) {
   EXPECT_NE(key, L"qv_" + std::wstring(64, L'0'));
   LlmProxy other(ClosedPort());
   EXPECT_EQ(other.GetProxyToken(), L"");
+  const std::wstring early = other.EnsureProxyToken();
+  EXPECT_FALSE(other.IsRunning());
   ASSERT_TRUE(other.PrepareLlmProxy(kUserToken, upstream_.Endpoint()));
-  EXPECT_NE(other.GetProxyToken(), key);
+  EXPECT_EQ(other.GetProxyToken(), early);
+  EXPECT_NE(early, key);
   EXPECT_TRUE(Prepare());
   EXPECT_EQ(proxy_.GetProxyToken(), key);
   for (const std::string token : {"second", "third"}) {
@@ -178,6 +181,9 @@ TEST_F(LlmProxyTest, AnswersPassWithTheirStatusTypeAndBody) {
       {"302 Found\r\nLocation: http://127.0.0.1:1/\r\nContent-Type: text/html\r\n", "moved", "302",
        "text/html"},
       {"200 OK\r\nContent-Type: " + std::string(300, 'x') + "\r\n", "long", "200", "application/json"},
+      {"500 Oops\r\nContent-Type: text/plain\r\n", "", "500", "text/plain"},
+      {"200 OK\r\n", "", "200", "application/json"},
+      {"000 None\r\n", "no status", "200", "application/json"},
   };
   for (const Case& c : cases) {
     HttpClient client(port_);
@@ -286,6 +292,23 @@ TEST_F(LlmProxyTest, ANewerProxyTakesThePortAndTheOlderKeyOpensNothingThere) {
   EXPECT_TRUE(Eventually([&] { return !proxy_.IsRunning(); }));
   EXPECT_EQ(BodyOf(Ask(port_, Chat("{}"))),
             R"({"error":{"message":"invalid api key","type":"unauthorized"}})");
+}
+
+TEST_F(LlmProxyTest, AStreamOfAnOlderProxyOfTheProcessDoesNotHoldUpTheNewer) {
+  HttpClient client(port_);
+  client.Send(Chat("{}"));
+  static_cast<void>(upstream_.TakeRequest());
+  upstream_.Say(kStreamHead);
+  static_cast<void>(client.ReadUntil("\r\n\r\n"));
+  LlmProxy newer(port_);
+  const ULONGLONG begin = GetTickCount64();
+  EXPECT_TRUE(newer.PrepareLlmProxy(kUserToken, upstream_.Endpoint()));
+  // The stop's grace, and less than it takes to ask somebody who is busy to yield.
+  EXPECT_LT(GetTickCount64() - begin, 3'000u);
+  EXPECT_FALSE(proxy_.IsRunning());
+  // And back, so that neither remembers one that is gone.
+  EXPECT_TRUE(Prepare());
+  EXPECT_FALSE(newer.IsRunning());
 }
 
 TEST_F(LlmProxyTest, TheLogHoldsNeitherTheKeyNorTheUsersToken) {

@@ -62,6 +62,7 @@ TEST(LoopbackListener, AnswersHaveTheirHeadersAndNoOthers) {
   struct Case {
     ListenerStatus status;
     std::string body;
+    /// Null for an answer of the service's own.
     const char* contentType;
     std::string start;
     std::string end;
@@ -69,7 +70,7 @@ TEST(LoopbackListener, AnswersHaveTheirHeadersAndNoOthers) {
   const Case cases[] = {
       {{200, "OK"},
        "{}",
-       "application/json",
+       nullptr,
        "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nAccess-Control-Allow-Origin: *\r\nServer: ",
        "Content-Length: 2\r\n\r\n{}"},
       {{502, "Bad Gateway"},
@@ -80,13 +81,19 @@ TEST(LoopbackListener, AnswersHaveTheirHeadersAndNoOthers) {
        "Content-Length: 1\r\n\r\nx"},
       {{204, "No Content"},
        "",
-       "application/json",
+       nullptr,
        "HTTP/1.1 204 No Content\r\nAccess-Control-Allow-Origin: *\r\nServer: ",
        " GMT\r\n\r\n"},
+      {{500, "OK"},
+       "",
+       "text/html",
+       "HTTP/1.1 500 OK\r\nContent-Type: text/html\r\nAccess-Control-Allow-Origin: *\r\nServer: ",
+       "Content-Length: 0\r\n\r\n"},
   };
   for (const Case& c : cases) {
     EchoService echo;
     echo.service.handle = [&c](const ListenerRequest&, ListenerResponder& responder) {
+      if (c.contentType == nullptr) return responder.Send(c.status, c.body);
       responder.Send(c.status, c.body, c.contentType);
     };
     LoopbackListener listener(echo.service);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "foundation/file_replacement.h"
 #include "foundation/host_session.h"
 #include "foundation/settings.h"
 #include "foundation/text.h"

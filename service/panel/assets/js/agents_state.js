@@ -75,6 +75,7 @@ export const ERRORS = {
 /** The add-in's texts that end with what they are about. @type {Record<string, string>} */
 export const ERROR_STARTS = {
   '旧版本正在使用，未作修改：': 'agents.inUse',
+  '没有权限删除旧版本，未作修改：': 'agents.noRights',
   '旧版本未能完全删除：': 'agents.notDeleted',
   '写入配置文件失败 ': 'agents.writeFailed',
 };

@@ -489,6 +489,7 @@ export default {
   'agents.packageFailed': 'لا يمكن استخدام الحزمة.',
   'agents.folderFailed': 'تعذر إنشاء مكان لها على هذا الكمبيوتر.',
   'agents.inUse': 'النسخة السابقة قيد الاستخدام ولم تُغيَّر: {message}',
+  'agents.noRights': 'لا يملك هذا المستخدم صلاحية حذف النسخة السابقة، ولم تُغيَّر: {message}',
   'agents.notDeleted': 'تعذر حذف النسخة السابقة كاملة: {message}',
   'agents.launchFailed': 'تعذر بدء التشغيل.',
   'agents.configUnreadable': 'تعذرت قراءة ملف الإعداد ولم يُغيَّر.',

@@ -492,6 +492,7 @@ export default {
   'agents.packageFailed': 'Das Paket ist nicht zu gebrauchen.',
   'agents.folderFailed': 'Auf diesem Computer ließ sich kein Platz dafür anlegen.',
   'agents.inUse': 'Die frühere Kopie ist in Gebrauch und blieb unverändert: {message}',
+  'agents.noRights': 'Dieser Benutzer darf die frühere Kopie nicht löschen; sie blieb unverändert: {message}',
   'agents.notDeleted': 'Die frühere Kopie ließ sich nicht ganz löschen: {message}',
   'agents.launchFailed': 'Der Start ist nicht gelungen.',
   'agents.configUnreadable': 'Die Konfiguration war nicht zu lesen und blieb unverändert.',

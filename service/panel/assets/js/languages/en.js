@@ -490,6 +490,7 @@ export default {
   'agents.packageFailed': 'The package could not be used.',
   'agents.folderFailed': 'No place for it could be made on this computer.',
   'agents.inUse': 'The earlier copy is in use and was left alone: {message}',
+  'agents.noRights': 'This user may not delete the earlier copy, which was left alone: {message}',
   'agents.notDeleted': 'The earlier copy could not be deleted as a whole: {message}',
   'agents.launchFailed': 'It could not be started.',
   'agents.configUnreadable': 'The configuration could not be read, and was left alone.',

@@ -490,6 +490,7 @@ export default {
   'agents.packageFailed': 'El paquete no se puede usar.',
   'agents.folderFailed': 'No se pudo crear un lugar para él en este equipo.',
   'agents.inUse': 'La copia anterior está en uso y no se ha cambiado: {message}',
+  'agents.noRights': 'Este usuario no puede eliminar la copia anterior, que no se ha cambiado: {message}',
   'agents.notDeleted': 'La copia anterior no se pudo eliminar por completo: {message}',
   'agents.launchFailed': 'No se pudo iniciar.',
   'agents.configUnreadable': 'No se pudo leer la configuración y no se ha cambiado.',

@@ -490,6 +490,7 @@ export default {
   'agents.packageFailed': 'Le paquet est inutilisable.',
   'agents.folderFailed': 'Aucun emplacement n’a pu être créé sur cet ordinateur.',
   'agents.inUse': 'La copie précédente est en cours d’utilisation et n’a pas été modifiée : {message}',
+  'agents.noRights': 'Cet utilisateur ne peut pas supprimer la copie précédente, qui n’a pas été modifiée : {message}',
   'agents.notDeleted': 'La copie précédente n’a pas pu être supprimée entièrement : {message}',
   'agents.launchFailed': 'Le démarrage a échoué.',
   'agents.configUnreadable': 'La configuration n’a pas pu être lue et n’a pas été modifiée.',

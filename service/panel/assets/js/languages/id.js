@@ -490,6 +490,7 @@ export default {
   'agents.packageFailed': 'Paket tidak dapat digunakan.',
   'agents.folderFailed': 'Tempat untuknya tidak dapat dibuat di komputer ini.',
   'agents.inUse': 'Salinan sebelumnya sedang digunakan dan tidak diubah: {message}',
+  'agents.noRights': 'Pengguna ini tidak berhak menghapus salinan sebelumnya, yang tidak diubah: {message}',
   'agents.notDeleted': 'Salinan sebelumnya tidak dapat dihapus seluruhnya: {message}',
   'agents.launchFailed': 'Tidak dapat dimulai.',
   'agents.configUnreadable': 'Konfigurasi tidak dapat dibaca, dan tidak diubah.',

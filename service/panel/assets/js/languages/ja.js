@@ -488,6 +488,7 @@ export default {
   'agents.packageFailed': 'パッケージを使用できません。',
   'agents.folderFailed': 'このコンピューターに置き場所を作成できませんでした。',
   'agents.inUse': '以前のコピーは使用中のため、変更していません: {message}',
+  'agents.noRights': 'このユーザーには以前のコピーを削除する権限がないため、変更していません: {message}',
   'agents.notDeleted': '以前のコピーを完全には削除できませんでした: {message}',
   'agents.launchFailed': '起動できませんでした。',
   'agents.configUnreadable': '設定を読み取れなかったため、変更していません。',

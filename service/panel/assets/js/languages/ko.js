@@ -488,6 +488,7 @@ export default {
   'agents.packageFailed': '패키지를 사용할 수 없습니다.',
   'agents.folderFailed': '이 컴퓨터에 설치할 위치를 만들지 못했습니다.',
   'agents.inUse': '이전 사본이 사용 중이어서 변경하지 않았습니다: {message}',
+  'agents.noRights': '이 사용자는 이전 사본을 삭제할 권한이 없어 변경하지 않았습니다: {message}',
   'agents.notDeleted': '이전 사본을 모두 삭제하지 못했습니다: {message}',
   'agents.launchFailed': '시작하지 못했습니다.',
   'agents.configUnreadable': '구성을 읽지 못해 변경하지 않았습니다.',

@@ -491,6 +491,7 @@ export default {
   'agents.packageFailed': 'Pakej tidak dapat digunakan.',
   'agents.folderFailed': 'Tempat untuknya tidak dapat dibuat pada komputer ini.',
   'agents.inUse': 'Salinan terdahulu sedang digunakan dan tidak diubah: {message}',
+  'agents.noRights': 'Pengguna ini tiada kebenaran memadam salinan terdahulu, yang tidak diubah: {message}',
   'agents.notDeleted': 'Salinan terdahulu tidak dapat dipadamkan sepenuhnya: {message}',
   'agents.launchFailed': 'Tidak dapat dimulakan.',
   'agents.configUnreadable': 'Konfigurasi tidak dapat dibaca, dan tidak diubah.',

@@ -489,6 +489,7 @@ export default {
   'agents.packageFailed': 'Пакет непригоден.',
   'agents.folderFailed': 'Не удалось подготовить для него место на этом компьютере.',
   'agents.inUse': 'Прежняя копия используется и не изменена: {message}',
+  'agents.noRights': 'У этого пользователя нет прав удалить прежнюю копию; она не изменена: {message}',
   'agents.notDeleted': 'Прежнюю копию не удалось удалить целиком: {message}',
   'agents.launchFailed': 'Не удалось запустить.',
   'agents.configUnreadable': 'Конфигурацию не удалось прочитать, она не изменена.',

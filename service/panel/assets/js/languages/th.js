@@ -489,6 +489,7 @@ export default {
   'agents.packageFailed': 'ใช้แพ็กเกจนี้ไม่ได้',
   'agents.folderFailed': 'สร้างที่สำหรับติดตั้งบนคอมพิวเตอร์นี้ไม่ได้',
   'agents.inUse': 'สำเนาเดิมกำลังใช้งานอยู่และไม่ได้เปลี่ยน: {message}',
+  'agents.noRights': 'ผู้ใช้นี้ไม่มีสิทธิ์ลบสำเนาเดิม จึงไม่ได้เปลี่ยน: {message}',
   'agents.notDeleted': 'ลบสำเนาเดิมไม่หมด: {message}',
   'agents.launchFailed': 'เริ่มการทำงานไม่ได้',
   'agents.configUnreadable': 'อ่านการกำหนดค่าไม่ได้ จึงไม่ได้เปลี่ยน',

@@ -490,6 +490,7 @@ export default {
   'agents.packageFailed': 'Gói cài đặt không dùng được.',
   'agents.folderFailed': 'Không tạo được chỗ cho nó trên máy tính này.',
   'agents.inUse': 'Bản cũ đang được dùng và được giữ nguyên: {message}',
+  'agents.noRights': 'Người dùng này không có quyền xóa bản cũ nên bản cũ được giữ nguyên: {message}',
   'agents.notDeleted': 'Không xóa được hết bản cũ: {message}',
   'agents.launchFailed': 'Không khởi động được.',
   'agents.configUnreadable': 'Không đọc được cấu hình, cấu hình được giữ nguyên.',

@@ -488,6 +488,7 @@ export default {
   'agents.packageFailed': '安装包无法使用。',
   'agents.folderFailed': '无法在此电脑上为其创建位置。',
   'agents.inUse': '旧版本正在使用，未作更改：{message}',
+  'agents.noRights': '没有权限删除旧版本，未作更改：{message}',
   'agents.notDeleted': '旧版本未能完全删除：{message}',
   'agents.launchFailed': '无法启动。',
   'agents.configUnreadable': '无法读取配置，配置未作更改。',

@@ -488,6 +488,7 @@ export default {
   'agents.packageFailed': '安裝套件無法使用。',
   'agents.folderFailed': '無法在此電腦上為其建立位置。',
   'agents.inUse': '舊版本正在使用，未作變更：{message}',
+  'agents.noRights': '沒有權限刪除舊版本，未作變更：{message}',
   'agents.notDeleted': '舊版本未能完全刪除：{message}',
   'agents.launchFailed': '無法啟動。',
   'agents.configUnreadable': '無法讀取設定檔，設定檔未變更。',
