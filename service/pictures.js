@@ -19,7 +19,8 @@ const BASE64 = /^[A-Za-z0-9+/]+={0,2}$/;
 export function registerPictures(app, { engine, accounts }) {
   app.post('/v1/images/translate', { bodyLimit: BODY_LIMIT_BYTES }, async (request, reply) => {
     const refusal = tokenRefusal(request.headers.authorization, accounts);
-    if (refusal) return reply.code(refusal.status).send(refusal.body ?? { code: 'unauthorized', message: 'not signed in' });
+    if (refusal)
+      return reply.code(refusal.status).send(refusal.body ?? { code: 'unauthorized', message: 'not signed in' });
 
     const { file, sourceLang, targetLang } = readRequest(parseJson(request.body));
     let characters = 0;

@@ -11,10 +11,46 @@ const MAX_AUTO_LANGUAGES = 4;
 
 /** Two-letter codes and the names of Tesseract's data; Chinese has two, by its script. */
 const DATA_NAMES = {
-  ar: 'ara', bg: 'bul', ca: 'cat', cs: 'ces', da: 'dan', de: 'deu', el: 'ell', en: 'eng', es: 'spa', et: 'est',
-  fa: 'fas', fi: 'fin', fr: 'fra', he: 'heb', hi: 'hin', hr: 'hrv', hu: 'hun', id: 'ind', it: 'ita', ja: 'jpn',
-  ko: 'kor', lt: 'lit', lv: 'lav', ms: 'msa', nb: 'nor', nl: 'nld', nn: 'nor', no: 'nor', pl: 'pol', pt: 'por',
-  ro: 'ron', ru: 'rus', sk: 'slk', sl: 'slv', sr: 'srp', sv: 'swe', th: 'tha', tr: 'tur', uk: 'ukr', vi: 'vie',
+  ar: 'ara',
+  bg: 'bul',
+  ca: 'cat',
+  cs: 'ces',
+  da: 'dan',
+  de: 'deu',
+  el: 'ell',
+  en: 'eng',
+  es: 'spa',
+  et: 'est',
+  fa: 'fas',
+  fi: 'fin',
+  fr: 'fra',
+  he: 'heb',
+  hi: 'hin',
+  hr: 'hrv',
+  hu: 'hun',
+  id: 'ind',
+  it: 'ita',
+  ja: 'jpn',
+  ko: 'kor',
+  lt: 'lit',
+  lv: 'lav',
+  ms: 'msa',
+  nb: 'nor',
+  nl: 'nld',
+  nn: 'nor',
+  no: 'nor',
+  pl: 'pol',
+  pt: 'por',
+  ro: 'ron',
+  ru: 'rus',
+  sk: 'slk',
+  sl: 'slv',
+  sr: 'srp',
+  sv: 'swe',
+  th: 'tha',
+  tr: 'tur',
+  uk: 'ukr',
+  vi: 'vie',
 };
 
 /** How Tesseract divides a picture: by itself, as one block of lines, or as words anywhere. */
@@ -42,8 +78,8 @@ const SEGMENTATION = { page: '3', block: '6', sparse: '11' };
  * @param {AbortSignal} [options.signal] gives up
  * @param {string} [options.program] stands in for Tesseract in tests
  * @returns {Promise<{width: number, height: number, words: Word[]}>} the picture's size, and its words in reading order
- * @throws {ServiceError} "recognition_unavailable" without Tesseract, "recognition_language_missing" without the data of
- *   the language, "unreadable_picture", "content_too_long", "recognition_timeout"
+ * @throws {ServiceError} "recognition_unavailable" without Tesseract, "recognition_language_missing" without the data
+ *   of the language, "unreadable_picture", "content_too_long", "recognition_timeout"
  */
 export async function recognizeWords(picture, options = {}) {
   const { language = 'auto', layout = 'page', signal, program = 'tesseract' } = options;
@@ -58,7 +94,12 @@ export async function recognizeWords(picture, options = {}) {
 /** @returns {Promise<string[]>} names of the languages' data that are installed, such as "eng" */
 async function installedData(program) {
   const listed = await runProgram(program, ['--list-langs']).catch(refuse);
-  return listed.toString('utf8').split('\n').slice(1).map((line) => line.trim()).filter((name) => name && name !== 'osd');
+  return listed
+    .toString('utf8')
+    .split('\n')
+    .slice(1)
+    .map((line) => line.trim())
+    .filter((name) => name && name !== 'osd');
 }
 
 function refuse(error) {
@@ -102,9 +143,16 @@ function dataName(language) {
  * @param {string} table
  */
 export function readTable(table) {
-  const rows = table.split('\n').slice(1).map((line) => line.split('\t')).filter((row) => row.length >= 12);
+  const rows = table
+    .split('\n')
+    .slice(1)
+    .map((line) => line.split('\t'))
+    .filter((row) => row.length >= 12);
   const page = rows.find(([level]) => level === '1') ?? [];
-  const words = rows.filter(([level]) => level === '5').map(readWord).filter(({ text }) => text !== '');
+  const words = rows
+    .filter(([level]) => level === '5')
+    .map(readWord)
+    .filter(({ text }) => text !== '');
   return { width: Number(page[8] ?? 0), height: Number(page[9] ?? 0), words };
 }
 

@@ -58,7 +58,10 @@ export function forRecognition(bitmap) {
   const grey = enlarge(greyOf(bitmap), width, height, factor);
   const png = new PNG({ width: width * factor, height: height * factor, colorType: 0, inputColorType: 0 });
   png.data = Buffer.from(grey.buffer);
-  return { factor, file: PNG.sync.write(png, { colorType: 0, inputColorType: 0, inputHasAlpha: false, deflateLevel: 1 }) };
+  return {
+    factor,
+    file: PNG.sync.write(png, { colorType: 0, inputColorType: 0, inputHasAlpha: false, deflateLevel: 1 }),
+  };
 }
 
 function greyOf({ width, height, data }) {

@@ -23,7 +23,13 @@ export async function letter(items, signal) {
   const run = { input: JSON.stringify(items), timeoutMs: TIMEOUT_MS, maxOutputBytes: MAX_OUTPUT_BYTES, signal };
   const output = await runProgram(PYTHON, [SCRIPT], run).catch((error) => {
     if (!(error instanceof ProgramError) || error.reason === 'aborted') throw error;
-    throw new ServiceError(503, 'drawing_unavailable', 'The translated text cannot be drawn: Pango is missing or failed');
+    throw new ServiceError(
+      503,
+      'drawing_unavailable',
+      'The translated text cannot be drawn: Pango is missing or failed',
+    );
   });
-  return JSON.parse(output.toString('utf8')).map((found) => found && { ...found, mask: Buffer.from(found.mask, 'base64') });
+  return JSON.parse(output.toString('utf8')).map(
+    (found) => found && { ...found, mask: Buffer.from(found.mask, 'base64') },
+  );
 }

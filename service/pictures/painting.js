@@ -10,8 +10,8 @@ import { backgroundAt } from './surroundings.js';
  */
 
 /**
- * Takes texts out of a picture and draws others in their place. All are taken out before the first is drawn, for a text may
- * reach into the place of its neighbour.
+ * Takes texts out of a picture and draws others in their place. All are taken out before the first is drawn, for a text
+ * may reach into the place of its neighbour.
  * @param {import('./bitmap.js').Bitmap} bitmap is changed
  * @param {{surroundings: import('./surroundings.js').Surroundings, lettering: Lettering}[]} texts
  */

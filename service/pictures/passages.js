@@ -83,7 +83,9 @@ function splitColumns(words) {
 }
 
 function makeLine(words) {
-  const box = around(words.map(({ left, top, width, height }) => ({ left, top, right: left + width, bottom: top + height })));
+  const box = around(
+    words.map(({ left, top, width, height }) => ({ left, top, right: left + width, bottom: top + height })),
+  );
   const text = words.map((word) => word.text).reduce(joined);
   const { above, below } = reach(text);
   const size = (box.bottom - box.top) / (above + below);

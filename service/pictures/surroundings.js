@@ -1,4 +1,4 @@
-/** What is found about a text in a picture: the colours behind it and of its letters, and how much room is around it. */
+/** What is found about a text in a picture: the colours behind it and of its letters, and the room around it. */
 
 /** Differences of colours, 0 to 255 in the channel that differs most: within one colour, and within a background. */
 const SAME = 8;
@@ -170,7 +170,8 @@ function roomAround(bitmap, { erased, above, below }, size, others) {
   const room = { ...erased };
   const limits = limitsOf(bitmap, erased, size, others);
   while (room.top > limits.top && isFree({ ...room, top: room.top - 1, bottom: room.top }, upper)) room.top--;
-  while (room.bottom < limits.bottom && isFree({ ...room, top: room.bottom, bottom: room.bottom + 1 }, lower)) room.bottom++;
+  while (room.bottom < limits.bottom && isFree({ ...room, top: room.bottom, bottom: room.bottom + 1 }, lower))
+    room.bottom++;
   const margin = Math.ceil(MARGIN * size);
   const end = Math.min(limits.right + margin, bitmap.width);
   let { right } = room;
@@ -188,7 +189,8 @@ function limitsOf({ width, height }, erased, size, others) {
   };
   for (const other of others) {
     if (other.bottom <= erased.top) limits.top = Math.max(limits.top, Math.ceil((other.bottom + erased.top) / 2));
-    if (other.top >= erased.bottom) limits.bottom = Math.min(limits.bottom, Math.floor((other.top + erased.bottom) / 2));
+    if (other.top >= erased.bottom)
+      limits.bottom = Math.min(limits.bottom, Math.floor((other.top + erased.bottom) / 2));
   }
   return limits;
 }

@@ -12,15 +12,15 @@ import { PictureThread } from './picture_thread.js';
  */
 
 /**
- * Puts translations in the place of a picture's texts. What is no text, and texts that stay the same, keep their pixels.
+ * Puts translations in the place of a picture's texts. What is no text, and a text that stays the same, keeps its pixels.
  * @param {Buffer} file a PNG
  * @param {object} options
  * @param {(texts: string[]) => Promise<string[]>} options.translate
  * @param {string} options.sourceLang "auto" or a code
  * @param {string} options.targetLang
  * @param {AbortSignal} [options.signal]
- * @returns {Promise<{file: Uint8Array, width: number, height: number, texts: TranslatedText[]}>} a PNG of the same size;
- *   the very file that came when nothing was to be changed
+ * @returns {Promise<{file: Uint8Array, width: number, height: number, texts: TranslatedText[]}>} a PNG of the same
+ *   size; the very file that came when nothing was to be changed
  */
 export async function translatePicture(file, { translate, sourceLang, targetLang, signal }) {
   const picture = new PictureThread();
@@ -85,7 +85,11 @@ async function compose(picture, passages, { lang, signal }) {
   const letterings = await letter(items, signal);
   return passages.map((passage, i) => {
     const { left, top } = found[i].room;
-    const lettering = letterings[i] && { ...letterings[i], left: letterings[i].left + left, top: letterings[i].top + top };
+    const lettering = letterings[i] && {
+      ...letterings[i],
+      left: letterings[i].left + left,
+      top: letterings[i].top + top,
+    };
     return { ...passage, surroundings: found[i], lettering };
   });
 }

@@ -13,6 +13,10 @@ before(async () => {
 });
 after(() => panel.close());
 
+/** The page looks at the selection whenever the user comes to it. */
+const LOOKS = ['requestImageSelectionPreview', 'excelGetWriteContext'];
+const postedBut = async (view) => (await view.posted()).filter(({ action }) => !LOOKS.includes(action));
+
 /** What the browser itself says of an answer that is a refusal. */
 const REFUSED = /^Failed to load resource/;
 const words = (key, values = {}) => english[key].replace(/\{(\w+)\}/g, (_, name) => values[name]);
@@ -57,11 +61,15 @@ async function openPictures(names, { scan = {}, service, ...options } = {}) {
   await view.page.waitForFunction(() => document.getElementById('target').value !== '');
   await view.id('source').selectOption('en');
   await view.id('target').selectOption('es');
-  await view.id('list-state').getByText(/\d|no pictures/).waitFor();
+  await view
+    .id('list-state')
+    .getByText(/\d|no pictures/)
+    .waitFor();
   return view;
 }
 
-const translateAny = (route) => route.fulfill({ json: { imageBase64: RED, texts: [{ drawn: true }, { drawn: false }] } });
+const translateAny = (route) =>
+  route.fulfill({ json: { imageBase64: RED, texts: [{ drawn: true }, { drawn: false }] } });
 const refuse = (status, code) => (route) => route.fulfill({ status, json: { code, message: code } });
 
 /** Answers what the page asks for one picture; gives the fields of the replacement. */
@@ -83,8 +91,7 @@ const card = (view, number) => view.page.locator('#list li').nth(number);
 async function choose(view, ...numbers) {
   for (const number of numbers) await card(view, number).getByRole('checkbox').check();
 }
-const button = (view, number, key) =>
-  card(view, number).getByRole('button', { name: english[key] });
+const button = (view, number, key) => card(view, number).getByRole('button', { name: english[key] });
 const colourOf = (canvas) => canvas.evaluate((shown) => [...shown.getContext('2d').getImageData(1, 1, 1, 1).data]);
 const ended = (view) => view.id('work').waitFor({ state: 'hidden' });
 
@@ -122,12 +129,18 @@ test('a picture is translated, looked at, replaced and put back', async () => {
   await ended(view);
   assert.deepEqual(asked, { body: { imageBase64: BLUE, sourceLang: 'en', targetLang: 'es' }, token: 'Bearer dev-ada' });
   const shown = card(view, 0).locator('.compare canvas');
-  assert.deepEqual([await colourOf(shown.nth(0)), await colourOf(shown.nth(1))], [[0, 0, 200, 255], [200, 0, 0, 255]]);
+  assert.deepEqual(
+    [await colourOf(shown.nth(0)), await colourOf(shown.nth(1))],
+    [
+      [0, 0, 200, 255],
+      [200, 0, 0, 255],
+    ],
+  );
   assert.match(await card(view, 0).innerText(), /Translated\. Texts: 1\s+Left as they were, for lack of room: 1/);
-  assert.deepEqual(await view.posted(), [], 'nothing goes into the sheet unasked');
+  assert.deepEqual(await postedBut(view), [], 'nothing goes into the sheet unasked');
 
   await button(view, 0, 'pictures.enlarge').click();
-  assert.deepEqual(await view.posted(), [
+  assert.deepEqual(await postedBut(view), [
     { action: 'openImagePreview', imageBase64: RED, mediaType: 'image/png', title: 'Logo', downloadName: 'Logo.png' },
   ]);
   await button(view, 0, 'pictures.replace').click();
@@ -170,9 +183,17 @@ test('a batch goes into the sheet picture by picture, and is put back as a whole
   assert.equal(await card(view, 0).locator('.compare').count(), 0, 'pictures of a batch are not kept');
 
   await view.id('undo-all').click();
-  await view.answer(await view.postedNow('imageTranslateBatchUndo'), { ok: true, restored: 2, failed: 0, failedReasons: [] });
+  await view.answer(await view.postedNow('imageTranslateBatchUndo'), {
+    ok: true,
+    restored: 2,
+    failed: 0,
+    failedReasons: [],
+  });
   await view.answer(await view.postedNow('imageTranslateScan'), scanOf(['A', 'B', 'C']));
-  await view.id('outcome-text').getByText(words('pictures.undone', { restored: 2, failed: 0 })).waitFor();
+  await view
+    .id('outcome-text')
+    .getByText(words('pictures.undone', { restored: 2, failed: 0 }))
+    .waitFor();
   assert.equal(await view.text('undo-all'), '');
   assert.equal(await view.page.locator('#list .state').count(), 0);
   await view.close();
@@ -210,8 +231,11 @@ test('who cancels keeps what is in the sheet, and nothing more is asked', async 
   assert.equal(await view.text('work-title'), english['pictures.stopping']);
   await view.answer({ requestId }, { ok: true, data: RED });
   await ended(view);
-  assert.deepEqual(await view.posted(), []);
-  assert.match(await view.text('outcome-text'), /^Stopped\. Replaced: 1 · to be replaced: 0 · without text: 0 · failed: 0/);
+  assert.deepEqual(await postedBut(view), []);
+  assert.match(
+    await view.text('outcome-text'),
+    /^Stopped\. Replaced: 1 · to be replaced: 0 · without text: 0 · failed: 0/,
+  );
   await view.close();
 });
 
@@ -267,14 +291,14 @@ test('what the service lacks or refuses is said in words, and ends the work', as
     assert.equal(await card(view, 0).locator('.problem').innerText(), english[key]);
     assert.equal(await view.text('outcome-problem'), english[key]);
     assert.ok((await view.id('announcer').innerText()).endsWith(english[key]));
-    assert.deepEqual(await view.posted(), [], 'the second picture is left alone');
+    assert.deepEqual(await postedBut(view), [], 'the second picture is left alone');
   }
   await view.page.unroute('**/v1/images/translate');
   await view.page.route('**/v1/images/translate', refuse(401, 'unauthorized'));
   await view.id('start').click();
   await serve(view, { replace: false });
   await ended(view);
-  assert.deepEqual(await view.posted(), [{ action: 'clearAccessToken' }]);
+  assert.deepEqual(await postedBut(view), [{ action: 'clearAccessToken' }]);
   assert.equal(await view.text('reason'), english['reason.signIn']);
   await view.close(REFUSED);
 });
@@ -290,7 +314,7 @@ test('the picture that is selected in the sheet is shown and translated', async 
   await view.id('selected-translate').click();
   assert.equal((await serve(view, { replace: false })).anchor.shapeName, 'B');
   await ended(view);
-  assert.deepEqual(await view.posted(), []);
+  assert.deepEqual(await postedBut(view), []);
   await select({ scope: 'shape', anchor: anchorOf('New') });
   await view.id('selected-translate').click();
   assert.equal((await serve(view, { replace: false })).anchor.shapeName, 'New');
@@ -298,7 +322,31 @@ test('the picture that is selected in the sheet is shown and translated', async 
   assert.equal(await card(view, 2).locator('.state').innerText(), words('pictures.ready', { count: 1 }));
   await select({ scope: 'empty' });
   assert.equal(await view.text('selected'), '');
+  // Cells: the add-in does not say on which sheet, so the page asks.
+  await view.answer(await view.postedNow('excelGetWriteContext'), { sheetName: 'Sheet2', rangeAddress: 'A1' });
+  assert.equal(await view.text('moved-text'), words('pictures.otherSheet', { open: 'Sheet2', sheet: 'Sheet1' }));
+  await select({ scope: 'shape', anchor: anchorOf('B') });
+  assert.equal(await view.text('moved'), '');
   await view.close();
+});
+
+test('the page looks at the selection when it opens and when the pointer comes to it, but not all the time', async () => {
+  const view = await panel.open('imagetranslate');
+  await view.postedNow('requestImageSelectionPreview');
+  await view.page.clock.install();
+  await view.page.reload();
+  await view.ready();
+  await view.answer(await view.postedNow('imageTranslateScan'), scanOf(['A']));
+  const come = () => view.run("document.documentElement.dispatchEvent(new PointerEvent('pointerenter'))");
+  const looks = async () => (await view.posted()).filter(({ action }) => action === LOOKS[0]).length;
+  await looks();
+  await come();
+  assert.equal(await looks(), 0, 'a moment ago it looked');
+  await view.page.clock.fastForward(2001);
+  await come();
+  await come();
+  assert.equal(await looks(), 1);
+  await view.close(REFUSED);
 });
 
 test('the ways back are still there after a look at another page', async () => {
@@ -328,7 +376,9 @@ test('everything on the page is reached by the keyboard, in order, and the focus
   const names = [];
   for (let i = 0; i < 6; i++) {
     await view.page.keyboard.press('Tab');
-    names.push(await view.run('document.activeElement.id || document.activeElement.dataset.use || document.activeElement.value'));
+    names.push(
+      await view.run('document.activeElement.id || document.activeElement.dataset.use || document.activeElement.value'),
+    );
   }
   const [, id] = /^(\d+) choose$/.exec(names[1]);
   assert.deepEqual(names, ['scan', `${id} choose`, `${id} enlarge`, `${id} replace`, 'show', 'start']);
@@ -336,13 +386,22 @@ test('everything on the page is reached by the keyboard, in order, and the focus
   await view.page.keyboard.press('Enter');
   await answerReplace(view);
   await ended(view);
-  assert.equal(await view.run('document.activeElement.dataset.use'), `${id} choose`, 'what it had is gone, its picture is not');
+  assert.equal(
+    await view.run('document.activeElement.dataset.use'),
+    `${id} choose`,
+    'what it had is gone, its picture is not',
+  );
   await view.close();
 });
 
 test('the page fits narrow panes in every language', async () => {
-  const view = await openPictures(['A rather long name of a picture', 'B'], { width: 280, scan: { skippedUnsupported: 1 } });
-  await view.run(`onImageSelectionPreview(${JSON.stringify({ scope: 'shape', anchor: anchorOf('B'), thumbBase64: RED })})`);
+  const view = await openPictures(['A rather long name of a picture', 'B'], {
+    width: 280,
+    scan: { skippedUnsupported: 1 },
+  });
+  await view.run(
+    `onImageSelectionPreview(${JSON.stringify({ scope: 'shape', anchor: anchorOf('B'), thumbBase64: RED })})`,
+  );
   for (const code of LANGUAGES) {
     await view.say({ action: 'uiLangChanged', uiLang: code });
     await view.page.waitForSelector(`html[lang="${code}"]`);

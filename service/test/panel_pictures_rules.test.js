@@ -29,7 +29,9 @@ const scanOf = (...entries) => ({
 });
 
 test('a scan becomes a list of pictures, and what is none is told from it', () => {
-  const scan = readScan(scanOf({ ...anchorOf('A'), thumbBase64: 'AAAA', width: 160, height: 90 }, anchorOf('B'), { x: 1 }));
+  const scan = readScan(
+    scanOf({ ...anchorOf('A'), thumbBase64: 'AAAA', width: 160, height: 90 }, anchorOf('B'), { x: 1 }),
+  );
   assert.deepEqual([scan.sheetName, scan.unsupported], ['Sheet1', 2]);
   assert.deepEqual(
     scan.items.map(({ anchor, thumbnail, state, chosen }) => [anchor, thumbnail, state, chosen]),
@@ -45,7 +47,10 @@ test('a scan becomes a list of pictures, and what is none is told from it', () =
 test('another scan keeps what was chosen and done with the pictures that are still there', () => {
   const before = readScan(scanOf(anchorOf('A'), anchorOf('B'))).items;
   const worked = before.map((item) => ({ ...item, chosen: true, state: 'ready', translated: 'T' }));
-  const { items } = readScan(scanOf(anchorOf('B', { shapeIndex: 7, leftPt: 10.05 }), anchorOf('A', { topPt: 90 })), worked);
+  const { items } = readScan(
+    scanOf(anchorOf('B', { shapeIndex: 7, leftPt: 10.05 }), anchorOf('A', { topPt: 90 })),
+    worked,
+  );
   assert.deepEqual(
     items.map(({ id, anchor, state }) => [id === before[1].id, anchor.shapeIndex, state]),
     [
@@ -59,7 +64,13 @@ test('another scan keeps what was chosen and done with the pictures that are sti
 
 test('pictures are told apart by sheet, name, group and place', () => {
   const picture = anchorOf('A');
-  for (const other of [{ sheetName: 'B' }, { shapeName: 'B' }, { childPath: [1] }, { leftPt: 10.2 }, { heightPt: 51 }]) {
+  for (const other of [
+    { sheetName: 'B' },
+    { shapeName: 'B' },
+    { childPath: [1] },
+    { leftPt: 10.2 },
+    { heightPt: 51 },
+  ]) {
     assert.ok(!isSamePicture(picture, { ...picture, ...other }), JSON.stringify(other));
   }
   assert.ok(isSamePicture(picture, { ...picture, shapeIndex: 9, topPt: 20.09 }));
@@ -68,8 +79,14 @@ test('pictures are told apart by sheet, name, group and place', () => {
 test('all are chosen by one click, and none by the next', () => {
   const items = [makeItem(anchorOf('A')), { ...makeItem(anchorOf('B')), chosen: true }];
   const all = chooseAll(items);
-  assert.deepEqual(all.map(({ chosen }) => chosen), [true, true]);
-  assert.deepEqual(chooseAll(all).map(({ chosen }) => chosen), [false, false]);
+  assert.deepEqual(
+    all.map(({ chosen }) => chosen),
+    [true, true],
+  );
+  assert.deepEqual(
+    chooseAll(all).map(({ chosen }) => chosen),
+    [false, false],
+  );
 });
 
 test('the ways back are counted as the add-in keeps them', () => {
@@ -133,8 +150,10 @@ function stage(answers = {}, { cancelAfter = Infinity } = {}) {
   const means = {
     cancelled: () => asked.length >= cancelAfter,
     extract: ({ shapeName }) => ask('extract', shapeName, { ok: true, data: shapeName }),
-    translate: (name) => ask('translate', name, { imageBase64: `${name}!`, texts: [{ drawn: true }, { drawn: false }] }),
-    replace: (anchor) => ask('replace', anchor.shapeName, { ok: true, anchor: { ...anchor, shapeIndex: 9 }, hasUndo: true }),
+    translate: (name) =>
+      ask('translate', name, { imageBase64: `${name}!`, texts: [{ drawn: true }, { drawn: false }] }),
+    replace: (anchor) =>
+      ask('replace', anchor.shapeName, { ok: true, anchor: { ...anchor, shapeIndex: 9 }, hasUndo: true }),
     report: (id, fields) => {
       now = now.map((item) => (item.id === id ? { ...item, ...fields } : item));
     },
@@ -170,7 +189,11 @@ test('a failure of one picture leaves the others, and one that meets all ends th
   assert.equal(one.now()[1].translated, 'B!', 'another try needs no other translation');
 
   const refusal = Object.assign(new Error('x'), { code: 'recognition_unavailable' });
-  for (const answers of [{ 'extract B': { error: 'sheet_changed' } }, { 'translate B': refusal }, { 'replace B': { error: 'no_sheet' } }]) {
+  for (const answers of [
+    { 'extract B': { error: 'sheet_changed' } },
+    { 'translate B': refusal },
+    { 'replace B': { error: 'no_sheet' } },
+  ]) {
     const all = stage(answers);
     assert.ok((await translateAll(all.items, true, all.means)).stops);
     assert.deepEqual(all.states(), ['replaced', 'failed', 'idle'], JSON.stringify(answers));

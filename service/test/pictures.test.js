@@ -19,7 +19,9 @@ after(() => app.close());
 
 const drawSvg = (content, { width = 480, height = 240 } = {}) =>
   runProgram('rsvg-convert', [], {
-    input: `<svg xmlns="http://www.w3.org/2000/svg" width="${width}" height="${height}" font-family="Liberation Sans">${content}</svg>`,
+    input:
+      `<svg xmlns="http://www.w3.org/2000/svg" width="${width}" height="${height}" font-family="Liberation Sans">` +
+      `${content}</svg>`,
   });
 
 const SHEET = `<rect width="100%" height="100%" fill="#f4f4e8"/>
@@ -38,7 +40,10 @@ function ask(fields, { token = 'dev-pictures' } = {}) {
   });
 }
 
-const inside = (x, y) => ({ left, top, right, bottom }) => x >= left && x < right && y >= top && y < bottom;
+const inside =
+  (x, y) =>
+  ({ left, top, right, bottom }) =>
+    x >= left && x < right && y >= top && y < bottom;
 
 test('English words of a picture come back as Spanish ones, and all else stays as it is', async () => {
   const picture = await drawSvg(SHEET);
@@ -56,10 +61,15 @@ test('English words of a picture come back as Spanish ones, and all else stays a
   );
 
   const translated = Buffer.from(imageBase64, 'base64');
-  const { words } = await recognizeWords(forRecognition(readBitmap(translated)).file, { language: 'es', layout: 'sparse' });
+  const { words } = await recognizeWords(forRecognition(readBitmap(translated)).file, {
+    language: 'es',
+    layout: 'sparse',
+  });
   const seen = words.map(({ text }) => text.toLowerCase()).join(' ');
-  for (const word of ['informe', 'anual', 'casa', 'río', 'padres', 'agua']) assert.ok(seen.includes(word), `${word}: ${seen}`);
-  for (const word of ['annual', 'report', 'house', 'river', 'parents']) assert.ok(!seen.includes(word), `${word}: ${seen}`);
+  for (const word of ['informe', 'anual', 'casa', 'río', 'padres', 'agua'])
+    assert.ok(seen.includes(word), `${word}: ${seen}`);
+  for (const word of ['annual', 'report', 'house', 'river', 'parents'])
+    assert.ok(!seen.includes(word), `${word}: ${seen}`);
 
   const [before, now] = [readBitmap(picture), readBitmap(translated)];
   let changed = 0;
@@ -69,21 +79,29 @@ test('English words of a picture come back as Spanish ones, and all else stays a
       const same = [0, 1, 2, 3].every((i) => before.data[at + i] === now.data[at + i]);
       if (same) continue;
       changed++;
-      assert.ok(texts.some(({ box }) => inside(x, y)(box)), `${x},${y} lies in no box`);
+      assert.ok(
+        texts.some(({ box }) => inside(x, y)(box)),
+        `${x},${y} lies in no box`,
+      );
     }
   }
   assert.ok(changed > 500, 'something was drawn');
 });
 
 test('translated characters are charged to the account', async () => {
-  const picture = await drawSvg('<rect width="100%" height="100%" fill="white"/><text x="20" y="60" font-size="26">Water</text>');
+  const picture = await drawSvg(
+    '<rect width="100%" height="100%" fill="white"/><text x="20" y="60" font-size="26">Water</text>',
+  );
   await ask({ imageBase64: picture.toString('base64') }, { token: 'dev-charged' });
   const account = await app.inject({ url: '/v1/account', headers: { authorization: 'Bearer dev-charged' } });
   assert.equal(account.json().creditsUsed, 'Water'.length);
 });
 
 test('a picture without words to translate comes back byte for byte', async () => {
-  for (const content of ['<rect width="100%" height="100%" fill="white"/>', '<text x="20" y="60" font-size="26">12 / 450</text>']) {
+  for (const content of [
+    '<rect width="100%" height="100%" fill="white"/>',
+    '<text x="20" y="60" font-size="26">12 / 450</text>',
+  ]) {
     const imageBase64 = (await drawSvg(content)).toString('base64');
     const answer = (await ask({ imageBase64 })).json();
     assert.deepEqual([answer.texts, answer.imageBase64 === imageBase64], [[], true]);
@@ -140,17 +158,72 @@ const wordsOf = (...lines) =>
 test('lines are put together where one goes on what another began', () => {
   const prose = 'Letters that wrap at the edge of';
   const cases = [
-    ['a paragraph', [[prose, 20, 20], ['their column go on in the next.', 20, 40]], [`${prose} their column go on in the next.`]],
-    ['a new one after a short line', [[prose, 20, 20], ['Short', 20, 40], ['Another one', 20, 60]], [`${prose}`, 'Short', 'Another one']],
-    ['labels', [['Gross margin', 20, 20], ['Net profit', 20, 40]], ['Gross margin', 'Net profit']],
-    ['a word in two', [[`${prose} the trans-`, 20, 20], ['lation goes on', 20, 40]], [`${prose} the translation goes on`]],
-    ['far apart', [[prose, 20, 20], ['their column', 20, 80]], [prose, 'their column']],
-    ['of another size', [[prose, 20, 20], ['their column', 20, 40, { height: 24 }]], [prose, 'their column']],
+    [
+      'a paragraph',
+      [
+        [prose, 20, 20],
+        ['their column go on in the next.', 20, 40],
+      ],
+      [`${prose} their column go on in the next.`],
+    ],
+    [
+      'a new one after a short line',
+      [
+        [prose, 20, 20],
+        ['Short', 20, 40],
+        ['Another one', 20, 60],
+      ],
+      [`${prose}`, 'Short', 'Another one'],
+    ],
+    [
+      'labels',
+      [
+        ['Gross margin', 20, 20],
+        ['Net profit', 20, 40],
+      ],
+      ['Gross margin', 'Net profit'],
+    ],
+    [
+      'a word in two',
+      [
+        [`${prose} the trans-`, 20, 20],
+        ['lation goes on', 20, 40],
+      ],
+      [`${prose} the translation goes on`],
+    ],
+    [
+      'far apart',
+      [
+        [prose, 20, 20],
+        ['their column', 20, 80],
+      ],
+      [prose, 'their column'],
+    ],
+    [
+      'of another size',
+      [
+        [prose, 20, 20],
+        ['their column', 20, 40, { height: 24 }],
+      ],
+      [prose, 'their column'],
+    ],
     ['columns', [['Water' + ' '.repeat(20) + 'Light', 20, 20]], ['Water', 'Light']],
-    ['numbers and specks', [['1 250', 20, 20], ['Il', 20, 60, { confidence: 30 }], ['x', 20, 90, { confidence: 10 }]], []],
+    [
+      'numbers and specks',
+      [
+        ['1 250', 20, 20],
+        ['Il', 20, 60, { confidence: 30 }],
+        ['x', 20, 90, { confidence: 10 }],
+      ],
+      [],
+    ],
   ];
   for (const [name, lines, texts] of cases) {
-    assert.deepEqual(passagesOf(wordsOf(...lines)).map(({ text }) => text), texts, name);
+    assert.deepEqual(
+      passagesOf(wordsOf(...lines)).map(({ text }) => text),
+      texts,
+      name,
+    );
   }
 });
 
@@ -215,7 +288,7 @@ test('a background that changes colour is gone on with behind the text', () => {
   for (const x of [10, 50, 89]) assert.ok(Math.abs(pixel(bitmap, x, 20)[0] - 2 * x) <= 4, `column ${x}`);
 });
 
-test('texts take the size that was asked for, less where the room is small, and none where it is too small', async () => {
+test('texts take the size that was asked for, less where the room is small, none where it is too small', async () => {
   const item = { text: 'Informe anual', lang: 'es', width: 300, height: 30, size: 20, baseline: 22, align: 'left' };
   const long = 'Calefacción y limpieza de la casa';
   const [fitting, tight, wrapped, hopeless] = await letter([

@@ -22,8 +22,14 @@ test('words come with their boxes, in reading order, line by line', async () => 
   ]);
   const { width, height, words } = await recognizeWords(picture, { language: 'en', layout: 'block' });
   assert.deepEqual([width, height], [640, 200]);
-  assert.deepEqual(words.map(({ text }) => text), ['Annual', 'report', 'The', 'company', 'grew']);
-  assert.deepEqual(words.map(({ line }) => line - words[0].line), [0, 0, 1, 1, 1]);
+  assert.deepEqual(
+    words.map(({ text }) => text),
+    ['Annual', 'report', 'The', 'company', 'grew'],
+  );
+  assert.deepEqual(
+    words.map(({ line }) => line - words[0].line),
+    [0, 0, 1, 1, 1],
+  );
   for (const word of words) assert.ok(word.confidence > 60 && word.confidence <= 100, word.text);
   const [first, , third] = words;
   assert.ok(Math.abs(first.left - 40) <= 4 && first.top >= 30 && first.top + first.height <= 72, JSON.stringify(first));

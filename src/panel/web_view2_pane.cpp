@@ -114,7 +114,8 @@ void CWebView2Pane::OnWidthTick() {
 
 bool CWebView2Pane::WantsSelectionPreview() const {
   const std::wstring& page = navigator_.CurrentPage();
-  return !earlyShutdownDone_ && !run_.IsRunning() && (page == kRootPage || page == kQuickTranslatePage);
+  if (earlyShutdownDone_ || run_.IsRunning()) return false;
+  return page == kRootPage || page == kQuickTranslatePage || page == kImageTranslatePage;
 }
 
 void CWebView2Pane::AwaitSelectionAtRest() {
@@ -127,7 +128,12 @@ void CWebView2Pane::AwaitSelectionAtRest() {
 }
 
 void CWebView2Pane::OnPreviewTick() {
-  if (WantsSelectionPreview()) selectionPreview_.Push();
+  if (!WantsSelectionPreview()) return;
+  if (navigator_.CurrentPage() == kImageTranslatePage) {
+    images_.PushSelectionPreview();
+  } else {
+    selectionPreview_.Push();
+  }
 }
 
 void CWebView2Pane::OnWindowTask(LPARAM task) {

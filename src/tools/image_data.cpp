@@ -59,10 +59,10 @@ bool HasAllPieces(std::span<const std::byte> pieces) {
 
 }  // namespace
 
-std::optional<std::vector<std::byte>> BytesOfBase64(std::wstring_view text) {
+std::optional<std::vector<std::byte>> BytesOfBase64(std::wstring_view text, std::size_t limit) {
   text = WithoutPrefix(text);
   std::vector<std::byte> bytes;
-  bytes.reserve(std::min(text.size(), kMaxImageBytes) / 4 * 3);
+  bytes.reserve(std::min(text.size() / 4 * 3, limit));
   std::uint32_t bits = 0;
   int count = 0;
   int padding = 0;
@@ -79,7 +79,7 @@ std::optional<std::vector<std::byte>> BytesOfBase64(std::wstring_view text) {
     }
     if (count < 8) continue;
     count -= 8;
-    if (bytes.size() == kMaxImageBytes) return std::nullopt;
+    if (bytes.size() == limit) return std::nullopt;
     bytes.push_back(static_cast<std::byte>(bits >> count & 0xFF));
   }
   // Left over are 0 bits of a full group, 4 with two signs of padding, 2 with one.

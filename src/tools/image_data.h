@@ -26,9 +26,10 @@ inline constexpr std::int64_t kMaxImagePixels = std::int64_t{64} << 20;
 inline constexpr std::int32_t kThumbnailSide = 160;
 
 /// The bytes that a base64 text stands for. Blanks and line breaks between its letters are skipped, and a
-/// "data:" prefix in front; anything else that is not base64, an empty text and one of more than
-/// `kMaxImageBytes` give nothing.
-[[nodiscard]] std::optional<std::vector<std::byte>> BytesOfBase64(std::wstring_view text);
+/// "data:" prefix in front; anything else that is not base64, an empty text and one of more than `limit`
+/// bytes give nothing.
+[[nodiscard]] std::optional<std::vector<std::byte>> BytesOfBase64(std::wstring_view text,
+                                                                  std::size_t limit = kMaxImageBytes);
 
 /// The size that the header of a PNG file tells; nothing for what is no complete PNG file (its signature, its
 /// header, and all its pieces up to the last one) or has no pixels. What is inside the pieces is not looked

@@ -28,7 +28,7 @@ void ImageUndo::GiveUpOldest() {
   std::size_t bytes = 0;
   for (auto snapshot = snapshots_.rbegin(); snapshot != snapshots_.rend(); ++snapshot) {
     bytes += snapshot->png.size();
-    if (bytes > kMaxBytes) snapshot->png = {};
+    if (bytes > maxBytes_) snapshot->png = {};
   }
 }
 

@@ -24,8 +24,8 @@ struct ImageSnapshot {
 /// The snapshots of the pictures that one pane replaced. Platform-free.
 class ImageUndo {
  public:
-  /// What all snapshots together may hold, in bytes; beyond it the oldest pictures are given up.
-  static constexpr std::size_t kMaxBytes = std::size_t{512} << 20;
+  /// `maxBytes` is what all snapshots together may hold; beyond it the oldest pictures are given up.
+  explicit ImageUndo(std::size_t maxBytes = std::size_t{512} << 20) : maxBytes_(maxBytes) {}
 
   /// Outside of batches a picture has two snapshots at most: the first one, which is the picture that it
   /// began with, and the newest.
@@ -50,6 +50,7 @@ class ImageUndo {
   void DropSecondOf(const ImageSnapshot& snapshot);
   void GiveUpOldest();
 
+  std::size_t maxBytes_;
   /// Oldest first.
   std::vector<ImageSnapshot> snapshots_;
 };

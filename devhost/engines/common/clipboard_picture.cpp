@@ -51,4 +51,12 @@ bool PutPictureOnClipboard(HBITMAP bitmap, bool asBitmap) {
   return false;
 }
 
+HBITMAP TakePictureFromClipboard() {
+  if (!OpenClipboard(nullptr)) return nullptr;
+  const HANDLE shared = GetClipboardData(CF_BITMAP);
+  const HANDLE copy = shared == nullptr ? nullptr : CopyImage(shared, IMAGE_BITMAP, 0, 0, 0);
+  CloseClipboard();
+  return static_cast<HBITMAP>(copy);
+}
+
 }  // namespace qv::devhost

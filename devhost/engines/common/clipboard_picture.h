@@ -8,4 +8,7 @@ namespace qv::devhost {
 /// False when the clipboard cannot be had. The bitmap stays the caller's.
 [[nodiscard]] bool PutPictureOnClipboard(HBITMAP bitmap, bool asBitmap);
 
+/// A copy of the bitmap on the clipboard, the caller's; null when there is none.
+[[nodiscard]] HBITMAP TakePictureFromClipboard();
+
 }  // namespace qv::devhost

@@ -1,10 +1,15 @@
 #include "engines/memory/chart_objects.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 
+#include "engines/common/clipboard_picture.h"
 #include "engines/memory/font_object.h"
 #include "engines/memory/host_events.h"
+#include "engines/memory/picture_file.h"
 #include "engines/memory/range_object.h"
+#include "engines/memory/shape_drawing.h"
 #include "engines/memory/worksheet_object.h"
 #include "foundation/text.h"
 
@@ -49,6 +54,7 @@ std::shared_ptr<Chart> AddChart(Sheet& sheet, long type, double left, double top
   chart->top = top;
   chart->width = width;
   chart->height = height;
+  chart->depth = sheet.TopDepth();
   sheet.charts.push_back(chart);
   return chart;
 }
@@ -86,20 +92,22 @@ Variant ChartObjectsObject::Add(Call& call) {
 
 const ClassInfo& ChartObjectObject::Class() const {
   using C = ChartObjectObject;
-  static const ClassInfo info("ChartObject", {
-                                                 {L"Name", kGet | kPut, Do<&C::Name>},
-                                                 {L"Index", kGet, Do<&C::Index>},
-                                                 {L"Left", kGet | kPut, Do<&C::Position<&Chart::left>>},
-                                                 {L"Top", kGet | kPut, Do<&C::Position<&Chart::top>>},
-                                                 {L"Width", kGet | kPut, Do<&C::Position<&Chart::width>>},
-                                                 {L"Height", kGet | kPut, Do<&C::Position<&Chart::height>>},
-                                                 {L"Chart", kGet, Do<&C::ChartOf>},
-                                                 {L"Parent", kGet, Do<&C::Parent>},
-                                                 {L"Delete", kMethod, Do<&C::Delete>},
-                                                 {L"Select", kMethod, Do<&C::Select>},
-                                                 {L"Activate", kMethod, Do<&C::Select>},
-                                                 {L"Application", kGet, Do<&C::Application>},
-                                             });
+  static const ClassInfo info("ChartObject",
+                              {
+                                  {L"Name", kGet | kPut, Do<&C::Name>},
+                                  {L"Index", kGet, Do<&C::Index>},
+                                  {L"Left", kGet | kPut, Do<&C::Position<&FloatingObject::left>>},
+                                  {L"Top", kGet | kPut, Do<&C::Position<&FloatingObject::top>>},
+                                  {L"Width", kGet | kPut, Do<&C::Position<&FloatingObject::width>>},
+                                  {L"Height", kGet | kPut, Do<&C::Position<&FloatingObject::height>>},
+                                  {L"Chart", kGet, Do<&C::ChartOf>},
+                                  {L"Parent", kGet, Do<&C::Parent>},
+                                  {L"Delete", kMethod, Do<&C::Delete>},
+                                  {L"Select", kMethod, Do<&C::Select>},
+                                  {L"Activate", kMethod, Do<&C::Select>},
+                                  {L"ShapeRange", kGet, Do<&C::ShapeRange>},
+                                  {L"Application", kGet, Do<&C::Application>},
+                              });
   return info;
 }
 
@@ -118,12 +126,6 @@ Variant ChartObjectObject::Index(Call&) {
   return Variant(static_cast<long>(found - sheet_->charts.begin()) + 1);
 }
 
-Variant ChartObjectObject::AccessPosition(Chart& chart, double Chart::*field, Call& call) {
-  if (!call.IsPut()) return Variant(chart.*field);
-  chart.*field = ToDouble(call.Value());
-  return {};
-}
-
 Variant ChartObjectObject::ChartOf(Call&) {
   return Make<ChartObject>(SharedHost(), sheet_, chart_);
 }
@@ -133,8 +135,7 @@ Variant ChartObjectObject::Parent(Call&) {
 
 Variant ChartObjectObject::Delete(Call&) {
   Host::RequireFormattable(*sheet_);
-  chart_->deleted = true;
-  std::erase(sheet_->charts, chart_);
+  sheet_->Remove(*chart_);
   return Variant(true);
 }
 
@@ -145,6 +146,11 @@ Variant ChartObjectObject::Select(Call&) {
   return Variant(true);
 }
 
+Variant ChartObjectObject::ShapeRange(Call&) {
+  return Make<ShapeListObject>(SharedHost(), sheet_, FloatingObjects{chart_},
+                               ShapeListObject::Kind::kSelection);
+}
+
 const ClassInfo& ChartObject::Class() const {
   using C = ChartObject;
   static const ClassInfo info("Chart", {
@@ -153,6 +159,9 @@ const ClassInfo& ChartObject::Class() const {
                                            {L"ChartTitle", kGet, Do<&C::Title>},
                                            {L"ChartType", kGet | kPut, Do<&C::Type>},
                                            {L"SetSourceData", kMethod, Do<&C::SetSourceData>},
+                                           {L"Paste", kMethod, Do<&C::Paste>},
+                                           {L"Export", kMethod, Do<&C::Export>},
+                                           {L"CopyPicture", kMethod, Do<&C::CopyPicture>},
                                            {L"Parent", kGet, Do<&C::Parent>},
                                            {L"Application", kGet, Do<&C::Application>},
                                        });
@@ -187,6 +196,33 @@ Variant ChartObject::SetSourceData(Call& call) {
   const auto* range = dynamic_cast<RangeObject*>(NativeObject(call.Arg(0)));
   if (range == nullptr) throw HostError{DISP_E_TYPEMISMATCH};
   chart_->source = Concat(range->GetSheet()->name, L"!", FormatAddress(range->Areas(), true, true));
+  return {};
+}
+
+Variant ChartObject::Paste(Call&) {
+  Host::RequireFormattable(*sheet_);
+  const UniqueBitmap bitmap(TakePictureFromClipboard());
+  if (!bitmap) Refuse();
+  chart_->pasted = PictureOf(bitmap.Get());
+  return {};
+}
+
+Variant ChartObject::Export(Call& call) {
+  if (call.Arg(0) == nullptr) throw HostError{DISP_E_PARAMNOTOPTIONAL};
+  const VARIANT* const filter = call.Arg(1);
+  if (filter != nullptr && !EqualsIgnoreAsciiCase(ToText(*filter), L"PNG")) Refuse();
+  const UniqueBitmap drawing = DrawFloating(*chart_);
+  const auto picture = drawing ? PictureOf(drawing.Get()) : nullptr;
+  if (picture == nullptr) Refuse();
+  std::ofstream file(std::filesystem::path(ToText(*call.Arg(0))), std::ios::binary);
+  file << EncodePicture(*picture);
+  file.close();
+  if (!file) Refuse();
+  return Variant(true);
+}
+
+Variant ChartObject::CopyPicture(Call& call) {
+  CopyDrawing(GetHost(), call, DrawFloating(*chart_).Get());
   return {};
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "engines/memory/dispatch_object.h"
+#include "engines/memory/shapes_object.h"
 
 namespace qv::devhost::memory {
 
@@ -42,18 +43,16 @@ class ChartObjectObject final : public DispatchObject {
 
   Variant Name(Call& call);
   Variant Index(Call& call);
-  template <double Chart::*Field>
+  template <double FloatingObject::*Field>
   Variant Position(Call& call) {
-    return AccessPosition(*chart_, Field, call);
+    return ShapeObject::AccessPosition(*chart_, Field, call);
   }
   Variant ChartOf(Call& call);
   Variant Parent(Call& call);
   Variant Delete(Call& call);
   Variant Select(Call& call);
+  Variant ShapeRange(Call& call);
   Variant Application(Call&) { return ApplicationOf(*this); }
-
-  /// Left, Top, Width or Height of a chart, in points.
-  [[nodiscard]] static Variant AccessPosition(Chart& chart, double Chart::*field, Call& call);
 
  private:
   std::shared_ptr<Sheet> sheet_;
@@ -74,6 +73,9 @@ class ChartObject final : public DispatchObject {
   Variant Title(Call& call);
   Variant Type(Call& call);
   Variant SetSourceData(Call& call);
+  Variant Paste(Call& call);
+  Variant Export(Call& call);
+  Variant CopyPicture(Call& call);
   Variant Parent(Call& call);
   Variant Application(Call&) { return ApplicationOf(*this); }
 

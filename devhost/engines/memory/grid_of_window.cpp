@@ -90,18 +90,18 @@ class Picture {
     std::ranges::sort(grid.cells, {}, [](const GridCell& cell) { return std::pair(cell.row, cell.column); });
   }
 
-  void AddCharts(GridSnapshot& grid) const {
+  void AddFloating(GridSnapshot& grid) const {
     const double left = sheet_.WidthOf({1, 1, 1, area_.col1 - 1});
     const double top = sheet_.HeightOf({1, 1, area_.row1 - 1, 1});
-    for (const auto& chart : sheet_.charts) {
-      if (chart->deleted) continue;
-      grid.shapes.push_back({chart->left - left, chart->top - top, chart->width, chart->height, true,
-                             chart->hasTitle ? chart->title : L""});
+    for (const auto& object : sheet_.Floating()) {
+      const auto* const chart = dynamic_cast<const Chart*>(object.get());
+      grid.shapes.push_back({object->left - left, object->top - top, object->width, object->height,
+                             chart != nullptr, chart != nullptr ? chart->title : object->name});
       while (grid.usedColumns < kMaxColumn &&
-             sheet_.WidthOf({1, 1, 1, grid.usedColumns}) < chart->left + chart->width)
+             sheet_.WidthOf({1, 1, 1, grid.usedColumns}) < object->left + object->width)
         ++grid.usedColumns;
       while (grid.usedRows < kMaxRow &&
-             sheet_.HeightOf({1, 1, grid.usedRows, 1}) < chart->top + chart->height)
+             sheet_.HeightOf({1, 1, grid.usedRows, 1}) < object->top + object->height)
         ++grid.usedRows;
     }
   }
@@ -185,7 +185,7 @@ GridSnapshot GridOf(Window& window, const GridArea& area) {
   Picture picture(sheet, *cut);
   picture.AddLines(grid);
   picture.AddCells(grid);
-  picture.AddCharts(grid);
+  picture.AddFloating(grid);
   AddView(window.ViewOf(sheet), grid);
   return grid;
 }

@@ -21,6 +21,8 @@ struct SheetView {
   std::vector<Area> selection{Area{}};
   /// Set while a chart is selected instead of cells.
   std::shared_ptr<Chart> selectedChart;
+  /// The same for shapes.
+  std::vector<std::shared_ptr<FloatingObject>> selectedShapes;
   long splitRow = 0;
   long splitColumn = 0;
   bool frozen = false;
@@ -94,6 +96,8 @@ struct Host {
   long uiLanguage = 1033;
   /// Windows offer "Workbook", which real hosts do not.
   bool windowHasWorkbook = false;
+  /// PictureFormat has a "UserPicture" that exchanges the image, which real hosts do not.
+  bool pictureFormatTakesImage = false;
   /// The typed Range interface is answered; WPS is not known to.
   bool typedRange;
 

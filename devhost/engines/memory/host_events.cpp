@@ -92,9 +92,11 @@ void SelectAreas(const std::shared_ptr<Host>& host, const std::shared_ptr<Sheet>
   const auto window = FrontWindowOf(*host, *sheet);
   if (window == nullptr || window->activeSheet != sheet) Refuse();
   SheetView& view = window->ViewOf(*sheet);
-  const bool changed = view.selection != areas || view.selectedChart != nullptr;
+  const bool changed =
+      view.selection != areas || view.selectedChart != nullptr || !view.selectedShapes.empty();
   view.selection = areas;
   view.selectedChart = nullptr;
+  view.selectedShapes.clear();
   if (changed) FireRangeEvent(host, AppEvent::kSheetSelectionChange, sheet, areas);
 }
 

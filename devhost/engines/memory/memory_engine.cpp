@@ -13,6 +13,7 @@
 #include "engines/memory/fault_json.h"
 #include "engines/memory/host_events.h"
 #include "engines/memory/range_object.h"
+#include "engines/memory/shapes_object.h"
 #include "engines/memory/workbook_json.h"
 #include "engines/memory/worksheet_object.h"
 #include "foundation/text.h"
@@ -146,6 +147,50 @@ std::shared_ptr<memory::Chart> MemoryEngine::AddChart(const std::wstring& sheet,
   chart->hasTitle = !title.empty();
   chart->title = title;
   return chart;
+}
+
+void MemoryEngine::SelectShapes(const std::wstring& sheet,
+                                std::vector<std::shared_ptr<memory::FloatingObject>> shapes) {
+  Changed();
+  const auto found = FindSheet(sheet);
+  ActivateSheet(sheet);
+  memory::FrontWindowOf(*host_, *found)->ViewOf(*found).selectedShapes = std::move(shapes);
+}
+
+std::shared_ptr<memory::Shape> MemoryEngine::AddPicture(const std::wstring& sheet, const std::wstring& name,
+                                                        std::shared_ptr<const memory::PictureData> picture) {
+  constexpr double kPointsPerPixel = 0.75;
+  constexpr long kPictureShape = 13;
+  const auto shape = AddShape(sheet, name, kPictureShape);
+  shape->width = picture->width * kPointsPerPixel;
+  shape->height = picture->height * kPointsPerPixel;
+  shape->picture = std::move(picture);
+  return shape;
+}
+
+std::shared_ptr<memory::Shape> MemoryEngine::AddShape(const std::wstring& sheet, const std::wstring& name,
+                                                      long type) {
+  Changed();
+  auto shape = memory::AddShape(*FindSheet(sheet), type);
+  shape->name = name;
+  return shape;
+}
+
+void MemoryEngine::PutIntoGroup(memory::Sheet& sheet, memory::Shape& group,
+                                const std::vector<std::shared_ptr<memory::Shape>>& shapes) {
+  for (const auto& shape : shapes) {
+    std::erase(sheet.shapes, shape);
+    group.children.push_back(shape);
+  }
+  const auto& all = group.children;
+  group.left = std::ranges::min(all, {}, &memory::Shape::left)->left;
+  group.top = std::ranges::min(all, {}, &memory::Shape::top)->top;
+  group.width = 0;
+  group.height = 0;
+  for (const auto& child : all) {
+    group.width = std::max(group.width, child->left + child->width - group.left);
+    group.height = std::max(group.height, child->top + child->height - group.top);
+  }
 }
 
 ComPtr<IDispatch> MemoryEngine::SheetObject(const std::wstring& sheet) {

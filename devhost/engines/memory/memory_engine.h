@@ -103,6 +103,8 @@ class MemoryEngine final : public Engine {
   void ActivateWindow(const std::shared_ptr<memory::Window>& window);
   void ActivateSheet(const std::wstring& sheet);
   void SelectChart(const std::wstring& sheet, size_t index);
+  /// Shapes that may lie in groups.
+  void SelectShapes(const std::wstring& sheet, std::vector<std::shared_ptr<memory::FloatingObject>> shapes);
 
   /// Sheet of the active workbook. What is changed through it does not raise `Revision`.
   [[nodiscard]] memory::Sheet& Sheet(std::wstring_view name = {});
@@ -112,6 +114,15 @@ class MemoryEngine final : public Engine {
                   memory::CellValue result);
   void Merge(const std::wstring& sheet, std::string_view address);
   std::shared_ptr<memory::Chart> AddChart(const std::wstring& sheet, const std::wstring& title);
+
+  /// A picture on top of all others, one pixel 0.75 points.
+  std::shared_ptr<memory::Shape> AddPicture(const std::wstring& sheet, const std::wstring& name,
+                                            std::shared_ptr<const memory::PictureData> picture);
+  /// A shape of another type; a group takes its place from what is put into it.
+  std::shared_ptr<memory::Shape> AddShape(const std::wstring& sheet, const std::wstring& name, long type);
+  /// Moves shapes of the sheet into a group.
+  static void PutIntoGroup(memory::Sheet& sheet, memory::Shape& group,
+                           const std::vector<std::shared_ptr<memory::Shape>>& shapes);
 
   // Objects as an add-in would get them; they count as live while they are held.
   [[nodiscard]] ComPtr<IDispatch> WindowObject(const std::shared_ptr<memory::Window>& window);

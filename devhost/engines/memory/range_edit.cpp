@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <set>
 
-#include "engines/common/clipboard_picture.h"
 #include "engines/memory/range_object.h"
 #include "engines/memory/range_picture.h"
+#include "engines/memory/shapes_object.h"
 #include "foundation/text.h"
 
 namespace qv::devhost::memory {
@@ -95,15 +95,7 @@ Variant RangeObject::RemoveDuplicates(Call& call) {
 }
 
 Variant RangeObject::CopyPicture(Call& call) {
-  constexpr long kScreen = 1;
-  constexpr long kPicture = -4147;
-  constexpr long kBitmap = 2;
-  // The two hosts have different defaults.
-  const long appearance = call.Long(0, GetHost().isWps ? 2 : kScreen);
-  const long format = call.Long(1, kPicture);
-  if ((appearance != kScreen && appearance != 2) || (format != kPicture && format != kBitmap)) Refuse();
-  const UniqueBitmap picture = DrawRange(*sheet_, First());
-  if (!picture || !PutPictureOnClipboard(picture.Get(), format == kBitmap)) Refuse();
+  CopyDrawing(GetHost(), call, DrawRange(*sheet_, First()).Get());
   return Variant(true);
 }
 

@@ -11,6 +11,7 @@
 #include "engines/memory/a1.h"
 #include "engines/memory/cell_style.h"
 #include "engines/memory/cell_value.h"
+#include "engines/memory/floating_object.h"
 
 namespace qv::devhost::memory {
 
@@ -32,20 +33,16 @@ struct Cell {
   [[nodiscard]] const CellStyle& Style() const;
 };
 
-/// A chart that floats on a sheet. Positions in points.
-struct Chart {
-  std::wstring name;
+/// A chart that floats on a sheet.
+struct Chart final : FloatingObject {
   bool hasTitle = false;
   std::wstring title;
   FontStyle titleFont;
   /// The host's chart type number; 51 is clustered columns.
   long type = 51;
   std::wstring source;
-  double left = 0;
-  double top = 0;
-  double width = 360;
-  double height = 216;
-  bool deleted = false;
+  /// What was pasted into it last; null for nothing.
+  std::shared_ptr<const PictureData> pasted;
 };
 
 /// Cells of one worksheet in an ordered map, row by row, and what belongs to rows and columns. Single cells
@@ -67,12 +64,21 @@ class Sheet {
   bool deleted = false;
   std::weak_ptr<Workbook> workbook;
   std::vector<std::shared_ptr<Chart>> charts;
+  /// Everything else that floats, groups with what is in them.
+  std::vector<std::shared_ptr<Shape>> shapes;
   /// Rows and columns above and left of the split of a new window on this sheet.
   long frozenRows = 0;
   long frozenColumns = 0;
 
   /// Null for a cell that has neither content nor style.
   [[nodiscard]] const Cell* Find(long row, long col) const;
+  /// Charts and shapes from the one behind all others on, as the host numbers them.
+  [[nodiscard]] std::vector<std::shared_ptr<FloatingObject>> Floating() const;
+  /// The depth of something new, which lies above all others.
+  [[nodiscard]] long TopDepth() const;
+  /// Takes a chart or a shape, also one inside a group, off the sheet.
+  void Remove(FloatingObject& object);
+
   [[nodiscard]] const CellStyle& StyleAt(long row, long col) const;
 
   /// Replaces the content; styled text parts go, the style stays (with the entry's number format in a General

@@ -42,6 +42,16 @@ std::set<long> ShiftedSet(const std::set<long>& lines, const LineShift& shift) {
   return shifted;
 }
 
+/// What begins behind the edge moves; a group with all that is in it.
+void MoveObject(FloatingObject& object, bool rows, double edge, double grown) {
+  double& start = rows ? object.top : object.left;
+  if (start >= edge) start = std::max(edge, start + grown);
+  const auto* const shape = dynamic_cast<const Shape*>(&object);
+  if (shape == nullptr) return;
+  for (const auto& child : shape->children)
+    MoveObject(*child, rows, edge, grown);
+}
+
 }  // namespace
 
 void Sheet::ShiftLines(bool rows, long first, long count) {
@@ -50,10 +60,8 @@ void Sheet::ShiftLines(bool rows, long first, long count) {
   const double grown =
       count > 0 ? static_cast<double>(count) * (rows ? kDefaultRowHeight : ColumnPoints(kMaxColumn))
                 : edge - StartOf(rows, first - count);
-  for (const auto& chart : charts) {
-    double& start = rows ? chart->top : chart->left;
-    if (start >= edge) start = std::max(edge, start + grown);
-  }
+  for (const auto& object : Floating())
+    MoveObject(*object, rows, edge, grown);
   const std::vector<Area> merges = Merges();
   const auto cells = std::exchange(cells_, {});
   formulas_.clear();

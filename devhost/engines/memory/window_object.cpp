@@ -6,6 +6,7 @@
 #include "engines/memory/chart_objects.h"
 #include "engines/memory/host_events.h"
 #include "engines/memory/range_object.h"
+#include "engines/memory/shapes_object.h"
 #include "engines/memory/workbook_object.h"
 #include "engines/memory/worksheet_object.h"
 #include "foundation/text.h"
@@ -92,6 +93,10 @@ Variant WindowObject::ActiveCell(Call&) {
 
 Variant WindowObject::Selection(Call& call) {
   const auto chart = View().selectedChart;
+  const auto& shapes = View().selectedShapes;
+  if (!shapes.empty() && !shapes.front()->deleted) {
+    return Make<DrawingObject>(SharedHost(), window_->activeSheet, shapes);
+  }
   if (chart == nullptr || chart->deleted) return RangeSelection(call);
   return Make<ChartObjectObject>(SharedHost(), window_->activeSheet, chart);
 }

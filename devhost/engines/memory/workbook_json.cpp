@@ -1,11 +1,18 @@
 #include "engines/memory/workbook_json.h"
 
+#include <windows.h>
+// Wants the header above first.
+#include <wincrypt.h>
+
 #include <algorithm>
 #include <stdexcept>
 
 #include "engines/memory/chart_objects.h"
 #include "engines/memory/font_object.h"
+#include "engines/memory/picture_file.h"
+#include "engines/memory/shapes_object.h"
 #include "foundation/text.h"
+#include "tools/image_data.h"
 
 namespace qv::devhost::memory {
 namespace {
@@ -99,6 +106,47 @@ void ReadChart(Sheet& sheet, const json& from) {
   }
 }
 
+void ReadPlace(const json& from, FloatingObject& object) {
+  object.left = from.value("left", object.left);
+  object.top = from.value("top", object.top);
+  object.width = from.value("width", object.width);
+  object.height = from.value("height", object.height);
+  object.placement = from.value("placement", object.placement);
+  if (from.contains("name")) object.name = TextOf(from.at("name"));
+  if (from.contains("alt")) object.alternativeText = TextOf(from.at("alt"));
+}
+
+std::shared_ptr<const PictureData> PictureFromText(const std::wstring& base64) {
+  const auto bytes = BytesOfBase64(base64);
+  auto picture =
+      bytes ? DecodePicture({reinterpret_cast<const char*>(bytes->data()), bytes->size()}) : nullptr;
+  if (picture == nullptr) Bad("not a picture");
+  return picture;
+}
+
+std::shared_ptr<Shape> ReadShape(const json& from) {
+  constexpr double kPointsPerPixel = 0.75;
+  auto shape = std::make_shared<Shape>();
+  shape->type = from.value("type", shape->type);
+  if (from.contains("png")) {
+    shape->picture = PictureFromText(TextOf(from.at("png")));
+    shape->width = shape->picture->width * kPointsPerPixel;
+    shape->height = shape->picture->height * kPointsPerPixel;
+  }
+  ReadPlace(from, *shape);
+  for (const json& child : from.value("children", json::array()))
+    shape->children.push_back(ReadShape(child));
+  return shape;
+}
+
+void AddReadShape(Sheet& sheet, const json& from) {
+  const auto named = AddShape(sheet, from.value("type", 13L));
+  const auto shape = ReadShape(from);
+  shape->depth = named->depth;
+  if (shape->name.empty()) shape->name = named->name;
+  sheet.shapes.back() = shape;
+}
+
 std::shared_ptr<Sheet> ReadSheet(const json& from) {
   const auto sheet = std::make_shared<Sheet>(TextOf(from.at("name")));
   const json cells = from.value("cells", json::object());
@@ -115,11 +163,26 @@ std::shared_ptr<Sheet> ReadSheet(const json& from) {
     sheet->SetColumnWidth(OneArea(column + ":" + column).col1, width.get<double>());
   for (const json& chart : from.value("charts", json::array()))
     ReadChart(*sheet, chart);
+  for (const json& shape : from.value("shapes", json::array()))
+    AddReadShape(*sheet, shape);
   if (from.value("hidden", false)) sheet->visible = 0;
   sheet->isProtected = from.value("protected", false);
   sheet->frozenRows = from.value("frozenRows", 0L);
   sheet->frozenColumns = from.value("frozenColumns", 0L);
   return sheet;
+}
+
+std::string Base64Of(const std::string& bytes) {
+  constexpr DWORD kForm = CRYPT_STRING_BASE64 | CRYPT_STRING_NOCRLF;
+  const auto* const data = reinterpret_cast<const BYTE*>(bytes.data());
+  const auto size = static_cast<DWORD>(bytes.size());
+  // Counts the closing zero, which the second call does not.
+  DWORD length = 0;
+  if (!CryptBinaryToStringA(data, size, kForm, nullptr, &length)) return {};
+  std::string text(length, '\0');
+  if (!CryptBinaryToStringA(data, size, kForm, text.data(), &length)) return {};
+  text.resize(length);
+  return text;
 }
 
 void WriteFont(json& to, const FontStyle& font, const FontStyle& base) {
@@ -162,6 +225,17 @@ json WriteChart(const Chart& chart) {
   return to;
 }
 
+json WriteShape(const Shape& shape) {
+  json to = {{"name", ToUtf8(shape.name)}, {"type", shape.type},   {"left", shape.left},
+             {"top", shape.top},           {"width", shape.width}, {"height", shape.height}};
+  if (!shape.alternativeText.empty()) to["alt"] = ToUtf8(shape.alternativeText);
+  if (shape.placement != Shape().placement) to["placement"] = shape.placement;
+  if (shape.picture != nullptr) to["png"] = Base64Of(EncodePicture(*shape.picture));
+  for (const auto& child : shape.children)
+    to["children"].push_back(WriteShape(*child));
+  return to;
+}
+
 json WriteSheet(const Sheet& sheet) {
   json to = {{"name", ToUtf8(sheet.name)}, {"cells", json::object()}};
   sheet.ForEach(Area{1, 1, kMaxRow, kMaxColumn}, [&](long row, long col, const Cell& cell) {
@@ -176,6 +250,8 @@ json WriteSheet(const Sheet& sheet) {
     to["columnWidths"][ToUtf8(ColumnLetters(col))] = width;
   for (const auto& chart : sheet.charts)
     to["charts"].push_back(WriteChart(*chart));
+  for (const auto& shape : sheet.shapes)
+    to["shapes"].push_back(WriteShape(*shape));
   if (sheet.visible != -1) to["hidden"] = true;
   if (sheet.isProtected) to["protected"] = true;
   if (sheet.frozenRows > 0) to["frozenRows"] = sheet.frozenRows;

@@ -18,7 +18,13 @@ namespace qv::devhost::memory {
 //    "cells":{"A1":"text","A2":12.5,"A3":true,"A4":{…}},
 //    "merges":["A1:B2"],
 //    "rowHeights":{"3":30.5},"columnWidths":{"B":20},
-//    "charts":[{"title":"Sales","name":"Chart 1","type":51,"left":0,"top":0,"width":360,"height":216}]}]}
+//    "charts":[{"title":"Sales","name":"Chart 1","type":51,"left":0,"top":0,"width":360,"height":216}],
+//    "shapes":[{"name":"Picture 1","type":13,"png":"base64 of a PNG file","left":0,"top":0,"width":75,
+//               "height":37.5,"alt":"What is seen","placement":2},
+//              {"name":"Group 1","type":6,"left":0,"top":0,"width":99,"height":99,"children":[…]}]}]}
+//
+// Types of shapes are the host's: 13 a picture, 6 a group, 9 a line, 8 a form control, 1 a plain shape, which
+// "png" fills. Without a size a picture has its own, 0.75 points a pixel. Charts lie below shapes.
 //
 // A cell in its long form:
 // {"v":value,"e":2042,"f":"=A1","wrap":true,"locked":false,"format":"0%","bold":true,

@@ -4,8 +4,16 @@ import { t } from './i18n.js';
 import { thumbnailOf } from './picture.js';
 import { addinFailure } from './pictures_failures.js';
 import { change, isBusy, isCancelled, items, setItem, setItems, setUndos, state } from './pictures_model.js';
-import { fresh, isSamePicture, outcomeOf, readAnchor, readScan } from './pictures_state.js';
-import { batchSize, withBatchForgotten, withBatchUndone, withNothing, withReplaced, withUndone } from './pictures_undo.js';
+import { fresh, isSamePicture, makeItem, outcomeOf, readAnchor, readScan } from './pictures_state.js';
+import {
+  batchSize,
+  withBatchForgotten,
+  withBatchUndone,
+  withNothing,
+  withReplaced,
+  withUndone,
+} from './pictures_undo.js';
+import { stateText } from './pictures_view.js';
 import { replaceAll, translateAll } from './pictures_work.js';
 import { translatePicture } from './service_api.js';
 import { dropToken, token } from './session.js';
@@ -17,8 +25,7 @@ const SERVICE_LIMIT_MS = 180000;
 const THUMBNAIL_PIXELS = 160;
 
 /** Asks the add-in; undefined when it does not answer. */
-const ask = (action, fields = {}) =>
-  request(action, fields, { limitMs: ADDIN_LIMIT_MS }).catch((error) => error.data);
+const ask = (action, fields = {}) => request(action, fields, { limitMs: ADDIN_LIMIT_MS }).catch((error) => error.data);
 
 const thumbnail = (base64) => thumbnailOf(base64, THUMBNAIL_PIXELS).catch(() => '');
 
@@ -32,6 +39,27 @@ export async function scan() {
   if (!found) return;
   change({ scan: found, openSheet: '', stale: '' });
   setItems(found.items);
+}
+
+/** The user has gone to a sheet; nothing is said while it is that of the list. @param {string} name */
+export function noteSheet(name) {
+  const isOther = state.scan && name && name !== state.scan.sheetName;
+  if (state.openSheet !== (isOther ? name : '')) change({ openSheet: isOther ? name : '' });
+}
+
+const looksAlike = (a, b) => a?.thumbnail === b?.thumbnail && (a === b || isSamePicture(a.anchor, b.anchor));
+
+let selections = 0;
+
+/** The add-in tells of each selection at rest; of cells it does not say on which sheet. */
+export async function noteSelection({ scope, anchor, thumbBase64 }) {
+  const number = ++selections;
+  const selected = scope === 'shape' ? makeItem({ ...anchor, thumbBase64 }) : null;
+  if (!looksAlike(selected, state.selected)) change({ selected });
+  if (selected) return noteSheet(selected.anchor.sheetName);
+  if (!state.scan) return;
+  const where = await ask('excelGetWriteContext');
+  if (number === selections) noteSheet(where?.sheetName ?? '');
 }
 
 /** @param {number} total pictures @param {() => Promise<void>} job */
@@ -109,9 +137,10 @@ export const replace = (chosen) =>
 /** @returns {() => string} what has become of some pictures, in the language of the moment */
 function outcomeWords(chosen) {
   const ids = new Set(chosen.map(({ id }) => id));
-  const counts = outcomeOf(items().filter(({ id }) => ids.has(id)));
+  const done = items().filter(({ id }) => ids.has(id));
   const stopped = isCancelled();
-  return () => `${stopped ? `${t('chat.stopped')} ` : ''}${t('pictures.summary', counts)}`;
+  const words = () => (done.length === 1 ? stateText(done[0]) : t('pictures.summary', outcomeOf(done)));
+  return () => [stopped ? t('chat.stopped') : '', words()].filter(Boolean).join(' ');
 }
 
 /** @param {import('./pictures_state.js').Item} item whose last replacement is put back */

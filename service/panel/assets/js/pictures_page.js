@@ -5,9 +5,9 @@ import { byId, chosenRadio } from './dom.js';
 import { onLanguage, t } from './i18n.js';
 import { drawLanguageFields, openLanguageFields } from './language_fields.js';
 import { openPage } from './page.js';
-import { cancel, replace, scan, translate, undo, undoAll } from './pictures_jobs.js';
+import { cancel, noteSelection, noteSheet, replace, scan, translate, undo, undoAll } from './pictures_jobs.js';
 import { change, isBusy, isCancelled, items, onChanged, setItem, setItems, state } from './pictures_model.js';
-import { chooseAll, isSamePicture, makeItem } from './pictures_state.js';
+import { chooseAll, isSamePicture } from './pictures_state.js';
 import { batchSize } from './pictures_undo.js';
 import { drawItems, failureText, forgetDrawn, makeThumbnail } from './pictures_view.js';
 import { onActiveSheet } from './run_events.js';
@@ -84,7 +84,8 @@ function staleWords() {
 function outcomeWords() {
   const { outcome, stoppedBy } = state;
   const why = stoppedBy && !stoppedBy.rescan ? failureText(stoppedBy) : '';
-  return [outcome?.(), why].filter(Boolean).join(' ');
+  const what = outcome?.() ?? '';
+  return what.includes(why) ? what : `${what} ${why}`.trim();
 }
 
 /** Puts text into an element that takes no room without it. */
@@ -133,7 +134,8 @@ function drawWork() {
   }
   byId('cancel').disabled = isCancelled();
   fill('outcome-text', outcome?.() ?? '');
-  fill('outcome-problem', stoppedBy ? failureText(stoppedBy) : '');
+  const why = stoppedBy ? failureText(stoppedBy) : '';
+  fill('outcome-problem', why === outcome?.() ? '' : why);
   const ready = readyItems().length;
   const batch = batchSize(undos);
   fill('replace-all', ready > 1 ? t('pictures.replaceAll', { count: ready }) : '');
@@ -159,6 +161,16 @@ function draw() {
   drawWork();
 }
 
+/** The add-in draws the selected picture each time that it is asked. */
+const LOOK_AGAIN_MS = 2000;
+let lastLook = -LOOK_AGAIN_MS;
+
+function askForSelection() {
+  if (isBusy() || performance.now() - lastLook < LOOK_AGAIN_MS) return;
+  lastLook = performance.now();
+  post('requestImageSelectionPreview');
+}
+
 byId('form').addEventListener('submit', (event) => {
   event.preventDefault();
   translateChosen(chosenItems());
@@ -170,11 +182,8 @@ byId('replace-all').addEventListener('click', () => void run(() => replace(ready
 byId('undo-all').addEventListener('click', () => void run(undoAll));
 byId('cancel').addEventListener('click', cancel);
 onChanged(draw);
-onEvents({
-  onImageSelectionPreview: ({ scope, anchor, thumbBase64 }) =>
-    change({ selected: scope === 'shape' ? makeItem({ ...anchor, thumbBase64 }) : null }),
-});
-onActiveSheet((name) => change({ openSheet: state.scan && name !== state.scan.sheetName ? name : '' }));
+onEvents({ onImageSelectionPreview: (preview) => void noteSelection(preview) });
+onActiveSheet(noteSheet);
 onLanguage(() => {
   drawLanguageFields(choices);
   forgetDrawn();
@@ -187,6 +196,9 @@ openLanguageFields(choices, () => {
   draw();
 });
 if (isHosted()) {
-  post('requestImageSelectionPreview');
+  askForSelection();
+  // A host tells of selected cells by itself, but not always of a selected picture: the user comes here with the pointer.
+  addEventListener('focus', askForSelection);
+  document.documentElement.addEventListener('pointerenter', askForSelection);
   await run(scan);
 }

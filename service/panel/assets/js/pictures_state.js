@@ -21,13 +21,15 @@ const TOLERANCE_PT = 0.1;
 /**
  * @typedef {Record<string, any>} Anchor with the members of ANCHOR
  *
+ * @typedef {'idle' | 'extracting' | 'translating' | 'replacing' | 'undoing' | 'ready' | 'replaced' | 'nothing' | 'failed'
+ *   } State "ready" has a translation that is not in the sheet, "nothing" no text to translate
+ *
  * @typedef {object} Item one picture
  * @property {number} id of this page
  * @property {Anchor} anchor of the picture that is in the sheet now
  * @property {string} thumbnail a PNG in base64; empty without one
  * @property {boolean} chosen
- * @property {'idle' | 'extracting' | 'translating' | 'replacing' | 'undoing' | 'ready' | 'replaced' | 'nothing' | 'failed'}
- *   state "ready" has a translation that is not in the sheet; "nothing" has no text to translate
+ * @property {State} state
  * @property {string} original the picture as the sheet showed it, in base64; empty when it is not kept
  * @property {string} translated its translation
  * @property {number} count of texts translated
@@ -75,7 +77,10 @@ export const fresh = () => ({
  */
 export function readScan(data, before = []) {
   if (!Array.isArray(data?.sheetSummary)) return null;
-  const found = data.sheetSummary.flatMap(({ anchors }) => anchors ?? []).map(makeItem).filter(Boolean);
+  const found = data.sheetSummary
+    .flatMap(({ anchors }) => anchors ?? [])
+    .map(makeItem)
+    .filter(Boolean);
   const items = found.map((item) => {
     const known = before.find(({ anchor }) => isSamePicture(anchor, item.anchor));
     return known ? { ...known, anchor: item.anchor, thumbnail: item.thumbnail || known.thumbnail } : item;
@@ -93,8 +98,7 @@ export function isSamePicture(a, b) {
 }
 
 /** @param {Item[]} items @param {number} id @param {Partial<Item>} fields @returns {Item[]} */
-export const changeItem = (items, id, fields) =>
-  items.map((item) => (item.id === id ? { ...item, ...fields } : item));
+export const changeItem = (items, id, fields) => items.map((item) => (item.id === id ? { ...item, ...fields } : item));
 
 /** What a click on "choose all" does: all, and none once all are. */
 export function chooseAll(items) {

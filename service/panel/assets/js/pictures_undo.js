@@ -1,6 +1,6 @@
 /**
- * Which pictures the add-in can put back, and how often: it answers that when it replaces one, and not again. Kept beyond
- * the page, which comes and goes while the add-in remembers. Nothing here touches the page.
+ * Which pictures the add-in can put back, and how often: it answers that when it replaces one, and not again. Kept
+ * beyond the page, which comes and goes while the add-in remembers. Nothing here touches the page.
  */
 import { isSamePicture, readAnchor } from './pictures_state.js';
 

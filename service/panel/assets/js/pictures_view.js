@@ -45,7 +45,9 @@ export function drawItems(items, selected, uses) {
   const focused = list.contains(document.activeElement) ? document.activeElement.dataset.use : undefined;
   const wanted = new Set(items.map(({ id }) => id));
   for (const id of [...drawn.keys()].filter((known) => !wanted.has(known))) drawn.delete(id);
-  const elements = items.map((item) => elementOf(item, selected !== null && isSamePicture(item.anchor, selected), uses));
+  const elements = items.map((item) =>
+    elementOf(item, selected !== null && isSamePicture(item.anchor, selected), uses),
+  );
   // What is in its place is not moved: moving takes the focus away.
   if (elements.some((element, i) => list.children[i] !== element) || list.children.length !== elements.length) {
     list.replaceChildren(...elements);
@@ -57,7 +59,10 @@ export function drawItems(items, selected, uses) {
 function giveFocus(list, use) {
   const [id] = use.split(' ');
   const places = [`[data-use="${CSS.escape(use)}"]:enabled`, `[data-use="${CSS.escape(`${id} choose`)}"]`];
-  places.map((place) => list.querySelector(place)).find(Boolean)?.focus();
+  places
+    .map((place) => list.querySelector(place))
+    .find(Boolean)
+    ?.focus();
 }
 
 function elementOf(item, isSelected, uses) {
@@ -79,12 +84,8 @@ const looksAlike = (before, now) =>
 function makeElement(item, isSelected, uses) {
   const parts = [makeChoice(item, uses)];
   if (isSelected) parts.push(make('p', { class: 'quiet', textContent: t('pictures.selected') }));
-  // A picture that an earlier page replaced is known by its way back only.
-  const state = item.state === 'idle' && item.undos > 0 ? 'replaced' : item.state;
-  if (STATES[state]) {
-    const words = t(STATES[state], { count: item.count });
-    parts.push(make('p', { class: 'state', 'data-state': state, textContent: words }));
-  }
+  const state = stateOf(item);
+  if (STATES[state]) parts.push(make('p', { class: 'state', 'data-state': state, textContent: stateText(item) }));
   if (item.crowded > 0) {
     parts.push(make('p', { class: 'quiet', textContent: t('pictures.noRoom', { count: item.crowded }) }));
   }
@@ -95,13 +96,27 @@ function makeElement(item, isSelected, uses) {
   return make('li', { 'data-id': item.id, ...(isSelected && { 'aria-current': 'true' }) }, parts);
 }
 
+/** A picture that an earlier page replaced is known by its way back only. */
+const stateOf = ({ state, undos }) => (state === 'idle' && undos > 0 ? 'replaced' : state);
+
+/** @param {Item} item @returns {string} what has become of it, empty when nothing has */
+export function stateText(item) {
+  if (item.failure) return failureText(item.failure);
+  const key = STATES[stateOf(item)];
+  return key && t(key, { count: item.count });
+}
+
 /** @param {import('./pictures_failures.js').PictureFailure} failure */
 export const failureText = ({ key, message }) => t(key, { message });
 
 function makeChoice(item, uses) {
   const box = make('input', { type: 'checkbox', checked: item.chosen, 'data-use': `${item.id} choose` });
   box.addEventListener('change', () => uses.choose(item, box.checked));
-  return make('label', {}, [box, makeThumbnail(item), make('span', { dir: 'auto', textContent: item.anchor.shapeName })]);
+  return make('label', {}, [
+    box,
+    makeThumbnail(item),
+    make('span', { dir: 'auto', textContent: item.anchor.shapeName }),
+  ]);
 }
 
 /** @param {{thumbnail: string}} item whose name stands beside it */

@@ -1,17 +1,20 @@
 /**
- * Takes pictures out of the sheet, has them translated and puts them back, one after the other. Nothing here touches the
- * page: what it needs of the add-in and of the service is given to it.
+ * Takes pictures out of the sheet, has them translated and puts them back, one after the other. Nothing here touches
+ * the page: what it needs of the add-in and of the service is given to it.
  */
 import { addinFailure, serviceFailure } from './pictures_failures.js';
 
-/** @typedef {import('./pictures_state.js').Item} Item @typedef {import('./pictures_failures.js').PictureFailure} Failure */
+/**
+ * @typedef {import('./pictures_state.js').Item} Item
+ * @typedef {import('./pictures_failures.js').PictureFailure} Failure
+ */
 
 /**
  * @typedef {object} Means
  * @property {(anchor: object) => Promise<any>} extract the add-in's answer
- * @property {(imageBase64: string) => Promise<{imageBase64: string, texts: {drawn: boolean}[]}>} translate rejected with
- *   the service's error
- * @property {(anchor: object, imageBase64: string) => Promise<any>} replace the add-in's answer, perhaps with a thumbnail
+ * @property {(imageBase64: string) => Promise<{imageBase64: string, texts: {drawn: boolean}[]}>} translate rejected
+ *   with the service's error
+ * @property {(anchor: object, imageBase64: string) => Promise<any>} replace the add-in's answer
  * @property {(id: number, fields: Partial<Item>) => void} report what has become of a picture
  * @property {() => boolean} cancelled
  */
