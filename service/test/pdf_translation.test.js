@@ -3,6 +3,7 @@ import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { after, before, test } from 'node:test';
 
+import { paragraphsOf } from '../documents/paragraphs.js';
 import { PanelBrowser } from '../testing/panel_browser.js';
 import { print } from '../testing/paper.js';
 
@@ -45,6 +46,34 @@ test('headings and paragraphs come whole, in order, and page by page', async () 
     { page: 2, paragraphs: SECOND.map(MARKED) },
   ]);
   assert.deepEqual((await post('targetLang=es&pages=2', pdf)).pages, answer.pages.slice(1));
+});
+
+/** A block of lines in Poppler's XML, ten units high unless told: a letter is six wide, a blank three. */
+function block(...lines) {
+  const xml = lines.map(({ left = 0, height = 10, text }, i) => {
+    let at = left;
+    const words = text.split(' ').map((word) => {
+      const [from, to] = [at, at + 6 * word.length];
+      at = to + 3;
+      return `<word xMin="${from}" yMin="${15 * i}" xMax="${to}" yMax="${15 * i + height}">${word}</word>`;
+    });
+    return `<line>${words.join('')}</line>`;
+  });
+  return `<block>${xml.join('')}</block>`;
+}
+
+test('a paragraph ends where the next word had found room, at an indent, and where letters change their size', () => {
+  const cases = [
+    [[{ text: 'aaaa bbbb cccc' }, { text: 'dddd eeee' }], ['aaaa bbbb cccc dddd eeee']],
+    [[{ text: 'aaaa bbbb' }, { text: 'cccc' }, { text: 'dddd eeee' }], ['aaaa bbbb cccc', 'dddd eeee']],
+    [[{ text: 'aaaa bbbb cccc' }, { text: 'dddd eeee', left: 12 }], ['aaaa bbbb cccc', 'dddd eeee']],
+    [[{ text: 'aaaa bbbb cccc' }, { text: 'dddd eeee', height: 12 }], ['aaaa bbbb cccc', 'dddd eeee']],
+    [[{ text: 'aaaa bbbb cccc-' }, { text: 'dddd' }], ['aaaa bbbb ccccdddd']],
+    [[{ text: 'aaaa bbbb 2020-' }, { text: '2021' }], ['aaaa bbbb 2020- 2021']],
+  ];
+  for (const [lines, texts] of cases) {
+    assert.deepEqual(paragraphsOf(block(...lines)).map(({ text }) => text), texts, JSON.stringify(lines));
+  }
 });
 
 test('a page that is a picture is recognised before', async () => {
