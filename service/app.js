@@ -11,8 +11,10 @@ import { ServiceError } from './errors.js';
 import { FaultQueue, spoilTranslations } from './faults.js';
 import { logLine } from './log.js';
 import { registerPanel } from './panel.js';
+import { registerPdfTranslation } from './pdf_translation.js';
 import { registerPictures } from './pictures.js';
 import { RequestRecorder } from './recorder.js';
+import { registerTables } from './tables.js';
 import { registerTerminology } from './terminology.js';
 import { parseJson, readTranslateRequest } from './validation.js';
 
@@ -47,6 +49,8 @@ export function buildApp({ engine, faults = false, devSignIn = true, languageMod
   registerAccounts(app, accounts, { devSignIn });
   registerTerminology(app, accounts);
   registerAgents(app, accounts, languageModel);
+  registerTables(app, accounts);
+  registerPdfTranslation(app, accounts, engine);
   registerPictures(app, { engine, accounts });
   registerPanel(app);
   registerAnalytics(app, { readable: faults });

@@ -7,22 +7,26 @@ const ASSETS_FOLDER = fileURLToPath(new URL('panel/assets/', import.meta.url));
 
 export const PANEL_PATH = '/panel/excel';
 
-/** The file behind each page of the panel; those that are still to come share one that says so. */
+/** The file behind each page of the panel. */
 export const PAGE_FILES = {
   account: 'account.html',
   login: 'login.html',
   glossary: 'glossary.html',
   instruction: 'instruction.html',
   quicktranslate: 'quicktranslate.html',
-  grammar: 'later.html',
+  grammar: 'grammar.html',
   chat: 'chat.html',
   agents: 'agents.html',
   support: 'support.html',
   imagetranslate: 'imagetranslate.html',
-  imagetotable: 'later.html',
-  pdf2table: 'later.html',
+  imagetotable: 'totable.html',
+  pdf2table: 'totable.html',
 };
 const ROOT_FILE = 'translate.html';
+
+/** The page that the ribbon opens in the user's own browser, with no add-in around it. */
+export const WEB_PAGE_PATH = '/panel/web/webtranslate.html';
+const WEB_PAGE_FILE = 'webtranslate.html';
 
 /** Everything from this service alone, nothing inline, no frame around it. */
 const CONTENT_SECURITY_POLICY = [
@@ -60,6 +64,7 @@ export function registerPanel(app) {
   });
   app.get(PANEL_PATH, sendPage(ROOT_FILE));
   app.get(`${PANEL_PATH}/`, sendPage(ROOT_FILE));
+  app.get(WEB_PAGE_PATH, sendPage(WEB_PAGE_FILE));
   for (const [name, file] of Object.entries(PAGE_FILES)) app.get(`${PANEL_PATH}/${name}.html`, sendPage(file));
 }
 

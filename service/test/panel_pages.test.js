@@ -236,17 +236,16 @@ test('support says when no add-in answers', async () => {
   await view.close();
 });
 
-test('pages to come say so under their own name, and lead back', async () => {
+test('every page has its own title, and a header that leads to the others', async () => {
   const view = await panel.open('glossary');
-  for (const name of Object.keys(PAGE_FILES).filter((page) => PAGE_FILES[page] === 'later.html')) {
+  for (const name of Object.keys(PAGE_FILES)) {
     await view.goTo(name, 'host=excel&pane=xl1&uiLang=en');
-    assert.match(await view.page.locator('main').innerText(), /not available in this version yet/, name);
-    assert.equal(await view.text('later-title'), english[`page.${name}`]);
     assert.equal(await view.page.title(), `${english[`page.${name}`]} · Quorvantis`);
+    assert.equal(await view.page.locator('h1').innerText(), english[`page.${name}`], name);
   }
-  await view.page.getByRole('link', { name: 'Back to translation' }).click();
+  await view.page.getByRole('link', { name: 'Translate', exact: true }).click();
   await view.page.waitForURL(/\/panel\/excel\?host=excel&pane=xl1/);
-  await view.close();
+  await view.close(REFUSED);
 });
 
 test('the pane opens the workspace window, and the window closes itself', async () => {
@@ -272,7 +271,7 @@ test('the pane opens the workspace window, and the window closes itself', async 
 });
 
 test('toasts of the add-in are shown on every page', async () => {
-  const view = await panel.open('grammar');
+  const view = await panel.open('quicktranslate');
   await view.run("QuorvantisTerminology.showToast('Careful', 'warn')");
   assert.equal(await view.text('toast'), 'Careful');
   assert.equal(await view.id('toast').getAttribute('class'), 'toast warn');
@@ -296,7 +295,7 @@ test('terminology is resolved by the page of the pane, whichever it is, and not 
     body: JSON.stringify({ name: 'G', entries: [entry, { source: 'absent', target: 'x' }] }),
   });
   assert.equal(stored.status, 200);
-  for (const name of ['translate', 'grammar']) {
+  for (const name of ['translate', 'pdf2table']) {
     const view = await panel.open(name, { token });
     const asked = view.page.waitForRequest('**/v1/terminology/resolve');
     await view.say(QUESTION);
@@ -311,7 +310,7 @@ test('terminology is resolved by the page of the pane, whichever it is, and not 
     assert.deepEqual(JSON.parse(result), { entries: [entry], instruction: '' });
     await view.close();
   }
-  const workspace = await panel.open('grammar', { token, query: 'surface=workspace' });
+  const workspace = await panel.open('pdf2table', { token, query: 'surface=workspace' });
   await workspace.say(QUESTION);
   await workspace.page.evaluate(() => fetch('/v1/languages'));
   assert.ok((await workspace.posted()).every(({ action }) => action !== 'terminologyResolveResult'));
@@ -325,7 +324,7 @@ test('terminology that cannot be resolved is answered with code and message', as
     [(route) => route.fulfill({ status: 502, body: '<html>' }), 'network_error', ''],
     [(route) => route.fulfill({ status: 200, body: '<html>' }), 'network_error', 'The answer holds no entries'],
   ];
-  const view = await panel.open('grammar', { token: 'stranger' });
+  const view = await panel.open('pdf2table', { token: 'stranger' });
   for (const [answer, code, message] of answers) {
     await view.page.unroute('**/v1/terminology/resolve');
     await view.page.route('**/v1/terminology/resolve', answer);
@@ -339,7 +338,7 @@ test('terminology that cannot be resolved is answered with code and message', as
 });
 
 test('a page that is left answers nothing for the terminology that it breaks off', async () => {
-  const view = await panel.open('grammar');
+  const view = await panel.open('pdf2table');
   let stalled;
   const reached = new Promise((resolve) => {
     stalled = resolve;

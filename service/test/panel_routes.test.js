@@ -41,7 +41,7 @@ test('nothing beside the pages and their assets is served', async () => {
   const urls = [
     '/word',
     '/nothing.html',
-    '/later.html',
+    '/totable.html',
     '/assets/',
     '/assets/../pages/login.html',
     '/assets/%2e%2e/%2e%2e/app.js',

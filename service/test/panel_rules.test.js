@@ -13,6 +13,7 @@ import {
   quickErrorCode,
   unwrittenText,
 } from '../panel/assets/js/errors.js';
+import { FILE_ERRORS } from '../panel/assets/js/file_errors.js';
 import { canSwap, likelyTarget, sourcesOf, targetsOf } from '../panel/assets/js/language_fields.js';
 import english from '../panel/assets/js/languages/en.js';
 import { ANSWER_LIMIT_MS, ask, giveUp, readHistory, settle } from '../panel/assets/js/quick_history.js';
@@ -182,7 +183,13 @@ test('choices that do not fit are left at their initial value', () => {
 
 test('every code of the add-in and of the service has words, and a remedy that exists', () => {
   const root = new URL('../../', import.meta.url);
-  const sources = ['src/translation/', 'service/', 'service/pictures/', 'service/translate/'].flatMap((folder) =>
+  const sources = [
+    'src/translation/',
+    'service/',
+    'service/documents/',
+    'service/pictures/',
+    'service/translate/',
+  ].flatMap((folder) =>
     readdirSync(new URL(folder, root))
       .filter((file) => /\.(cpp|js)$/.test(file))
       .map((file) => readFileSync(new URL(folder + file, root), 'utf8')),
@@ -191,12 +198,14 @@ test('every code of the add-in and of the service has words, and a remedy that e
     /L"[^"]+", L"([a-z]+(?:_[a-z]+)+)"/g, // rows of the add-in's table
     /(?:Refuse|Fail|Failure)\(L"([a-z_]+)"/g,
     /ServiceError\(\d+, '([a-z_]+)'/g,
+    /\[\d{3}, '([a-z]+_[a-z_]+)', '/g, // rows of answers to a program's failure
   ];
   const codes = new Set(
     sources.flatMap((text) => patterns.flatMap((pattern) => [...text.matchAll(pattern)].map(([, code]) => code))),
   );
   assert.ok(codes.size > 20, 'the sources were read');
-  for (const code of codes) assert.ok(Object.hasOwn(ERRORS, code), code);
+  for (const code of codes) assert.ok(Object.hasOwn(ERRORS, code) || Object.hasOwn(FILE_ERRORS, code), code);
+  for (const text of Object.values(FILE_ERRORS)) assert.ok(Object.hasOwn(english, text), text);
   for (const [code, { text, remedy }] of Object.entries(ERRORS)) {
     assert.ok(Object.hasOwn(english, text), code);
     assert.ok(['signIn', 'account', 'tryAgain', ''].includes(remedy), code);

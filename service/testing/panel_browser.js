@@ -11,6 +11,13 @@ import { EchoEngine } from '../translate/echo.js';
 const BROWSERS = [process.env.QV_CHROMIUM, '/usr/lib/chromium/chromium', '/usr/bin/chromium'];
 const WAIT_MS = 10000;
 
+/** @returns {Promise<import('playwright-core').Browser>} without anything open in it */
+export function launchBrowser() {
+  const executablePath = BROWSERS.find((path) => path && existsSync(path));
+  assert.ok(executablePath, 'Chromium is missing: scripts/setup.sh installs it');
+  return chromium.launch({ executablePath, chromiumSandbox: process.getuid() !== 0 });
+}
+
 /** Runs in the page before its own scripts: keeps what is posted, and posts what the test says. */
 function playAddin() {
   const listeners = [];
@@ -27,11 +34,9 @@ function playAddin() {
 export class PanelBrowser {
   /** @param {{engine?: object, languageModel?: object}} [options] the echo engine unless another is given */
   static async start({ engine = new EchoEngine(), languageModel = null } = {}) {
-    const executablePath = BROWSERS.find((path) => path && existsSync(path));
-    assert.ok(executablePath, 'Chromium is missing: scripts/setup.sh installs it');
+    const browser = await launchBrowser();
     const app = buildApp({ engine, languageModel });
     await app.listen({ host: '127.0.0.1', port: 0 });
-    const browser = await chromium.launch({ executablePath, chromiumSandbox: process.getuid() !== 0 });
     return new PanelBrowser(app, browser);
   }
 
@@ -124,6 +129,11 @@ export class PanelPage {
   /** Waits until the words are in place. */
   ready() {
     return this.page.waitForSelector('html:not([data-loading])');
+  }
+
+  /** Chooses a file in the field "file" as a user does. */
+  choose(name, mimeType, buffer) {
+    return this.id('file').setInputFiles({ name, mimeType, buffer });
   }
 
   /** @param {string} id @returns {import('playwright-core').Locator} */

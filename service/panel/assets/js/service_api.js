@@ -23,13 +23,15 @@ export const outlivesPage = (body) => JSON.stringify(body).length <= OUTLIVING_L
 async function call(method, path, { token, body, signal } = {}) {
   const headers = {};
   if (token) headers.Authorization = `Bearer ${token}`;
-  if (body) headers['Content-Type'] = 'application/json';
+  const isFile = body instanceof Blob;
+  if (body) headers['Content-Type'] = isFile ? 'application/octet-stream' : 'application/json';
   // What the user has just changed arrives even when the page is left at once.
   const keepalive = method === 'PUT' && outlivesPage(body);
   let response;
   let text;
   try {
-    response = await fetch(path, { method, headers, body: body && JSON.stringify(body), signal, keepalive });
+    const sent = isFile ? body : body && JSON.stringify(body);
+    response = await fetch(path, { method, headers, body: sent, signal, keepalive });
     text = await response.text();
   } catch (error) {
     throw new ApiError(0, error.name === 'TimeoutError' ? 'request_timeout' : 'network_error', error.message);
@@ -123,3 +125,30 @@ export const putItem = (token, kind, { id, name, entries, content }) =>
 
 /** @param {string} token @param {Kind} kind @param {string} id */
 export const deleteItem = (token, kind, id) => call('DELETE', pathOf(kind, id), { token });
+
+/**
+ * @param {string} token
+ * @param {'picture' | 'pdf'} kind of the file
+ * @param {Blob} file
+ * @param {{pages?: string, signal: AbortSignal}} options pages: such as "1-3, 5"; of a PDF only
+ * @returns {Promise<{pages: number[], rows: string[][]}[]>} one at least
+ */
+export async function findTables(token, kind, file, { pages = '', signal }) {
+  const answer = await call('POST', `/v1/tables/${kind}?${new URLSearchParams({ pages })}`, { token, body: file, signal });
+  if (!Array.isArray(answer?.tables)) throw new ApiError(0, 'network_error', 'The answer holds no tables');
+  return answer.tables;
+}
+
+/**
+ * @param {string} token
+ * @param {Blob} file a PDF
+ * @param {{pages: string, sourceLang: string, targetLang: string}} wanted
+ * @param {AbortSignal} signal
+ * @returns {Promise<{pageCount: number, pages: {page: number,
+ *   paragraphs: {isHeading: boolean, text: string, translation: string}[]}[]}>}
+ */
+export async function translatePdf(token, file, wanted, signal) {
+  const answer = await call('POST', `/v1/translate/pdf?${new URLSearchParams(wanted)}`, { token, body: file, signal });
+  if (!Array.isArray(answer?.pages)) throw new ApiError(0, 'network_error', 'The answer holds no pages');
+  return answer;
+}

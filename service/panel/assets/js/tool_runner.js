@@ -111,7 +111,12 @@ export async function undoTurn(turns, { undo }) {
   for (const other of turns) if (other.undo?.depth >= undo.depth) other.undo.undone = true;
 }
 
-async function takeMarkersOff(target) {
+/**
+ * Takes back what was written since a marker, and all that was written later.
+ * @param {number} target depth of the markers with that one on top
+ * @returns {Promise<{undone: boolean, restored: number}>} restored: cells
+ */
+export async function takeMarkersOff(target) {
   let restored = 0;
   for (let before = Infinity; ; ) {
     const answer = (await ask('excelUndoMessage').catch(() => null)) ?? {};
