@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "foundation/file_io.h"
+#include "foundation/file_replacement.h"
 #include "foundation/logging.h"
 #include "foundation/temporary_file.h"
 #include "foundation/text.h"
