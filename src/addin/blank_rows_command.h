@@ -2,8 +2,8 @@
 
 #include <oaidl.h>
 
+#include "foundation/ui_timer.h"
 #include "tools/row_highlight.h"
-#include "translation/ui_timer.h"
 
 namespace qv {
 
