@@ -7,7 +7,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "foundation/unique_handle.h"
+#include "foundation/file_io.h"
+#include "foundation/file_replacement.h"
 #include "services/named_lock.h"
 
 namespace qv::devhost {
@@ -26,15 +27,13 @@ std::wstring SettingsPath() {
   return folder + L"\\config.json";
 }
 
-std::string ReadAll(const std::wstring& path) {
-  const UniqueFile file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) return {};
-  std::string text(65536, '\0');
-  DWORD read = 0;
-  if (!ReadFile(file.Get(), text.data(), static_cast<DWORD>(text.size()), &read, nullptr)) return {};
-  text.resize(read);
-  return text;
+/// Empty when there is no file. One that cannot be read is not taken for empty: the user's settings are in
+/// it.
+std::string ReadSettings(const std::wstring& path) {
+  std::string bytes;
+  if (ReadWholeFile(path, bytes) == FileRead::kFailed)
+    throw std::runtime_error("the settings file cannot be read");
+  return bytes;
 }
 
 }  // namespace
@@ -43,7 +42,7 @@ void WriteServiceAddress(const ServiceAddress& service) {
   // Another host may start at this moment. An add-in that reads is not disturbed when nothing changes.
   const NamedLock turn(L"Local\\QuorvantisDevhostSettings", std::chrono::seconds(10));
   const std::wstring path = SettingsPath();
-  const std::string before = ReadAll(path);
+  const std::string before = ReadSettings(path);
   Json settings = Json::parse(before, nullptr, false);
   if (!settings.is_object()) settings = Json::object();
   settings["serviceHost"] = service.host;
@@ -51,14 +50,7 @@ void WriteServiceAddress(const ServiceAddress& service) {
   settings["serviceScheme"] = service.scheme;
   const std::string text = settings.dump(2) + "\n";
   if (text == before) return;
-
-  const UniqueFile file(
-      CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-  DWORD written = 0;
-  if (!file || !WriteFile(file.Get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr) ||
-      written != text.size()) {
-    throw std::runtime_error("the settings file cannot be written");
-  }
+  if (!WriteFileAtomically(path, text)) throw std::runtime_error("the settings file cannot be written");
 }
 
 }  // namespace qv::devhost

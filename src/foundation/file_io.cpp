@@ -30,15 +30,26 @@ bool ReadPieces(HANDLE file, std::string& bytes) {
   return true;
 }
 
-FileRead ReadShared(const std::wstring& path, DWORD share, std::string& bytes, std::size_t limit) {
-  bytes.clear();
-  const UniqueFile file(
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+UniqueFile OpenForReading(const std::wstring& path, DWORD share) {
+  return UniqueFile(
       CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) {
-    const DWORD error = GetLastError();
-    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ? FileRead::kMissing
-                                                                          : FileRead::kFailed;
-  }
+}
+
+/// What the last error says of a file that could not be opened.
+FileRead WhyNotOpened() {
+  const DWORD error = GetLastError();
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ? FileRead::kMissing
+                                                                        : FileRead::kFailed;
+}
+
+}  // namespace
+
+FileRead ReadWholeFile(const std::wstring& path, std::string& bytes, std::size_t limit) {
+  bytes.clear();
+  const UniqueFile file = OpenForReading(path, kShareAll);
+  if (!file) return WhyNotOpened();
   LARGE_INTEGER size{};
   if (!GetFileSizeEx(file.Get(), &size) || static_cast<std::uint64_t>(size.QuadPart) > limit)
     return FileRead::kFailed;
@@ -48,14 +59,21 @@ FileRead ReadShared(const std::wstring& path, DWORD share, std::string& bytes, s
   return FileRead::kFailed;
 }
 
-}  // namespace
-
-FileRead ReadWholeFile(const std::wstring& path, std::string& bytes, std::size_t limit) {
-  return ReadShared(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, bytes, limit);
+FileRead ReadSettledFile(const std::wstring& path, std::string& bytes) {
+  bytes.clear();
+  // Only opened this way, and closed at once: while it is, the file's owner cannot begin to write.
+  if (!OpenForReading(path, kShareAll & ~static_cast<DWORD>(FILE_SHARE_WRITE))) return WhyNotOpened();
+  return ReadWholeFile(path, bytes);
 }
 
-FileRead ReadSettledFile(const std::wstring& path, std::string& bytes) {
-  return ReadShared(path, FILE_SHARE_READ | FILE_SHARE_DELETE, bytes, kMaxFileBytes);
+bool MeansInUse(unsigned long error) {
+  return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_USER_MAPPED_FILE;
+}
+
+unsigned long MakeFolder(const std::wstring& directory) {
+  const int made = SHCreateDirectoryExW(nullptr, directory.c_str(), nullptr);
+  const bool isThere = made == ERROR_SUCCESS || made == ERROR_ALREADY_EXISTS || made == ERROR_FILE_EXISTS;
+  return isThere ? ERROR_SUCCESS : static_cast<unsigned long>(made);
 }
 
 std::wstring ShellFolder(int csidl) {

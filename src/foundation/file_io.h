@@ -17,8 +17,15 @@ inline constexpr std::size_t kMaxFileBytes = std::size_t{64} << 20;
 [[nodiscard]] FileRead ReadWholeFile(const std::wstring& path, std::string& bytes,
                                      std::size_t limit = kMaxFileBytes);
 
-/// The same for a file that nobody is writing: kFailed while somebody has it open for that.
+/// The same for a file that nobody is writing: kFailed when somebody has it open for that. Who begins to
+/// write while it is read is not kept from it, so that a caller who needs a whole file looks twice.
 [[nodiscard]] FileRead ReadSettledFile(const std::wstring& path, std::string& bytes);
+
+/// Whether Windows' refusal to open or delete a file (its error number) means that somebody uses it.
+[[nodiscard]] bool MeansInUse(unsigned long error);
+
+/// Makes a folder, and those above it, where it is missing. 0, or the system's error number.
+[[nodiscard]] unsigned long MakeFolder(const std::wstring& directory);
 
 /// A shell folder of the user (a CSIDL_… number) without a trailing backslash; empty when there is none.
 [[nodiscard]] std::wstring ShellFolder(int csidl);

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <aclapi.h>
+
 #include <algorithm>
 #include <atomic>
 
@@ -31,33 +33,6 @@ std::wstring NameBeside(const std::wstring& path) {
   return Concat(path, L'.', GetCurrentProcessId(), L'-', ticks.QuadPart, L'-', ++number, L".tmp");
 }
 
-/// A file beside the target, gone with this object unless it has been moved away.
-class NewFile {
- public:
-  explicit NewFile(const std::wstring& target) : path_(NameBeside(target)) {}
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
-  ~NewFile() {
-    if (!made_) return;
-    // The caller wants to know why it failed, not how the tidying went.
-    const DWORD error = GetLastError();
-    DeleteFileW(path_.c_str());
-    SetLastError(error);
-  }
-
-  [[nodiscard]] const std::wstring& Path() const { return path_; }
-  [[nodiscard]] bool Write(std::string_view bytes) {
-    const UniqueFile file(
-        CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
-    made_ = static_cast<bool>(file);
-    return file && WritePieces(file.Get(), bytes) && FlushFileBuffers(file.Get());
-  }
-
- private:
-  std::wstring path_;
-  bool made_ = false;
-};
-
 /// What a link leads to; the path itself when it is none, or leads nowhere.
 std::wstring ResolveLink(const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
@@ -74,35 +49,85 @@ std::wstring ResolveLink(const std::wstring& path) {
   return target;
 }
 
-/// Puts `made` into the place of a file that is there, with that one's rights and attributes.
-bool Replace(const std::wstring& made, const std::wstring& path) {
-  // Without a name of ours for the former file, Wine leaves one of its own behind when it fails.
-  const std::wstring former = made + L".former";
-  const bool replaced = ReplaceFileW(path.c_str(), made.c_str(), former.c_str(),
-                                     REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) != FALSE;
-  // Where it failed half way the former file goes back, unless another writer's is there by now.
-  const bool isBack = !replaced && MoveFileExW(former.c_str(), path.c_str(), 0);
-  if (replaced || (!isBack && GetLastError() == ERROR_ALREADY_EXISTS)) DeleteFileW(former.c_str());
-  return replaced;
+/// The attributes that a new file takes over from the one it replaces.
+DWORD KeptAttributes(const std::wstring& path) {
+  constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
+                          FILE_ATTRIBUTE_NOT_CONTENT_INDEXED | FILE_ATTRIBUTE_ENCRYPTED;
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  const DWORD kept = attributes == INVALID_FILE_ATTRIBUTES ? 0 : attributes & kKept;
+  return kept == 0 ? FILE_ATTRIBUTE_NORMAL : kept;
 }
 
-/// The plain move is for places that know no such replacement, and for a file that is missing.
-bool PutInPlace(const std::wstring& made, const std::wstring& path) {
-  return Replace(made, path) ||
-         MoveFileExW(made.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+bool IsWriteProtected(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+/// Gives one file the access list of another, if there is any, entry for entry: handing the folder's down
+/// anew could let others in. Without it the file has its folder's rights, and is still whole.
+void CopyRights(const std::wstring& from, const std::wstring& to) {
+  PSECURITY_DESCRIPTOR descriptor = nullptr;
+  if (GetNamedSecurityInfoW(from.c_str(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr,
+                            nullptr, nullptr, &descriptor) != ERROR_SUCCESS) {
+    return;
+  }
+  SECURITY_DESCRIPTOR_CONTROL control = 0;
+  DWORD revision = 0;
+  if (GetSecurityDescriptorControl(descriptor, &control, &revision) && (control & SE_DACL_PRESENT) != 0) {
+    // What came from the folder goes on following it only where that is asked for.
+    if ((control & SE_DACL_AUTO_INHERITED) != 0)
+      SetSecurityDescriptorControl(descriptor, SE_DACL_AUTO_INHERIT_REQ, SE_DACL_AUTO_INHERIT_REQ);
+    SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, descriptor);
+  }
+  LocalFree(descriptor);
 }
 
 }  // namespace
 
-bool WriteFileAtomically(const std::wstring& path, std::string_view bytes) {
-  const std::wstring target = ResolveLink(path);
-  NewFile made(target);
-  return made.Write(bytes) && PutInPlace(made.Path(), target);
+FileReplacement::FileReplacement(const std::wstring& path, Durability durability)
+    : target_(ResolveLink(path)), beside_(NameBeside(target_)), durability_(durability) {}
+
+FileReplacement::~FileReplacement() {
+  if (!isBeside_) return;
+  // The caller wants to know why it failed, not how the tidying went.
+  const DWORD error = GetLastError();
+  DeleteFileW(beside_.c_str());
+  SetLastError(error);
 }
 
-bool MakeFileAtomically(const std::wstring& path, std::string_view bytes) {
-  NewFile made(path);
-  return made.Write(bytes) && MoveFileExW(made.Path().c_str(), path.c_str(), MOVEFILE_WRITE_THROUGH);
+bool FileReplacement::Write(std::string_view bytes) {
+  if (IsWriteProtected(target_)) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return false;
+  }
+  const UniqueFile file(
+      CreateFileW(beside_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, KeptAttributes(target_), nullptr));
+  isBeside_ = static_cast<bool>(file);
+  if (!file) return false;
+  // Ahead of the contents, which may be for the file's readers only.
+  CopyRights(target_, beside_);
+  return WritePieces(file.Get(), bytes) &&
+         (durability_ == Durability::kPlain || FlushFileBuffers(file.Get()));
+}
+
+bool FileReplacement::Replace() {
+  return Move(MOVEFILE_REPLACE_EXISTING);
+}
+
+bool FileReplacement::Make() {
+  return Move(0);
+}
+
+bool FileReplacement::Move(unsigned long flags) {
+  const DWORD through = durability_ == Durability::kOnDisk ? MOVEFILE_WRITE_THROUGH : 0;
+  const bool moved = MoveFileExW(beside_.c_str(), target_.c_str(), flags | through) != FALSE;
+  if (moved) isBeside_ = false;
+  return moved;
+}
+
+bool WriteFileAtomically(const std::wstring& path, std::string_view bytes, Durability durability) {
+  FileReplacement replacement(path, durability);
+  return replacement.Write(bytes) && replacement.Replace();
 }
 
 }  // namespace qv

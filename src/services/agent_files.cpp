@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <shlobj.h>
-
 #include <chrono>
 #include <thread>
 #include <utility>
@@ -43,9 +41,7 @@ std::wstring BackupPathNow(const std::wstring& path) {
 
 /// 0, or the system's error number.
 DWORD MakeFolderOf(const std::wstring& path) {
-  const int made = SHCreateDirectoryExW(nullptr, path.substr(0, path.rfind(L'\\')).c_str(), nullptr);
-  const bool isThere = made == ERROR_SUCCESS || made == ERROR_ALREADY_EXISTS || made == ERROR_FILE_EXISTS;
-  return isThere ? ERROR_SUCCESS : static_cast<DWORD>(made);
+  return MakeFolder(path.substr(0, path.rfind(L'\\')));
 }
 
 /// A configuration file as one look found it.
@@ -73,6 +69,47 @@ struct Step {
   bool mayPass = false;
 };
 
+/// Of a file that somebody holds, Windows says to who would replace it that access is denied.
+Step NotWritten(DWORD error) {
+  return {WriteFailed(error),
+          MeansInUse(error) || error == ERROR_ACCESS_DENIED || error == ERROR_ALREADY_EXISTS};
+}
+
+/// A copy of a file as it was, gone with this object unless it is kept. One that an earlier change made
+/// within the same second is replaced and stays.
+class Backup {
+ public:
+  explicit Backup(const std::wstring& path) : source_(path), path_(BackupPathNow(path)) {}
+  Backup(const Backup&) = delete;
+  Backup& operator=(const Backup&) = delete;
+  ~Backup() {
+    if (!isOurs_) return;
+    // A write-protected file's copy is so too.
+    SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileW(path_.c_str());
+  }
+
+  /// On failure the thread's last error says why.
+  [[nodiscard]] bool Make() {
+    isOurs_ = CopyFileW(source_.c_str(), path_.c_str(), TRUE) != FALSE;
+    isMade_ = isOurs_ || (GetLastError() == ERROR_FILE_EXISTS &&
+                          CopyFileW(source_.c_str(), path_.c_str(), FALSE) != FALSE);
+    return isMade_;
+  }
+  /// Where it is; empty when none was made.
+  [[nodiscard]] std::wstring Keep() {
+    isOurs_ = false;
+    return isMade_ ? path_ : std::wstring();
+  }
+
+ private:
+  const std::wstring& source_;
+  std::wstring path_;
+  bool isMade_ = false;
+  /// Deleted with this object.
+  bool isOurs_ = false;
+};
+
 /// One rewriting of one agent's file.
 class Rewriting {
  public:
@@ -89,10 +126,11 @@ class Rewriting {
     }
     const auto changed = NewContents(seen->bytes);
     if (!changed) return {kNotRewritable, true};
-    if (!Backup(*seen)) return {kBackupFailed};
-    // The agents write these files themselves, without regard to us.
-    if (LookAt(result_.configPath) != seen) return {kBusy, true};
-    return Write(*changed, seen->exists);
+    Backup backup(result_.configPath);
+    if (!seen->bytes.empty() && !backup.Make()) return {kBackupFailed, MeansInUse(GetLastError())};
+    Step step = Write(*changed, *seen);
+    if (!step.mayPass) result_.backupPath = backup.Keep();
+    return step;
   }
 
  private:
@@ -106,24 +144,16 @@ class Rewriting {
     return kind_ == AgentKind::kOpenCode ? ToUtf8(OpenCodeConfig(access_)) : WithMcpEntry(kind_, bytes);
   }
 
-  /// Copies a file that holds anything; false when that failed.
-  bool Backup(const Contents& seen) {
-    if (seen.bytes.empty()) return true;
-    std::wstring backup = BackupPathNow(result_.configPath);
-    if (!CopyFileW(result_.configPath.c_str(), backup.c_str(), FALSE)) return false;
-    result_.backupPath = std::move(backup);
-    return true;
-  }
-
   /// A file that was missing is only made: one that its owner has made meanwhile is not replaced.
-  [[nodiscard]] Step Write(std::string_view bytes, bool exists) const {
+  [[nodiscard]] Step Write(std::string_view bytes, const Contents& seen) const {
     if (const DWORD error = MakeFolderOf(result_.configPath)) return {WriteFailed(error)};
-    if (exists ? WriteFileAtomically(result_.configPath, bytes)
-               : MakeFileAtomically(result_.configPath, bytes)) {
-      return {};
-    }
-    const DWORD error = GetLastError();
-    return {WriteFailed(error), error == ERROR_SHARING_VIOLATION || error == ERROR_ALREADY_EXISTS};
+    FileReplacement replacement(result_.configPath, Durability::kOnDisk);
+    if (!replacement.Write(bytes)) return NotWritten(GetLastError());
+    // The agents write these files themselves, without regard to us: the last look comes when all that is
+    // slow is done.
+    if (LookAt(result_.configPath) != seen) return {kBusy, true};
+    const bool written = seen.exists ? replacement.Replace() : replacement.Make();
+    return written ? Step{} : NotWritten(GetLastError());
   }
 
   AgentKind kind_;
@@ -160,8 +190,8 @@ std::wstring WriteOpenCodeConfig(const ProxyAccess& access) {
   const NamedLock lock(kWriterLock, kWriterPatience);
   if (!lock) return kBusy;
   if (const DWORD error = MakeFolderOf(path)) return WriteFailed(error);
-  return WriteFileAtomically(path, ToUtf8(OpenCodeConfig(access))) ? std::wstring()
-                                                                   : WriteFailed(GetLastError());
+  const bool written = WriteFileAtomically(path, ToUtf8(OpenCodeConfig(access)), Durability::kOnDisk);
+  return written ? std::wstring() : WriteFailed(GetLastError());
 }
 
 bool IsAgentConfigured(AgentKind kind) {

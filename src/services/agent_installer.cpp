@@ -2,8 +2,7 @@
 
 #include <windows.h>
 
-#include <shlobj.h>
-
+#include "foundation/file_io.h"
 #include "foundation/temporary_file.h"
 #include "foundation/text.h"
 #include "services/agent_places.h"
@@ -18,19 +17,25 @@ namespace {
 constexpr wchar_t kBusy[] = L"正在安装 OpenCode，请稍候";
 constexpr wchar_t kInUse[] = L"旧版本正在使用，未作修改：";
 constexpr wchar_t kNoRights[] = L"没有权限删除旧版本，未作修改：";
+constexpr wchar_t kNotRemovable[] = L"无法删除旧版本，未作修改：";
+constexpr wchar_t kPartlyRemoved[] = L"旧版本未能完全删除：";
 constexpr wchar_t kNoTemporary[] = L"无法创建临时文件";
 constexpr wchar_t kFetchFailed[] = L"下载 OpenCode 安装包失败";
 constexpr wchar_t kFolderFailed[] = L"无法创建安装目录";
 constexpr wchar_t kUnpackFailed[] = L"解压 OpenCode 安装包失败";
 constexpr wchar_t kNoExecutable[] = L"安装包中未找到 opencode.exe";
 
+std::wstring ObstacleText(const wchar_t* what, const RemovalObstacle& obstacle) {
+  InstallerLog(Concat(L"removal refused (", obstacle.error, L"): ", obstacle.path));
+  return Concat(what, obstacle.path);
+}
+
 /// Makes way for the new copy; the text of what went wrong, or empty. Nothing is deleted unless all can be.
 std::wstring ClearFolder(const std::wstring& directory) {
   if (const auto obstacle = FindRemovalObstacle(directory))
-    return Concat(obstacle->isInUse ? kInUse : kNoRights, obstacle->path);
-  const std::wstring kept = DeleteFolder(directory);
-  if (!kept.empty()) return Concat(L"旧版本未能完全删除：", kept);
-  return SHCreateDirectoryExW(nullptr, directory.c_str(), nullptr) == ERROR_SUCCESS ? L"" : kFolderFailed;
+    return ObstacleText(RefusalText(obstacle->error), *obstacle);
+  if (const auto kept = EmptyFolder(directory)) return ObstacleText(kPartlyRemoved, *kept);
+  return MakeFolder(directory) == ERROR_SUCCESS ? L"" : kFolderFailed;
 }
 
 bool Unpack(const std::wstring& package, const std::wstring& directory) {
@@ -60,6 +65,11 @@ InstallResult Failed(std::wstring error) {
 }
 
 }  // namespace
+
+const wchar_t* RefusalText(unsigned long error) {
+  if (MeansInUse(error)) return kInUse;
+  return MeansNoRights(error) ? kNoRights : kNotRemovable;
+}
 
 std::wstring DefaultPackageLocation() {
   return QV_OPENCODE_PACKAGE;

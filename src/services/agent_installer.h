@@ -6,6 +6,10 @@
 
 namespace qv {
 
+/// What the panel is told, ahead of the path, when Windows refuses with this error number to delete a file of
+/// an older copy and nothing has been touched.
+[[nodiscard]] const wchar_t* RefusalText(unsigned long error);
+
 /// Where OpenCode's package comes from when neither the page nor config.json ("opencodePackage") says so.
 [[nodiscard]] std::wstring DefaultPackageLocation();
 

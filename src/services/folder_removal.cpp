@@ -90,11 +90,13 @@ bool IsGone(DWORD error) {
   return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
-bool Delete(const Entry& entry) {
+/// 0, or the system's error number.
+DWORD Delete(const Entry& entry) {
   const WithoutProtection lifted(entry);
   const bool isFolder = (entry.attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
   const BOOL deleted = isFolder ? RemoveDirectoryW(entry.path.c_str()) : DeleteFileW(entry.path.c_str());
-  return deleted || IsGone(GetLastError());
+  const DWORD error = deleted ? ERROR_SUCCESS : GetLastError();
+  return IsGone(error) ? ERROR_SUCCESS : error;
 }
 
 std::wstring WithoutLongForm(const std::wstring& path) {
@@ -103,8 +105,8 @@ std::wstring WithoutLongForm(const std::wstring& path) {
 
 }  // namespace
 
-bool MeansInUse(unsigned long error) {
-  return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_USER_MAPPED_FILE;
+bool MeansNoRights(unsigned long error) {
+  return error == ERROR_ACCESS_DENIED || error == ERROR_PRIVILEGE_NOT_HELD || error == ERROR_WRITE_PROTECT;
 }
 
 std::optional<RemovalObstacle> FindRemovalObstacle(const std::wstring& directory) {
@@ -114,20 +116,21 @@ std::optional<RemovalObstacle> FindRemovalObstacle(const std::wstring& directory
   VisitAll(*top, [&](const Entry& entry) {
     const DWORD error = TryOpen(entry);
     if (error != ERROR_SUCCESS && !IsGone(error))
-      obstacle = RemovalObstacle{WithoutLongForm(entry.path), MeansInUse(error)};
+      obstacle = RemovalObstacle{WithoutLongForm(entry.path), error};
     return !obstacle;
   });
   return obstacle;
 }
 
-std::wstring DeleteFolder(const std::wstring& directory) {
+std::optional<RemovalObstacle> EmptyFolder(const std::wstring& directory) {
   const std::optional<Entry> top = EntryAt(directory);
-  if (!top) return {};
-  std::wstring kept;
-  VisitAll(*top, [&](const Entry& entry) {
-    if (!Delete(entry)) kept = WithoutLongForm(entry.path);
-    return kept.empty();
-  });
+  if (!top) return std::nullopt;
+  std::optional<RemovalObstacle> kept;
+  const auto remove = [&](const Entry& entry) {
+    if (const DWORD error = Delete(entry)) kept = RemovalObstacle{WithoutLongForm(entry.path), error};
+    return !kept;
+  };
+  static_cast<void>(IsRealFolder(top->attributes) ? WalkBelow(top->path, remove) : remove(*top));
   return kept;
 }
 

@@ -24,6 +24,14 @@ class AgentFiles : public AgentWorld {
  protected:
   [[nodiscard]] std::wstring Claude() const { return Profile() + L"\\.claude.json"; }
 
+  /// Somebody who reads Claude's file, and lets nobody replace it meanwhile.
+  [[nodiscard]] UniqueFile Held() const {
+    UniqueFile file(
+        CreateFileW(Claude().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    EXPECT_TRUE(file);
+    return file;
+  }
+
   /// The names of what stands beside Claude's file, but for the file itself.
   [[nodiscard]] std::vector<std::wstring> Beside() const {
     std::vector<std::wstring> names;
@@ -79,14 +87,32 @@ TEST_F(AgentFiles, WhatCannotBeChangedSafelyStaysAsItIs) {
   }
   EXPECT_EQ(Beside().size(), 0U);
 
-  const UniqueFile kept(
-      CreateFileW(Claude().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-  result = ConfigureAgent(AgentKind::kClaude, {});
-  EXPECT_FALSE(result.success);
-  EXPECT_TRUE(result.error.starts_with(L"写入配置文件失败 (")) << ToUtf8(result.error);
-  EXPECT_EQ(ReadBytes(Claude()), "{}");
-  for (const std::wstring& name : Beside())
-    EXPECT_TRUE(name.starts_with(L".claude.json.backup.")) << ToUtf8(name);
+  for (const bool isProtected : {false, true}) {
+    const UniqueFile kept = isProtected ? UniqueFile() : Held();
+    SetFileAttributesW(Claude().c_str(), isProtected ? FILE_ATTRIBUTE_READONLY : FILE_ATTRIBUTE_NORMAL);
+    result = ConfigureAgent(AgentKind::kClaude, {});
+    EXPECT_FALSE(result.success);
+    EXPECT_EQ(result.error, L"写入配置文件失败 (5)");
+    EXPECT_EQ(result.backupPath, L"");
+    EXPECT_EQ(ReadBytes(Claude()), "{}");
+    EXPECT_EQ(Beside(), std::vector<std::wstring>());
+  }
+  SetFileAttributesW(Claude().c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(AgentFiles, AFileThatSomebodyHoldsIsTriedAgain) {
+  WriteBytes(Claude(), "{}");
+  UniqueFile held = Held();
+  std::thread holder([&] {
+    Sleep(300);
+    held.Reset();
+  });
+  const ConfigureResult result = ConfigureAgent(AgentKind::kClaude, {});
+  holder.join();
+  EXPECT_TRUE(result.success) << ToUtf8(result.error);
+  EXPECT_EQ(ReadBytes(Claude()), WithMcpEntry(AgentKind::kClaude, "{}"));
+  EXPECT_EQ(ReadBytes(result.backupPath), "{}");
+  EXPECT_EQ(Beside().size(), 1U);
 }
 
 TEST_F(AgentFiles, WithoutABackupNothingIsChanged) {

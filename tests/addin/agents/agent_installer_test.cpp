@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <thread>
+#include <vector>
 
 #include "agent_world.h"
 #include "foundation/text.h"
@@ -32,7 +33,7 @@ class AgentInstaller : public AgentWorld {
     SetVariable(L"TMP", In(L"temp"));
     SetVariable(L"TEMP", In(L"temp"));
   }
-  ~AgentInstaller() override { EXPECT_EQ(DeleteFolder(Target()), L""); }
+  ~AgentInstaller() override { EXPECT_FALSE(EmptyFolder(Target())); }
 
   [[nodiscard]] std::wstring Target() const { return In(L"add in \u4E2D\\agents\\opencode"); }
   [[nodiscard]] std::wstring Package(const std::string& bytes) const {
@@ -212,11 +213,35 @@ TEST_F(AgentInstaller, ACopyThatRunsStaysWhole) {
         << ToUtf8(name);
 }
 
-TEST(FolderRemoval, WhatIsInUseIsToldFromWhatIsForbidden) {
-  for (const DWORD error : {ERROR_SHARING_VIOLATION, ERROR_LOCK_VIOLATION, ERROR_USER_MAPPED_FILE})
-    EXPECT_TRUE(MeansInUse(error)) << error;
-  for (const DWORD error : {ERROR_ACCESS_DENIED, ERROR_WRITE_PROTECT, ERROR_PRIVILEGE_NOT_HELD})
-    EXPECT_FALSE(MeansInUse(error)) << error;
+TEST(FolderRemoval, EachRefusalIsCalledWhatItIs) {
+  const struct {
+    const wchar_t* text;
+    std::vector<DWORD> errors;
+  } cases[] = {
+      {L"旧版本正在使用，未作修改：",
+       {ERROR_SHARING_VIOLATION, ERROR_LOCK_VIOLATION, ERROR_USER_MAPPED_FILE}},
+      {L"没有权限删除旧版本，未作修改：",
+       {ERROR_ACCESS_DENIED, ERROR_WRITE_PROTECT, ERROR_PRIVILEGE_NOT_HELD}},
+      {L"无法删除旧版本，未作修改：", {ERROR_CRC, ERROR_NOT_READY, ERROR_FILENAME_EXCED_RANGE}},
+  };
+  for (const auto& c : cases)
+    for (const DWORD error : c.errors)
+      EXPECT_STREQ(RefusalText(error), c.text) << error;
+}
+
+TEST_F(AgentInstaller, FoldersThatSomebodyOnlyWatchesAreNoObstacle) {
+  AddOlderCopy();
+  std::vector<UniqueFile> watchers;
+  for (const std::wstring& folder : {Target(), Target() + L"\\old"}) {
+    watchers.emplace_back(CreateFileW(folder.c_str(), FILE_LIST_DIRECTORY,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    ASSERT_TRUE(watchers.back());
+  }
+  const InstallResult result = Install(Package(FlatZip()));
+  EXPECT_TRUE(result.success) << ToUtf8(result.error);
+  watchers.clear();
+  EXPECT_FALSE(fs::exists(Target() + L"\\old"));
 }
 
 TEST_F(AgentInstaller, AFolderThatSomebodyWorksInIsInUse) {
@@ -229,6 +254,8 @@ TEST_F(AgentInstaller, AFolderThatSomebodyWorksInIsInUse) {
     ASSERT_TRUE(open);
     EXPECT_EQ(Install(Package(FlatZip())).error, L"旧版本正在使用，未作修改：" + Target() + L"\\old");
     EXPECT_EQ(ReadBytes(Target() + L"\\a.txt"), "kept");
+    EXPECT_TRUE(Contains(Log(), Concat(L"[AgentInstaller] removal refused (", ERROR_SHARING_VIOLATION, L"): ",
+                                       Target(), L"\\old\r\n")));
   }
   EXPECT_TRUE(Install(Package(FlatZip())).success);
 }

@@ -6,7 +6,9 @@
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 
+#include "foundation/unique_handle.h"
 #include "host/windows_path.h"
 
 namespace qv::test {
@@ -35,6 +37,22 @@ TEST(SettingsFile, KeepsOtherMembersAndReplacesWhatIsNoObject) {
   WriteServiceAddress(kNoService);
   EXPECT_EQ(Settings(), nlohmann::json::parse(R"({"serviceHost":"127.0.0.1","servicePort":9,
                                                   "serviceScheme":"http"})"));
+}
+
+TEST(SettingsFile, OneThatCannotBeReadStaysAsItIs) {
+  WriteServiceAddress(kNoService);
+  const nlohmann::json before = Settings();
+  {
+    const UniqueFile lock(
+        CreateFileW(SettingsPath().c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(lock);
+    EXPECT_THROW(WriteServiceAddress({"https", "localhost", 8443}), std::runtime_error);
+  }
+  EXPECT_EQ(Settings(), before);
+  // A long one is read as a whole.
+  std::ofstream(SettingsPath()) << nlohmann::json{{"long", std::string(100'000, 'x')}};
+  WriteServiceAddress(kNoService);
+  EXPECT_EQ(Settings()["long"], std::string(100'000, 'x'));
 }
 
 TEST(CommandLine, TakesServiceAddressesWithTheirDefaultPorts) {

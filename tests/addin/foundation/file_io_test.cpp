@@ -35,6 +35,21 @@ TEST(FileIo, MissingAndUnreadableFilesAreToldApart) {
   EXPECT_EQ(ReadWholeFile(folder.Path(L"file"), bytes), FileRead::kFailed);
 }
 
+TEST(FileIo, AFileInUseIsToldFromWhatIsForbidden) {
+  for (const DWORD error : {ERROR_SHARING_VIOLATION, ERROR_LOCK_VIOLATION, ERROR_USER_MAPPED_FILE})
+    EXPECT_TRUE(MeansInUse(error)) << error;
+  for (const DWORD error : {ERROR_ACCESS_DENIED, ERROR_WRITE_PROTECT, ERROR_FILE_NOT_FOUND})
+    EXPECT_FALSE(MeansInUse(error)) << error;
+}
+
+TEST(FileIo, AFolderIsMadeWithThoseAboveItAndMayBeThere) {
+  const ScratchFolder folder;
+  for (int i = 0; i < 2; ++i)
+    EXPECT_EQ(MakeFolder(folder.Path(L"a\\b")), static_cast<DWORD>(ERROR_SUCCESS));
+  EXPECT_TRUE(fs::is_directory(folder.Path(L"a\\b")));
+  EXPECT_NE(MakeFolder(folder.Path(L"a\\?\\c")), static_cast<DWORD>(ERROR_SUCCESS));
+}
+
 TEST(FileIo, ModuleDirectoryIsTheOneOfThisCode) {
   std::wstring path(MAX_PATH, L'\0');
   path.resize(GetModuleFileNameW(nullptr, path.data(), MAX_PATH));

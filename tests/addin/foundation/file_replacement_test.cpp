@@ -1,6 +1,10 @@
 #include "foundation/file_replacement.h"
 
 #include <gtest/gtest.h>
+#include <windows.h>
+
+#include <aclapi.h>
+#include <sddl.h>
 
 #include <atomic>
 #include <thread>
@@ -45,8 +49,12 @@ TEST(FileReplacement, AFailureLeavesEverythingAsItWasAndSaysWhy) {
         CreateFileW(target.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
     ASSERT_TRUE(lock);
     EXPECT_FALSE(WriteFileAtomically(target, "new"));
-    EXPECT_NE(GetLastError(), static_cast<DWORD>(ERROR_SUCCESS));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ACCESS_DENIED));
   }
+  SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_READONLY);
+  EXPECT_FALSE(WriteFileAtomically(target, "new"));
+  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ACCESS_DENIED));
+  SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
   EXPECT_EQ(ReadBytes(target), "old");
   EXPECT_EQ(FilesIn(folder), std::vector<std::string>{"locked.json"});
 }
@@ -74,14 +82,92 @@ TEST(FileReplacement, WritersDoNotDisturbOneAnother) {
   EXPECT_EQ(FilesIn(folder).size(), 2U) << testing::PrintToString(FilesIn(folder));
 }
 
+TEST(FileReplacement, WhoeverReadsMeanwhileFindsTheOneFileOrTheOther) {
+  const ScratchFolder folder;
+  const std::wstring path = folder.Path(L"x.json");
+  WriteBytes(path, "old");
+  std::atomic<bool> done{false};
+  int missing = 0;
+  std::thread reader([&] {
+    while (!done)
+      if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) ++missing;
+  });
+  for (int i = 0; i < 200; ++i)
+    EXPECT_TRUE(WriteFileAtomically(path, "new"));
+  done = true;
+  reader.join();
+  EXPECT_EQ(missing, 0);
+}
+
+TEST(FileReplacement, WhatIsWrittenBesideTheFileIsNotSeenBeforeTheMove) {
+  const ScratchFolder folder;
+  const std::wstring path = folder.Path(L"x.json");
+  WriteBytes(path, "old");
+  {
+    FileReplacement dropped(path, Durability::kOnDisk);
+    EXPECT_TRUE(dropped.Write("dropped"));
+    EXPECT_EQ(FilesIn(folder).size(), 2U);
+  }
+  EXPECT_EQ(FilesIn(folder).size(), 1U);
+  EXPECT_EQ(ReadBytes(path), "old");
+  FileReplacement replacement(path, Durability::kOnDisk);
+  EXPECT_TRUE(replacement.Write("new"));
+  EXPECT_EQ(ReadBytes(path), "old");
+  EXPECT_TRUE(replacement.Replace());
+  EXPECT_EQ(ReadBytes(path), "new");
+}
+
 TEST(FileReplacement, AFileThatIsThereIsNotMadeAnew) {
   const ScratchFolder folder;
   const std::wstring path = folder.Path(L"x.json");
-  EXPECT_TRUE(MakeFileAtomically(path, "first"));
-  EXPECT_FALSE(MakeFileAtomically(path, "second"));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ALREADY_EXISTS));
+  for (const bool isThere : {false, true}) {
+    FileReplacement replacement(path, Durability::kOnDisk);
+    EXPECT_TRUE(replacement.Write(isThere ? "second" : "first"));
+    EXPECT_EQ(replacement.Make(), !isThere);
+    if (isThere) {
+      EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ALREADY_EXISTS));
+    }
+  }
   EXPECT_EQ(ReadBytes(path), "first");
   EXPECT_EQ(FilesIn(folder).size(), 1U);
+}
+
+/// The access list of a file in the system's text form.
+std::wstring Rights(const std::wstring& path) {
+  PSECURITY_DESCRIPTOR descriptor = nullptr;
+  EXPECT_EQ(GetNamedSecurityInfoW(path.c_str(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr,
+                                  nullptr, nullptr, &descriptor),
+            static_cast<DWORD>(ERROR_SUCCESS));
+  wchar_t* text = nullptr;
+  EXPECT_TRUE(ConvertSecurityDescriptorToStringSecurityDescriptorW(
+      descriptor, SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &text, nullptr));
+  const std::wstring rights = text ? text : L"";
+  LocalFree(text);
+  LocalFree(descriptor);
+  return rights;
+}
+
+TEST(FileReplacement, RightsAndAttributesStay) {
+  const ScratchFolder folder;
+  const std::wstring path = folder.Path(L"x.json");
+  WriteBytes(path, "old");
+  const std::wstring usual = Rights(path);
+  // What is said last is what everybody may do.
+  const std::wstring fewer = usual.substr(0, usual.rfind(L'('));
+  PSECURITY_DESCRIPTOR own = nullptr;
+  ASSERT_TRUE(
+      ConvertStringSecurityDescriptorToSecurityDescriptorW(fewer.c_str(), SDDL_REVISION_1, &own, nullptr));
+  EXPECT_TRUE(SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, own));
+  LocalFree(own);
+  ASSERT_TRUE(SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN));
+  const std::wstring rights = Rights(path);
+  ASSERT_NE(rights, usual);
+
+  EXPECT_TRUE(WriteFileAtomically(path, "new"));
+  EXPECT_EQ(Rights(path), rights);
+  EXPECT_EQ(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_HIDDEN,
+            static_cast<DWORD>(FILE_ATTRIBUTE_HIDDEN));
+  EXPECT_EQ(ReadBytes(path), "new");
 }
 
 }  // namespace
