@@ -18,9 +18,10 @@ struct PixelSize {
 };
 
 /// What a picture that comes from outside may have at most: bytes of its file, and pixels, which take four
-/// bytes each once it is decoded (256 MiB). A file of a few kilobytes may claim any number of pixels.
+/// bytes each once it is decoded and as many again while that is checked (256 MiB together). A file of a few
+/// kilobytes may claim any number of pixels.
 inline constexpr std::size_t kMaxImageBytes = std::size_t{64} << 20;
-inline constexpr std::int64_t kMaxImagePixels = std::int64_t{64} << 20;
+inline constexpr std::int64_t kMaxImagePixels = std::int64_t{32} << 20;
 
 /// Neither side of a thumbnail is longer than this many pixels.
 inline constexpr std::int32_t kThumbnailSide = 160;

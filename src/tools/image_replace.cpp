@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "foundation/file_replacement.h"
+#include "foundation/guard.h"
+#include "foundation/json_text.h"
 #include "foundation/logging.h"
 #include "foundation/temporary_file.h"
 #include "foundation/text.h"
@@ -18,8 +20,8 @@ namespace {
 constexpr int kNo = 0;
 constexpr int kYes = -1;
 constexpr int kSendBackward = 3;
-/// A sheet with more shapes above the picture than that keeps the new one in between.
-constexpr int kMaxStackSteps = 1000;
+/// A sheet with more shapes above the picture than there is time for keeps the new one in between.
+constexpr ULONGLONG kMaxStackMs = 2000;
 
 /// Fills the shape with the file. A picture's own "Fill" is painted behind it, so that nothing would be seen:
 /// only a "PictureFormat" that takes an image can exchange it, which no host is known to have. A chart would
@@ -52,11 +54,32 @@ ComPtr<IDispatch> AddPicture(IDispatch* shapes, const ImageAnchor& place, const 
   const std::int32_t count = GetIntProperty(shapes, L"Count");
   if (shape == nullptr && count > before) shape = GetCollectionItem(shapes, Variant(count));
   if (shape == nullptr) {
-    PaneLog(
-        Concat(L"ExcelImageTranslate replace could not resolve new shape old=", place.shapeName, L"\r\n"));
+    PaneLog(Concat(L"ExcelImageTranslate replace could not resolve new shape old=",
+                   JsonEscape(place.shapeName), L"\r\n"));
   }
   return shape;
 }
+
+/// A new shape, which is deleted again unless it is to stay.
+class AddedShape {
+ public:
+  explicit AddedShape(ComPtr<IDispatch> shape) : shape_(std::move(shape)) {}
+  AddedShape(const AddedShape&) = delete;
+  AddedShape& operator=(const AddedShape&) = delete;
+  ~AddedShape() {
+    if (shape_ == nullptr || stays_) return;
+    Guard(L"AddedShape", [this] {
+      if (!DeleteShape(shape_.Get())) PaneLog(L"ExcelImageTranslate added shape not deleted\r\n");
+    });
+  }
+
+  [[nodiscard]] IDispatch* Get() const { return shape_.Get(); }
+  void Stay() { stays_ = true; }
+
+ private:
+  ComPtr<IDispatch> shape_;
+  bool stays_ = false;
+};
 
 /// What the new shape takes over from the old one, as far as both have it.
 class ShapeLook {
@@ -73,14 +96,26 @@ class ShapeLook {
         static_cast<void>(PutDispProperty(shape, kProperties[i], &values_[i]));
       }
     }
-    const Variant down(kSendBackward);
-    for (int step = 0; step < kMaxStackSteps && GetIntProperty(shape, kPosition) > position_; ++step) {
-      if (position_ < 1 || FAILED(InvokeByName(shape, L"ZOrder", {&down, 1}, nullptr))) return;
-    }
+    SendBack(shape);
   }
 
  private:
-  static constexpr std::array kProperties{L"Name", L"AlternativeText", L"Placement", L"LockAspectRatio"};
+  void SendBack(IDispatch* shape) const {
+    if (position_ < 1) return;
+    const Variant down(kSendBackward);
+    const ULONGLONG begin = GetTickCount64();
+    std::int32_t position = GetIntProperty(shape, kPosition);
+    while (position > position_ && GetTickCount64() - begin < kMaxStackMs) {
+      if (FAILED(InvokeByName(shape, L"ZOrder", {&down, 1}, nullptr))) return;
+      const std::int32_t before = std::exchange(position, GetIntProperty(shape, kPosition));
+      if (position >= before) return;
+    }
+  }
+
+  /// In the order in which they are put; a shape that is hidden is so last, as hosts do less with it then.
+  static constexpr std::array kProperties{L"Name",      L"AlternativeText", L"Title",
+                                          L"Placement", L"LockAspectRatio", L"Rotation",
+                                          L"OnAction",  L"Locked",          L"Visible"};
   /// 1 for the shape behind all others.
   static constexpr const wchar_t* kPosition = L"ZOrderPosition";
 
@@ -88,25 +123,31 @@ class ShapeLook {
   std::int32_t position_ = 0;
 };
 
-/// The number of a shape in the collection; `hint` where it is not found.
+/// The number of a shape in the collection; the anchor's own where it is not found.
 std::int32_t IndexOfShape(IDispatch* sheet, const ImageAnchor& anchor) {
   const ResolvedAnchor resolved = ResolveAnchor(sheet, anchor);
   return resolved.picture ? resolved.picture->anchor.shapeIndex : anchor.shapeIndex;
 }
 
 ImageReplacement ReplaceShape(IDispatch* sheet, const SheetPicture& picture, const std::wstring& path) {
-  const ComPtr<IDispatch> added = AddPicture(GetDispProperty(sheet, L"Shapes").Get(), picture.anchor, path);
-  if (added == nullptr) return {};
   const ShapeLook look(picture.shape.Get());
+  ImageReplacement replaced{true, {}, picture.anchor};
+  AddedShape added(AddPicture(GetDispProperty(sheet, L"Shapes").Get(), picture.anchor, path));
+  if (added.Get() == nullptr) return {};
   if (!DeleteShape(picture.shape.Get())) {
-    PaneLog(Concat(L"ExcelImageTranslate old shape not deleted shape=", picture.anchor.shapeName, L"\r\n"));
-    static_cast<void>(DeleteShape(added.Get()));
+    PaneLog(Concat(L"ExcelImageTranslate old shape not deleted shape=", JsonEscape(picture.anchor.shapeName),
+                   L"\r\n"));
     return {};
   }
-  look.PutOn(added.Get());
-  ImageAnchor anchor = AnchorOfShape(added.Get(), picture.anchor);
-  anchor.shapeIndex = IndexOfShape(sheet, anchor);
-  return {true, {}, std::move(anchor)};
+  added.Stay();
+  // There is no way back from here on: what fails now is done without.
+  Guard(L"ReplaceShape", [&] { look.PutOn(added.Get()); });
+  Guard(L"ReplaceShape", [&] {
+    ImageAnchor anchor = AnchorOfShape(added.Get(), picture.anchor);
+    anchor.shapeIndex = IndexOfShape(sheet, anchor);
+    replaced.anchor = std::move(anchor);
+  });
+  return replaced;
 }
 
 bool WritePng(const std::wstring& path, std::span<const std::byte> png) {
@@ -121,12 +162,15 @@ ImageReplacement ReplacePicture(IDispatch* application, IDispatch* sheet, const 
   if (!WritePng(file.Path(), png)) return {};
   const DisplayAlertsGuard alertsOff(application);
   const ScreenUpdatingGuard stillScreen(application);
+  // Made ahead, as nothing may fail any more once the picture is there.
+  ImageReplacement filled{true, {}, picture.anchor};
   if (ReplaceInPlace(picture, file.Path())) {
-    return {true, {}, AnchorOfShape(picture.shape.Get(), picture.anchor)};
+    Guard(L"ReplacePicture", [&] { filled.anchor = AnchorOfShape(picture.shape.Get(), picture.anchor); });
+    return filled;
   }
   if (!picture.IsInGroup()) return ReplaceShape(sheet, picture, file.Path());
   PaneLog(Concat(L"ExcelImageTranslate in-place replace failed for grouped shape shape=",
-                 picture.anchor.shapeName, L"; refusing AddPicture fallback\r\n"));
+                 JsonEscape(picture.anchor.shapeName), L"; refusing AddPicture fallback\r\n"));
   return {false, image_error::kGroupChildInPlaceOnly, {}};
 }
 

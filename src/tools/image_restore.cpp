@@ -1,7 +1,5 @@
 #include "tools/image_restore.h"
 
-#include <ranges>
-
 #include "foundation/logging.h"
 #include "foundation/text.h"
 #include "foundation/ui_slices.h"
@@ -11,31 +9,32 @@
 
 namespace qv {
 
-ImageBatchRestore::~ImageBatchRestore() {
-  // Oldest first, as the list has them.
-  for (ImageSnapshot& snapshot : std::views::reverse(failed_))
-    undo_.PutBack(std::move(snapshot));
-}
-
 bool ImageBatchRestore::RunSlice() {
   const ULONGLONG begin = GetTickCount64();
   do {
-    if (next_ == waiting_.size()) return false;
-    Restore(waiting_[next_++]);
+    const ImageSnapshot* const snapshot = undo_.FindInBatch(done_);
+    if (snapshot == nullptr) return false;
+    const std::uint64_t serial = snapshot->serial;
+    Restore(*snapshot);
+    done_ = serial;
   } while (GetTickCount64() - begin < kUiSliceMs);
-  return next_ < waiting_.size();
+  return undo_.FindInBatch(done_) != nullptr;
 }
 
-void ImageBatchRestore::Restore(ImageSnapshot& snapshot) {
+void ImageBatchRestore::Restore(const ImageSnapshot& snapshot) {
   const std::wstring_view reason = TryRestore(snapshot);
   if (reason.empty()) {
     ++restored_;
-    return;
+  } else {
+    NoteFailure(snapshot, reason);
   }
+}
+
+void ImageBatchRestore::NoteFailure(const ImageSnapshot& snapshot, std::wstring_view reason) {
   PaneLog(Concat(L"ExcelImageTranslate batch undo failed anchor=", AnchorJson(snapshot.anchor), L" err=",
                  reason, L"\r\n"));
   failedReasons_.emplace_back(reason);
-  if (!snapshot.png.empty()) failed_.push_back(std::move(snapshot));
+  if (snapshot.png.empty()) undo_.Drop(snapshot.serial);
 }
 
 std::wstring_view ImageBatchRestore::TryRestore(const ImageSnapshot& snapshot) {
@@ -43,7 +42,8 @@ std::wstring_view ImageBatchRestore::TryRestore(const ImageSnapshot& snapshot) {
   const ComPtr<IDispatch> sheet = ResolveSheet(target_, snapshot.anchor.sheetName);
   HostAnswer answer;
   if (sheet == nullptr) return image_error::kRestoreFailed;
-  if (!snapshot.book.IsSame(BookOfSheet(target_, sheet.Get(), answer))) return image_error::kRestoreFailed;
+  const UndoBook book = BookOfSheet(target_, sheet.Get(), answer);
+  if (!snapshot.book.IsSame(book)) return image_error::kRestoreFailed;
   const ResolvedAnchor found = ResolveAnchor(sheet.Get(), snapshot.anchor);
   if (!found.picture) {
     return found.answer.IsBusy() ? image_error::kRestoreFailed : image_error::kAnchorStale;
@@ -51,10 +51,8 @@ std::wstring_view ImageBatchRestore::TryRestore(const ImageSnapshot& snapshot) {
   const ImageReplacement replaced =
       ReplacePicture(target_.Application(), sheet.Get(), *found.picture, snapshot.png);
   if (!replaced.done) return image_error::kRestoreFailed;
-  for (ImageSnapshot& older : waiting_) {
-    if (IsSamePicture(older.anchor, snapshot.anchor)) older.anchor = replaced.anchor;
-  }
-  undo_.Follow(snapshot.anchor, replaced.anchor, snapshot.book);
+  undo_.Drop(snapshot.serial);
+  undo_.Follow(found.picture->anchor, replaced.anchor, book);
   return {};
 }
 

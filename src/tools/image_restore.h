@@ -3,8 +3,8 @@
 #include <oaidl.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "tools/image_job.h"
@@ -14,30 +14,28 @@
 
 namespace qv {
 
-/// Puts the snapshots of a batch back, newest first, on whichever sheets of the workbook they belong to.
-/// Those that could not be restored stay in the undo list, but for those without a picture.
+/// Puts the snapshots of a batch back, newest first, on whichever sheets of the workbook they belong to. They
+/// leave the list one by one as they are restored; those without a picture leave it as well. The list may
+/// change between two slices: what was cleared or restored meanwhile is passed over, what came is not meant.
 class ImageBatchRestore final : public ImageJob {
  public:
-  /// Both outlive the job. Takes the batch off the list.
-  ImageBatchRestore(const TargetContext& target, ImageUndo& undo)
-      : target_(target), undo_(undo), waiting_(undo.TakeBatch()) {}
-  ~ImageBatchRestore() override;
+  /// Both outlive the job.
+  ImageBatchRestore(const TargetContext& target, ImageUndo& undo) : target_(target), undo_(undo) {}
 
   [[nodiscard]] bool RunSlice() override;
   /// Logs the counts too.
   [[nodiscard]] std::wstring Result() const override;
 
  private:
-  void Restore(ImageSnapshot& snapshot);
-  /// The reason why it failed; empty when it is restored.
+  void Restore(const ImageSnapshot& snapshot);
+  /// The reason why it failed; empty when it is restored, and the snapshot gone.
   [[nodiscard]] std::wstring_view TryRestore(const ImageSnapshot& snapshot);
+  void NoteFailure(const ImageSnapshot& snapshot, std::wstring_view reason);
 
   const TargetContext& target_;
   ImageUndo& undo_;
-  /// Newest first; the next one is at `next_`.
-  std::vector<ImageSnapshot> waiting_;
-  std::size_t next_ = 0;
-  std::vector<ImageSnapshot> failed_;
+  /// Snapshots from this serial on have had their turn. It begins at the newest there is at the first slice.
+  std::uint64_t done_ = ImageUndo::kAll;
   std::size_t restored_ = 0;
   std::vector<std::wstring> failedReasons_;
 };

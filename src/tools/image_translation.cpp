@@ -17,6 +17,7 @@
 #include "tools/tool_result.h"
 #include "tools/tool_targets.h"
 #include "tools/undo_tools.h"
+#include "tools/upright_shape.h"
 
 namespace qv {
 namespace {
@@ -44,13 +45,36 @@ std::wstring NoAnchorResult(const ToolArguments& arguments) {
   return ErrorResult(isMissing ? image_error::kAnchorRequired : image_error::kInvalidRequest);
 }
 
-/// The bytes of "imageBase64", if they are a PNG file that can be drawn.
-std::optional<std::vector<std::byte>> PngOf(const ToolArguments& arguments) {
-  std::optional<std::vector<std::byte>> png = BytesOfBase64(arguments.Text(L"imageBase64"));
+/// The bytes of a base64 text, if they are a PNG file that can be drawn.
+std::optional<std::vector<std::byte>> PngOf(std::wstring_view base64) {
+  std::optional<std::vector<std::byte>> png = BytesOfBase64(base64);
   if (!png) return std::nullopt;
   const std::optional<PixelSize> size = PngSize(*png);
   return size && !IsTooLarge(*size) && CanBeDrawn(*png) ? std::move(png) : std::nullopt;
 }
+
+/// A snapshot in the list that is given up again unless its picture is replaced.
+class KeptSnapshot {
+ public:
+  KeptSnapshot(ImageUndo& undo, ImageSnapshot snapshot)
+      : undo_(undo), serial_(undo.Keep(std::move(snapshot))) {}
+  KeptSnapshot(const KeptSnapshot&) = delete;
+  KeptSnapshot& operator=(const KeptSnapshot&) = delete;
+  ~KeptSnapshot() {
+    if (isSettled_) {
+      undo_.Settle();
+    } else {
+      undo_.Drop(serial_);
+    }
+  }
+
+  void Settle() { isSettled_ = true; }
+
+ private:
+  ImageUndo& undo_;
+  std::uint64_t serial_;
+  bool isSettled_ = false;
+};
 
 }  // namespace
 
@@ -70,11 +94,14 @@ ImageTranslation::ImageTranslation(std::shared_ptr<PaneContext> pane, TargetCont
 
 void ImageTranslation::HandleImageTranslateMessage(const std::wstring& action, const std::wstring& message) {
   const std::wstring requestId = JsonGetString(message, L"requestId");
-  PaneLog(Concat(L"HandleImageTranslateMessage action=", action, L" requestId=", requestId, L"\r\n"));
-  if (target_.Application() == nullptr) return Reply(requestId, ErrorResult(kNotConnectedText));
-  // Shared, because a message with a picture in it is large.
-  const bool posted = PostTurn(
-      [this, action, text = std::make_shared<const std::wstring>(message)] { RunAndReply(action, *text); });
+  PaneLog(Concat(L"HandleImageTranslateMessage action=", JsonEscape(action), L" requestId=",
+                 JsonEscape(requestId), L"\r\n"));
+  bool posted = false;
+  Guard(L"HandleImageTranslateMessage", [&] {
+    // Shared, because a message with a picture in it is large.
+    auto text = std::make_shared<const std::wstring>(message);
+    posted = PostTurn([this, action, text = std::move(text)] { RunAndReply(action, *text); });
+  });
   if (!posted && !pane_->IsClosing()) Reply(requestId, ErrorResult(image_error::kFailed));
 }
 
@@ -83,6 +110,7 @@ bool ImageTranslation::PostTurn(std::function<void()> turn) {
 }
 
 void ImageTranslation::RunAndReply(const std::wstring& action, const std::wstring& message) {
+  if (closed_) return;
   const std::wstring requestId = JsonGetString(message, L"requestId");
   const Outcome outcome = Caught([&] { return RunAction(action, message); });
   if (closed_) return;
@@ -92,8 +120,7 @@ void ImageTranslation::RunAndReply(const std::wstring& action, const std::wstrin
 }
 
 ImageTranslation::Outcome ImageTranslation::RunAction(std::wstring_view action, const std::wstring& message) {
-  if (target_.Application() == nullptr) return ErrorResult(kNotConnectedText);
-  RefreshTarget(target_);
+  if (target_.Application() != nullptr) RefreshTarget(target_);
   for (const Action& row : kActions) {
     if (row.name == action) return (this->*row.run)(ToolArguments(message));
   }
@@ -123,7 +150,7 @@ ImageTranslation::Outcome ImageTranslation::ScanActiveSheet(bool countOnly) {
   SheetPictures found = FindPictures(sheet.Get(), name);
   if (found.answer.IsBusy()) return ErrorResult(image_error::kFailed);
   if (!found.hasCollection) {
-    PaneLog(Concat(L"ExcelImageTranslate scan sheet=", name, L" shapes=0 (no collection)\r\n"));
+    PaneLog(Concat(L"ExcelImageTranslate scan sheet=", JsonEscape(name), L" shapes=0 (no collection)\r\n"));
   }
   PaneLog(Concat(L"ExcelImageTranslate scan active processable=", found.pictures.size(), L" unsupportedSkip=",
                  found.unsupported, L"\r\n"));
@@ -139,13 +166,13 @@ ImageTranslation::Target ImageTranslation::FindTarget(std::wstring_view operatio
   target.sheet = target_.GetActiveSheetDispatch(&answer);
   const std::wstring name = GetStringProperty(target.sheet.Get(), L"Name");
   if (answer.IsBusy()) {
-    target.error = ErrorResult(image_error::kFailed);
+    target.error = image_error::kFailed;
   } else if (name.empty()) {
-    target.error = ErrorResult(image_error::kNoSheet);
+    target.error = image_error::kNoSheet;
   } else if (name != anchor.sheetName) {
-    PaneLog(Concat(L"ExcelImageTranslate ", operation, L" active sheet changed want=", anchor.sheetName,
-                   L" active=", name, L"\r\n"));
-    target.error = ErrorResult(image_error::kSheetChanged);
+    PaneLog(Concat(L"ExcelImageTranslate ", operation, L" active sheet changed want=",
+                   JsonEscape(anchor.sheetName), L" active=", JsonEscape(name), L"\r\n"));
+    target.error = image_error::kSheetChanged;
   }
   if (!target.error.empty()) return target;
 
@@ -153,21 +180,26 @@ ImageTranslation::Target ImageTranslation::FindTarget(std::wstring_view operatio
   target.picture = std::move(resolved.picture);
   if (target.picture) return target;
   if (resolved.answer.IsBusy()) {
-    target.error = ErrorResult(image_error::kFailed);
+    target.error = image_error::kFailed;
     return target;
   }
   PaneLog(Concat(L"ExcelImageTranslate ", operation, L" anchor mismatch want=", AnchorJson(anchor), L" got=",
                  resolved.candidate.sheetName.empty() ? L"none" : AnchorJson(resolved.candidate), L"\r\n"));
-  target.error = ErrorResult(image_error::kAnchorStale);
+  target.error = image_error::kAnchorStale;
   return target;
+}
+
+EncodedImage ImageTranslation::ExportUpright(const Target& target) const {
+  const UprightShape upright(target.sheet.Get(), target.picture->shape.Get());
+  return ExportPicture(target_.Application(), target.picture->shape.Get());
 }
 
 ImageTranslation::Outcome ImageTranslation::Extract(const ToolArguments& arguments) {
   const std::optional<ImageAnchor> anchor = AnchorOf(arguments);
   if (!anchor) return NoAnchorResult(arguments);
   const Target target = FindTarget(L"extract", *anchor);
-  if (!target.error.empty()) return target.error;
-  const EncodedImage image = ExportPicture(target_.Application(), target.picture->shape.Get());
+  if (!target.error.empty()) return ErrorResult(target.error);
+  const EncodedImage image = ExportUpright(target);
   if (image.error == kByCopyPicture) return ErrorResult(image_error::kExportFailed);
   const std::wstring base64 = image.Ok() ? Base64Of(image.png) : std::wstring();
   if (base64.empty()) {
@@ -178,7 +210,13 @@ ImageTranslation::Outcome ImageTranslation::Extract(const ToolArguments& argumen
   return ExtractResult(image.size, base64);
 }
 
-ImageSnapshot ImageTranslation::TakeSnapshot(const Target& target, bool inBatch) const {
+ImageSnapshot ImageTranslation::TakeSnapshot(const Target& target, UndoBook book, bool inBatch) const {
+  ImageSnapshot snapshot{target.picture->anchor, std::move(book), {}, inBatch};
+  if (snapshot.book.name.empty()) {
+    PaneLog(L"ExcelImageTranslate undo snapshot without a workbook\r\n");
+    return snapshot;
+  }
+  const UprightShape upright(target.sheet.Get(), target.picture->shape.Get());
   EncodedImage image = ExportPicture(target_.Application(), target.picture->shape.Get());
   if (!image.Ok())
     image = ExportPictureThroughChart(target_.Application(), target.sheet.Get(), *target.picture);
@@ -186,30 +224,33 @@ ImageSnapshot ImageTranslation::TakeSnapshot(const Target& target, bool inBatch)
     PaneLog(Concat(L"ExcelImageTranslate undo export fallback failed: ", image.error, L"\r\n"));
     PaneLog(L"ExcelImageTranslate undo snapshot empty after replace capture\r\n");
   }
-  HostAnswer answer;
-  return {target.picture->anchor, BookOfSheet(target_, target.sheet.Get(), answer), std::move(image.png),
-          inBatch};
+  snapshot.png = std::move(image.png);
+  return snapshot;
 }
 
 ImageTranslation::Outcome ImageTranslation::Replace(const ToolArguments& arguments) {
   const std::optional<ImageAnchor> anchor = AnchorOf(arguments);
-  if (!anchor || arguments.Value(L"imageBase64").size() <= 2)
-    return ErrorResult(image_error::kInvalidRequest);
-  const std::optional<std::vector<std::byte>> png = PngOf(arguments);
+  const std::optional<std::wstring> base64 = TextOfValue(arguments.Value(L"imageBase64"));
+  if (!anchor || !base64 || base64->empty()) return ErrorResult(image_error::kInvalidRequest);
+  const std::optional<std::vector<std::byte>> png = PngOf(*base64);
   if (!png) return ErrorResult(image_error::kDecodeFailed);
   const Target target = FindTarget(L"replace", *anchor);
-  if (!target.error.empty()) return target.error;
+  if (!target.error.empty()) return ErrorResult(target.error);
+  HostAnswer answer;
+  UndoBook book = BookOfSheet(target_, target.sheet.Get(), answer);
+  if (answer.IsBusy()) return ErrorResult(image_error::kFailed);
 
   const bool inBatch = FlagOfValue(arguments.Value(L"batchMode")).value_or(false);
-  ImageSnapshot snapshot = TakeSnapshot(target, inBatch);
+  ImageSnapshot snapshot = TakeSnapshot(target, book, inBatch);
+  const bool hasUndo = !snapshot.png.empty();
+  // In the list before the sheet is touched. A batch counts the pictures that it cannot restore, too.
+  std::optional<KeptSnapshot> kept;
+  if (hasUndo || inBatch) kept.emplace(undo_, std::move(snapshot));
   const ImageReplacement replaced =
       ReplacePicture(target_.Application(), target.sheet.Get(), *target.picture, *png);
   if (!replaced.done) return ReplaceFailedResult(replaced.detail);
-  undo_.Follow(target.picture->anchor, replaced.anchor, snapshot.book);
-  snapshot.anchor = replaced.anchor;
-  const bool hasUndo = !snapshot.png.empty();
-  // A batch counts the pictures that it cannot restore, too.
-  if (hasUndo || inBatch) undo_.Keep(std::move(snapshot));
+  if (kept) kept->Settle();
+  undo_.Follow(target.picture->anchor, replaced.anchor, book);
   return ReplaceResult(hasUndo, replaced.anchor);
 }
 
@@ -219,22 +260,22 @@ ImageTranslation::Outcome ImageTranslation::UndoReplace(const ToolArguments& arg
   const Target target = FindTarget(L"undo", *anchor);
   HostAnswer answer;
   const UndoBook book = BookOfSheet(target_, target.sheet.Get(), answer);
-  std::optional<ImageSnapshot> snapshot = undo_.TakeNewest(*anchor, book);
-  if (!snapshot) return ErrorResult(image_error::kNothingToUndo);
-  if (!target.error.empty()) {
-    undo_.PutBack(*std::move(snapshot));
-    return target.error;
-  }
+  if (target.error == image_error::kNoSheet) return ErrorResult(target.error);
+  // Nothing tells whether there is a snapshot while the workbook is not known.
+  const bool isUnknown = answer.IsBusy() || book.name.empty();
+  if (target.error == image_error::kFailed || isUnknown) return ErrorResult(image_error::kFailed);
+  const ImageSnapshot* const snapshot = undo_.FindNewest(*anchor, book);
+  if (snapshot == nullptr) return ErrorResult(image_error::kNothingToUndo);
+  if (!target.error.empty()) return ErrorResult(target.error);
+  const std::wstring base64 = Base64Of(snapshot->png);
   const ImageReplacement replaced =
       ReplacePicture(target_.Application(), target.sheet.Get(), *target.picture, snapshot->png);
-  if (!replaced.done) {
-    undo_.PutBack(*std::move(snapshot));
-    return ReplaceFailedResult(replaced.detail);
-  }
+  if (!replaced.done) return ReplaceFailedResult(replaced.detail);
+  undo_.Drop(snapshot->serial);
   undo_.Follow(target.picture->anchor, replaced.anchor, book);
-  PaneLog(Concat(L"ExcelImageTranslate undo shape=", replaced.anchor.shapeName, L" sheet=",
-                 replaced.anchor.sheetName, L"\r\n"));
-  return UndoReplaceResult(replaced.anchor, Base64Of(snapshot->png));
+  PaneLog(Concat(L"ExcelImageTranslate undo shape=", JsonEscape(replaced.anchor.shapeName), L" sheet=",
+                 JsonEscape(replaced.anchor.sheetName), L"\r\n"));
+  return UndoReplaceResult(replaced.anchor, base64);
 }
 
 ImageTranslation::Outcome ImageTranslation::BatchUndo(const ToolArguments&) {
@@ -274,17 +315,26 @@ void ImageTranslation::RunJobSlice() {
 
 void ImageTranslation::PushSelectionPreview() {
   // Refused when the pane goes away or its host reads no messages; then nobody would see it.
-  static_cast<void>(PostTurn([this] {
-    const SelectedPicture selected = FindSelectedPicture(target_);
-    if (selected.isBusy || closed_) return;
-    if (!selected.picture) return output_.RunPanelScript(NoImageSelectedScript());
-    const ClipboardBackup backup;
-    const ExportedThumbnail image =
-        ExportThumbnail(target_.Application(), selected.picture->shape.Get(), backup);
-    const ImageThumbnail thumbnail{image.thumbnail.Ok() ? Base64Of(image.thumbnail.png) : std::wstring(),
-                                   image.thumbnail.size};
-    output_.RunPanelScript(ImageSelectedScript(selected.picture->anchor, image.size, thumbnail));
-  }));
+  static_cast<void>(PostTurn([this] { ShowSelection(); }));
+}
+
+void ImageTranslation::ShowSelection() {
+  if (closed_) return;
+  RefreshTarget(target_);
+  const SelectedPicture selected = FindSelectedPicture(target_);
+  if (selected.isBusy || closed_) return;
+  if (!selected.picture) return output_.RunPanelScript(NoImageSelectedScript());
+  const ClipboardBackup backup;
+  const ExportedThumbnail image =
+      ExportThumbnail(target_.Application(), selected.picture->shape.Get(), backup);
+  if (closed_) return;
+  const ImageThumbnail thumbnail{image.thumbnail.Ok() ? Base64Of(image.thumbnail.png) : std::wstring(),
+                                 image.thumbnail.size};
+  if (thumbnail.base64.empty()) {
+    PaneLog(Concat(L"ExcelImageTranslate selection export failed: ",
+                   image.thumbnail.Ok() ? kBase64Error : image.thumbnail.error, L"\r\n"));
+  }
+  output_.RunPanelScript(ImageSelectedScript(selected.picture->anchor, image.size, thumbnail));
 }
 
 void ImageTranslation::Close() {

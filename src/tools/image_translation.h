@@ -10,6 +10,7 @@
 #include "foundation/pane_context.h"
 #include "foundation/panel_output.h"
 #include "foundation/ui_slices.h"
+#include "tools/image_encoding.h"
 #include "tools/image_job.h"
 #include "tools/image_shapes.h"
 #include "tools/image_undo.h"
@@ -47,11 +48,11 @@ class ImageTranslation {
     std::unique_ptr<ImageJob> job;
   };
 
-  /// A picture that an action means and its sheet, or the result text that says why there is none.
+  /// A picture that an action means and its sheet, or the code of the error that says why there is none.
   struct Target {
     ComPtr<IDispatch> sheet;
     std::optional<SheetPicture> picture;
-    std::wstring error;
+    std::wstring_view error;
   };
 
   struct Action {
@@ -73,9 +74,13 @@ class ImageTranslation {
 
   [[nodiscard]] Outcome ScanActiveSheet(bool countOnly);
   [[nodiscard]] Target FindTarget(std::wstring_view operation, const ImageAnchor& anchor) const;
-  /// The picture as it is now, for its undo; without bytes when it cannot be exported.
-  [[nodiscard]] ImageSnapshot TakeSnapshot(const Target& target, bool inBatch) const;
+  /// The picture as the page gets it: without its turn.
+  [[nodiscard]] EncodedImage ExportUpright(const Target& target) const;
+  /// The picture as it is now, for its undo; without bytes when it cannot be exported or nothing would tell
+  /// later whether its workbook is still the same.
+  [[nodiscard]] ImageSnapshot TakeSnapshot(const Target& target, UndoBook book, bool inBatch) const;
 
+  void ShowSelection();
   void BeginJob(std::unique_ptr<ImageJob> job) { begun_ = std::move(job); }
   void ContinueJobs();
   void RunJobSlice();

@@ -28,10 +28,17 @@ struct FloatingObject {
   double top = 0;
   double width = 360;
   double height = 216;
+  /// Degrees; nothing is drawn turned.
+  double rotation = 0;
   std::wstring alternativeText;
+  std::wstring title;
+  /// The macro that a click runs.
+  std::wstring onAction;
   /// The host's number: 1 moves and sizes with the cells, 2 only moves, 3 neither.
   long placement = 2;
   bool lockAspectRatio = false;
+  bool locked = true;
+  bool visible = true;
   /// Whatever has a greater number lies above.
   long depth = 0;
   bool deleted = false;

@@ -169,30 +169,35 @@ Variant DrawingObject::ShapeRange(Call&) {
 
 const ClassInfo& ShapeObject::Class() const {
   using S = ShapeObject;
-  static const ClassInfo info("Shape",
-                              {
-                                  {L"Name", kGet | kPut, Do<&S::Name>},
-                                  {L"Type", kGet, Do<&S::Type>},
-                                  {L"HasChart", kGet, Do<&S::HasChart>},
-                                  {L"Chart", kGet, Do<&S::ChartOf>},
-                                  {L"Left", kGet | kPut, Do<&S::Position<&FloatingObject::left>>},
-                                  {L"Top", kGet | kPut, Do<&S::Position<&FloatingObject::top>>},
-                                  {L"Width", kGet | kPut, Do<&S::Position<&FloatingObject::width>>},
-                                  {L"Height", kGet | kPut, Do<&S::Position<&FloatingObject::height>>},
-                                  {L"AlternativeText", kGet | kPut, Do<&S::AlternativeText>},
-                                  {L"Placement", kGet | kPut, Do<&S::Placement>},
-                                  {L"LockAspectRatio", kGet | kPut, Do<&S::LockAspectRatio>},
-                                  {L"ZOrderPosition", kGet, Do<&S::ZOrderPosition>},
-                                  {L"ZOrder", kMethod, Do<&S::ZOrder>},
-                                  {L"GroupItems", kGet, Do<&S::GroupItems>},
-                                  {L"Fill", kGet, Do<&S::Fill>},
-                                  {L"PictureFormat", kGet, Do<&S::PictureFormat>},
-                                  {L"CopyPicture", kMethod, Do<&S::CopyPicture>},
-                                  {L"Copy", kMethod, Do<&S::Copy>},
-                                  {L"Delete", kMethod, Do<&S::Delete>},
-                                  {L"Parent", kGet, Do<&S::Parent>},
-                                  {L"Application", kGet, Do<&S::Application>},
-                              });
+  static const ClassInfo info(
+      "Shape", {
+                   {L"Name", kGet | kPut, Do<&S::Name>},
+                   {L"Type", kGet, Do<&S::Type>},
+                   {L"HasChart", kGet, Do<&S::HasChart>},
+                   {L"Chart", kGet, Do<&S::ChartOf>},
+                   {L"Left", kGet | kPut, Do<&S::Position<&FloatingObject::left>>},
+                   {L"Top", kGet | kPut, Do<&S::Position<&FloatingObject::top>>},
+                   {L"Width", kGet | kPut, Do<&S::Position<&FloatingObject::width>>},
+                   {L"Height", kGet | kPut, Do<&S::Position<&FloatingObject::height>>},
+                   {L"Rotation", kGet | kPut, Do<&S::Position<&FloatingObject::rotation>>},
+                   {L"AlternativeText", kGet | kPut, Do<&S::Text<&FloatingObject::alternativeText>>},
+                   {L"Title", kGet | kPut, Do<&S::Text<&FloatingObject::title>>},
+                   {L"OnAction", kGet | kPut, Do<&S::Text<&FloatingObject::onAction>>},
+                   {L"Locked", kGet | kPut, Do<&S::Switch<&FloatingObject::locked>>},
+                   {L"Visible", kGet | kPut, Do<&S::Switch<&FloatingObject::visible>>},
+                   {L"Placement", kGet | kPut, Do<&S::Placement>},
+                   {L"LockAspectRatio", kGet | kPut, Do<&S::Switch<&FloatingObject::lockAspectRatio>>},
+                   {L"ZOrderPosition", kGet, Do<&S::ZOrderPosition>},
+                   {L"ZOrder", kMethod, Do<&S::ZOrder>},
+                   {L"GroupItems", kGet, Do<&S::GroupItems>},
+                   {L"Fill", kGet, Do<&S::Fill>},
+                   {L"PictureFormat", kGet, Do<&S::PictureFormat>},
+                   {L"CopyPicture", kMethod, Do<&S::CopyPicture>},
+                   {L"Copy", kMethod, Do<&S::Copy>},
+                   {L"Delete", kMethod, Do<&S::Delete>},
+                   {L"Parent", kGet, Do<&S::Parent>},
+                   {L"Application", kGet, Do<&S::Application>},
+               });
   return info;
 }
 
@@ -225,9 +230,15 @@ Variant ShapeObject::AccessPosition(FloatingObject& object, double FloatingObjec
   return {};
 }
 
-Variant ShapeObject::AlternativeText(Call& call) {
-  if (!call.IsPut()) return Variant(object_->alternativeText);
-  object_->alternativeText = ToText(call.Value());
+Variant ShapeObject::AccessText(FloatingObject& object, std::wstring FloatingObject::*field, Call& call) {
+  if (!call.IsPut()) return Variant(object.*field);
+  object.*field = ToText(call.Value());
+  return {};
+}
+
+Variant ShapeObject::AccessSwitch(FloatingObject& object, bool FloatingObject::*field, Call& call) {
+  if (!call.IsPut()) return Variant(object.*field ? kTriStateTrue : 0L);
+  object.*field = ToLong(call.Value()) != 0;
   return {};
 }
 
@@ -236,12 +247,6 @@ Variant ShapeObject::Placement(Call& call) {
   const long wanted = ToLong(call.Value());
   if (wanted < 1 || wanted > 3) Refuse();
   object_->placement = wanted;
-  return {};
-}
-
-Variant ShapeObject::LockAspectRatio(Call& call) {
-  if (!call.IsPut()) return Variant(object_->lockAspectRatio ? kTriStateTrue : 0L);
-  object_->lockAspectRatio = ToLong(call.Value()) != 0;
   return {};
 }
 

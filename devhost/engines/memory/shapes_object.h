@@ -95,9 +95,16 @@ class ShapeObject final : public DispatchObject {
   Variant Position(Call& call) {
     return AccessPosition(*object_, Field, call);
   }
-  Variant AlternativeText(Call& call);
+  template <std::wstring FloatingObject::*Field>
+  Variant Text(Call& call) {
+    return AccessText(*object_, Field, call);
+  }
+  /// -1 and 0 for on and off.
+  template <bool FloatingObject::*Field>
+  Variant Switch(Call& call) {
+    return AccessSwitch(*object_, Field, call);
+  }
   Variant Placement(Call& call);
-  Variant LockAspectRatio(Call& call);
   Variant ZOrderPosition(Call& call);
   Variant ZOrder(Call& call);
   Variant GroupItems(Call& call);
@@ -114,6 +121,10 @@ class ShapeObject final : public DispatchObject {
                                               Call& call);
 
  private:
+  [[nodiscard]] static Variant AccessText(FloatingObject& object, std::wstring FloatingObject::*field,
+                                          Call& call);
+  [[nodiscard]] static Variant AccessSwitch(FloatingObject& object, bool FloatingObject::*field, Call& call);
+
   std::shared_ptr<Sheet> sheet_;
   std::shared_ptr<FloatingObject> object_;
   /// One of the two is null.
