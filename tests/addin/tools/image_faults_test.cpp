@@ -1,6 +1,7 @@
 #include <string>
 
 #include "addin/tools/image_fixture.h"
+#include "addin/tools/import_fault.h"
 #include "foundation/json_reader.h"
 #include "foundation/text.h"
 #include "tools/clipboard_backup.h"
@@ -9,6 +10,17 @@
 
 namespace qv::test {
 namespace {
+
+/// Failures as the libraries of the system tell of them.
+INT_PTR WINAPI GeneralError() {
+  return 1;
+}
+INT_PTR WINAPI NoAnswer() {
+  return 0;
+}
+INT_PTR WINAPI NoMemory() {
+  return E_OUTOFMEMORY;
+}
 
 /// Whatever goes wrong, the fixture sees to it that the clipboard and the temporary folder are as they were.
 class ImageFaultsTest : public ImageTest {
@@ -102,6 +114,54 @@ TEST_F(ImageFaultsTest, WhatANewPictureCannotTakeOverDoesNotHinderIt) {
     engine.Faults().Clear();
     ExpectUntouched();
   }
+}
+
+TEST_F(ImageFaultsTest, EveryStepOfAnEncodingMayFail) {
+  ShapeOf(L"Photo")->picture = Pattern(400, 200, 1);
+  ShapeOf(L"Photo")->width = 300;
+  ShapeOf(L"Photo")->height = 150;
+  anchor = AnchorOf(L"Photo");
+  const struct {
+    const char* library;
+    const char* function;
+    FARPROC failing;
+    const wchar_t* code;
+  } cases[] = {{"gdiplus.dll", "GdiplusStartup", GeneralError, L"gdiplus_startup"},
+               {"gdiplus.dll", "GdipGetImageEncodersSize", GeneralError, L"png_encoder_missing"},
+               {"gdiplus.dll", "GdipGetImageEncoders", GeneralError, L"png_encoder_missing"},
+               {"ole32.dll", "CreateStreamOnHGlobal", NoMemory, L"stream_create"},
+               {"gdiplus.dll", "GdipSaveImageToStream", GeneralError, L"bitmap_save"},
+               {"crypt32.dll", "CryptBinaryToStringW", NoAnswer, L"base64_encode"},
+               {"gdiplus.dll", "GdipDrawImageRectRectI", GeneralError, L"scale_failed"}};
+  for (const auto& [library, function, failing, code] : cases) {
+    const ImportFault fault(library, function, failing);
+    const TraceTail trace;
+    EXPECT_EQ(Scan().find(L"thumbBase64"), std::wstring::npos) << function;
+    EXPECT_TRUE(trace.Has(Concat(L"ExcelImageTranslate probe export failed: ", code, L"\r\n"))) << function;
+    // Only a thumbnail is scaled.
+    if (std::wstring_view(code) == L"scale_failed") continue;
+    EXPECT_EQ(Extract(anchor), Error(L"encode_failed")) << function;
+    EXPECT_TRUE(trace.Has(Concat(L"ExcelImageTranslate extract encode failed: ", code, L"\r\n"))) << function;
+  }
+  EXPECT_TRUE(Extract(anchor).starts_with(LR"({"ok":true)"));
+  EXPECT_EQ(Shown(L"Photo"), *Pattern(400, 200, 1));
+}
+
+TEST_F(ImageFaultsTest, WhatCannotBeDecodedTouchesNothing) {
+  for (const char* function : {"GdiplusStartup", "GdipCreateBitmapFromStream", "GdipBitmapLockBits"}) {
+    const ImportFault fault("gdiplus.dll", function, GeneralError);
+    EXPECT_EQ(Replace(anchor, *Pattern(5, 5, 9)), Error(L"decode_failed")) << function;
+    ExpectUntouched();
+  }
+}
+
+TEST_F(ImageFaultsTest, AnAddedShapeThatCannotBeDeletedIsSaid) {
+  engine.Faults().Fail({.member = "Shape.Delete"});
+  const TraceTail trace;
+  EXPECT_EQ(Replace(anchor, *Pattern(5, 5, 9)), Error(L"replace_failed"));
+  EXPECT_TRUE(trace.Has(L"ExcelImageTranslate added shape not deleted\r\n"));
+  engine.Faults().Clear();
+  EXPECT_EQ(Undo(anchor), Error(L"nothing_to_undo"));
 }
 
 TEST_F(ImageFaultsTest, ANewPictureThatKeepsItsOwnNameIsAnsweredByIt) {

@@ -30,6 +30,11 @@ TEST_F(ImageReplaceTest, APictureIsExchangedAndKeepsItsPlace) {
   photo->alternativeText = L"What is seen";
   photo->placement = 3;
   photo->lockAspectRatio = true;
+  photo->title = L"A title";
+  photo->onAction = L"Book.xlsx!Macro";
+  photo->rotation = 30;
+  photo->locked = false;
+  photo->visible = false;
   const std::wstring anchor = AnchorOf(L"Photo");
   const std::wstring result = Replace(anchor, *Pattern(240, 160, 9));
   EXPECT_EQ(
@@ -44,6 +49,43 @@ TEST_F(ImageReplaceTest, APictureIsExchangedAndKeepsItsPlace) {
   EXPECT_EQ(now->alternativeText, L"What is seen");
   EXPECT_EQ(now->placement, 3);
   EXPECT_TRUE(now->lockAspectRatio);
+  EXPECT_EQ(now->title, L"A title");
+  EXPECT_EQ(now->onAction, L"Book.xlsx!Macro");
+  EXPECT_EQ(now->rotation, 30);
+  EXPECT_FALSE(now->locked);
+  EXPECT_FALSE(now->visible);
+}
+
+TEST_F(ImageReplaceTest, ATurnedPictureIsExportedUprightAndTurnedBack) {
+  const auto photo = AddPicture(L"Photo", 120, 80, 2);
+  photo->rotation = 30;
+  const std::wstring anchor = AnchorOf(L"Photo");
+  std::vector<double> turns;
+  engine.Faults().OnCall("Shape.CopyPicture", [&] {
+    turns.push_back(photo->rotation);
+    engine.Sheet(L"Sheet1").workbook.lock()->saved = false;
+  });
+  for (const bool wasSaved : {true, false}) {
+    engine.Sheet(L"Sheet1").workbook.lock()->saved = wasSaved;
+    EXPECT_TRUE(Extract(anchor).starts_with(LR"({"ok":true)"));
+    EXPECT_EQ(photo->rotation, 30);
+    EXPECT_EQ(engine.Sheet(L"Sheet1").workbook.lock()->saved, wasSaved);
+  }
+  EXPECT_TRUE(Replace(anchor, *Pattern(60, 40, 9)).starts_with(LR"({"ok":true)"));
+  EXPECT_EQ(turns, (std::vector<double>{0, 0, 0}));
+  EXPECT_EQ(ShapeOf(L"Photo")->rotation, 30);
+}
+
+TEST_F(ImageReplaceTest, AStackThatDoesNotChangeEndsTheWayDown) {
+  AddPicture(L"Photo", 120, 80, 2);
+  AddPicture(L"Above", 10, 10, 3);
+  AddPicture(L"Top", 10, 10, 3);
+  const std::wstring anchor = AnchorOf(L"Photo");
+  // Whatever is asked for, the new one goes back to the top.
+  engine.Faults().OnCall(
+      "Shape.ZOrder", [this] { ShapeOf(L"Photo")->depth = 100; }, false);
+  EXPECT_TRUE(Replace(anchor, *Pattern(5, 5, 9)).starts_with(LR"({"ok":true)"));
+  EXPECT_EQ(engine.Calls("Shape.ZOrder"), 1U);
 }
 
 TEST_F(ImageReplaceTest, APictureFormatThatTakesImagesKeepsTheShape) {
@@ -135,6 +177,9 @@ TEST_F(ImageReplaceTest, OnlyTheActiveSheetIsWorkedOn) {
   EXPECT_EQ(Extract(anchor), Error(L"sheet_changed"));
   EXPECT_TRUE(trace.Has(L"ExcelImageTranslate extract active sheet changed want=Sheet1 active=Data\r\n"));
   EXPECT_EQ(Replace(anchor, *Pattern(5, 5)), Error(L"sheet_changed"));
+  // What the page names the sheet makes no line of its own.
+  EXPECT_EQ(Extract(ReplaceAll(anchor, L"Sheet1", LR"(A\r\nB)")), Error(L"sheet_changed"));
+  EXPECT_TRUE(trace.Has(LR"(active sheet changed want=A\r\nB active=Data)"));
   EXPECT_EQ(Shown(L"Photo"), *Pattern(120, 80, 2));
 }
 
@@ -155,6 +200,10 @@ TEST_F(ImageReplaceTest, BadArgumentsHaveTheirOwnCodes) {
   EXPECT_EQ(Ask(L"imageTranslateReplace", Concat(L",\"imageBase64\":\"", png, L'"')),
             Error(L"invalid_request"));
   EXPECT_EQ(replace(anchor, L""), Error(L"invalid_request"));
+  for (const wchar_t* image : {L"123456", L"true", L"{}", L"[1]"}) {
+    EXPECT_EQ(Ask(L"imageTranslateReplace", Concat(L",\"anchor\":", anchor, L",\"imageBase64\":", image)),
+              Error(L"invalid_request"));
+  }
   EXPECT_EQ(replace(anchor, L"!!!"), Error(L"decode_failed"));
   EXPECT_EQ(replace(anchor, L"AAAA"), Error(L"decode_failed"));
   EXPECT_EQ(replace(anchor, png.substr(0, png.size() / 8 * 4)), Error(L"decode_failed"));

@@ -192,11 +192,13 @@ TEST_F(ImageScanTest, AScanEndsWithItsPane) {
   EXPECT_TRUE(panel.scripts.empty());
 }
 
-TEST_F(ImageScanTest, OnlyAnUnknownActionIsNotUnderstood) {
+TEST_F(ImageScanTest, OnlyAnUnknownActionIsNotUnderstoodWithAHostOrWithout) {
   EXPECT_EQ(AskForScript(L"imageTranslateDance"),
             BuildReplyScript(L"r1", false, LR"({"error":"unknown_action"})"));
-  target.SetApplication(nullptr);
-  EXPECT_EQ(AskForScript(L"imageTranslateScan"), BuildReplyScript(L"r1", true, Error(L"未连接到 Excel")));
+  target.ReleaseReferences();
+  EXPECT_EQ(AskForScript(L"imageTranslateScan"), BuildReplyScript(L"r1", true, Error(L"no_sheet")));
+  EXPECT_EQ(AskForScript(L"imageTranslateDance"),
+            BuildReplyScript(L"r1", false, LR"({"error":"unknown_action"})"));
 }
 
 TEST_F(ImageScanTest, TheSelectedPictureIsTold) {

@@ -1,6 +1,8 @@
+#include <new>
 #include <string>
 
 #include "addin/tools/image_fixture.h"
+#include "addin/tools/import_fault.h"
 #include "foundation/json_reader.h"
 #include "foundation/json_text.h"
 #include "foundation/text.h"
@@ -10,8 +12,49 @@ namespace {
 
 constexpr long kAutoShape = 1;
 
+/// How many looks at the clock end as they would when memory ran out.
+int clockFailures = 0;
+
+INT_PTR WINAPI FailingClock() {
+  if (clockFailures > 0) {
+    --clockFailures;
+    throw std::bad_alloc();
+  }
+  ULONGLONG now = 0;
+  QueryUnbiasedInterruptTime(&now);
+  return static_cast<INT_PTR>(now / 10'000);
+}
+
 class ImageUndoTest : public ImageTest {
  protected:
+  /// Pictures P1 to P3, each replaced as one of a batch; the anchor of the first.
+  [[nodiscard]] std::wstring ReplacedBatch() {
+    std::wstring first;
+    for (int number = 3; number >= 1; --number) {
+      AddPicture(Concat(L"P", number), 20, 20, number);
+      first = Replaced(AnchorOf(Concat(L"P", number)), *Pattern(20, 20, 10 + number), true);
+    }
+    return first;
+  }
+
+  /// What a batch undo and an action answer that comes in between its slices.
+  [[nodiscard]] std::vector<std::wstring> BatchUndoAnd(const std::wstring& action,
+                                                       const std::wstring& members = {}) {
+    engine.Faults().Fail({.member = "Shapes.AddPicture", .slowMs = 70});
+    bool asked = false;
+    engine.Faults().OnCall("Shapes.AddPicture", [&, this] {
+      if (!std::exchange(asked, true))
+        images->HandleImageTranslateMessage(action, Concat(LR"({"requestId":"r2")", members, L'}'));
+    });
+    panel.scripts.clear();
+    images->HandleImageTranslateMessage(L"imageTranslateBatchUndo", LR"({"requestId":"r1"})");
+    const ULONGLONG start = GetTickCount64();
+    while (panel.scripts.size() < 2 && GetTickCount64() - start < 30'000)
+      PumpMessages();
+    engine.Faults().Clear();
+    return panel.scripts;
+  }
+
   /// The anchor that a replacement answered.
   [[nodiscard]] std::wstring Replaced(const std::wstring& anchor, const PictureData& picture,
                                       bool inBatch = false) {
@@ -93,6 +136,76 @@ TEST_F(ImageUndoTest, ABatchIsTakenBackNewestFirst) {
   for (int number = 1; number <= 3; ++number)
     EXPECT_EQ(Shown(Concat(L"P", number)), *Pattern(20, 20, number));
   EXPECT_EQ(BatchUndo(), LR"({"ok":true,"restored":0,"failed":0,"failedReasons":[]})");
+}
+
+TEST_F(ImageUndoTest, ABatchThatIsClearedBetweenTwoPicturesStopsThere) {
+  static_cast<void>(ReplacedBatch());
+  const auto replies = BatchUndoAnd(L"imageTranslateClearBatchUndo");
+  ASSERT_EQ(replies.size(), 2U);
+  EXPECT_EQ(replies[0], BuildReplyScript(L"r2", true, LR"({"ok":true})"));
+  EXPECT_EQ(replies[1],
+            BuildReplyScript(L"r1", true, LR"({"ok":true,"restored":1,"failed":0,"failedReasons":[]})"));
+  EXPECT_EQ(Shown(L"P1"), *Pattern(20, 20, 1));
+  EXPECT_EQ(Shown(L"P3"), *Pattern(20, 20, 13));
+}
+
+TEST_F(ImageUndoTest, APictureOfABatchCanBeTakenBackWhileTheBatchIs) {
+  static_cast<void>(ReplacedBatch());
+  const auto replies = BatchUndoAnd(L"imageTranslateUndoReplace", L",\"anchor\":" + AnchorOf(L"P3"));
+  ASSERT_EQ(replies.size(), 2U);
+  EXPECT_EQ(replies[0].find(L"error"), std::wstring::npos);
+  EXPECT_EQ(replies[1],
+            BuildReplyScript(L"r1", true, LR"({"ok":true,"restored":2,"failed":0,"failedReasons":[]})"));
+  for (int number = 1; number <= 3; ++number)
+    EXPECT_EQ(Shown(Concat(L"P", number)), *Pattern(20, 20, number));
+}
+
+TEST_F(ImageUndoTest, ABatchThatBreaksOffKeepsWhatItDidNotRestore) {
+  static_cast<void>(ReplacedBatch());
+  {
+    const ImportFault clock("kernel32.dll", "GetTickCount64", FailingClock);
+    // On the way through the stack, in the log of that, and behind the first picture.
+    engine.Faults().OnCall("Shape.Delete", [] { clockFailures = 3; });
+    EXPECT_EQ(BatchUndo(), Error(L"image_translate_failed"));
+    EXPECT_EQ(std::exchange(clockFailures, 0), 0);
+    engine.Faults().Clear();
+  }
+  EXPECT_EQ(BatchUndo(), LR"({"ok":true,"restored":2,"failed":0,"failedReasons":[]})");
+  for (int number = 1; number <= 3; ++number)
+    EXPECT_EQ(Shown(Concat(L"P", number)), *Pattern(20, 20, number));
+}
+
+TEST_F(ImageUndoTest, WhatFailsOnceTheOldPictureIsGoneCostsNoSnapshot) {
+  AddPicture(L"Photo", 120, 80, 2);
+  std::wstring anchor = AnchorOf(L"Photo");
+  {
+    const ImportFault clock("kernel32.dll", "GetTickCount64", FailingClock);
+    engine.Faults().OnCall("Shape.Delete", [] { clockFailures = 1; });
+    anchor = Replaced(anchor, *Pattern(120, 80, 3));
+    EXPECT_EQ(std::exchange(clockFailures, 0), 0);
+    engine.Faults().Clear();
+  }
+  EXPECT_EQ(Undo(anchor).find(L"error"), std::wstring::npos);
+  EXPECT_EQ(Shown(L"Photo"), *Pattern(120, 80, 2));
+}
+
+TEST_F(ImageUndoTest, ABusyHostOrAnUnknownWorkbookIsNotTakenForNothingToUndo) {
+  AddPicture(L"Photo", 120, 80, 2);
+  const std::wstring anchor = Replaced(AnchorOf(L"Photo"), *Pattern(120, 80, 3));
+  for (const char* member : {"Worksheet.Shapes", "Worksheet.Parent", "Workbook.FullName"}) {
+    MakeBusy(member);
+    EXPECT_EQ(Undo(anchor), Error(L"image_translate_failed")) << member;
+    EXPECT_EQ(Replace(anchor, *Pattern(5, 5)), Error(L"image_translate_failed")) << member;
+    engine.Faults().Clear();
+  }
+  for (const char* member : {"Workbook.FullName", "Workbook.Name"})
+    engine.Faults().Fail({.member = member});
+  EXPECT_EQ(Undo(anchor), Error(L"image_translate_failed"));
+  EXPECT_TRUE(
+      Replace(anchor, *Pattern(120, 80, 4)).starts_with(LR"({"ok":true,"replaced":true,"hasUndo":false)"));
+  engine.Faults().Clear();
+  EXPECT_EQ(Undo(anchor).find(L"error"), std::wstring::npos);
+  EXPECT_EQ(Shown(L"Photo"), *Pattern(120, 80, 2));
 }
 
 TEST_F(ImageUndoTest, WhatABatchCannotRestoreIsSaidAndKept) {
