@@ -10,6 +10,9 @@
 namespace qv {
 namespace {
 
+/// How many milliseconds somebody else may keep the clipboard before pictures go without their thumbnails.
+constexpr ULONGLONG kClipboardWaitMs = 2000;
+
 ImageThumbnail ThumbnailOf(IDispatch* application, IDispatch* shape, const ClipboardBackup& backup) {
   const EncodedImage image = ExportThumbnail(application, shape, backup).thumbnail;
   const std::wstring base64 = image.Ok() ? Base64Of(image.png) : std::wstring();
@@ -22,9 +25,21 @@ ImageThumbnail ThumbnailOf(IDispatch* application, IDispatch* shape, const Clipb
 
 }  // namespace
 
+bool ImageScan::MayGoOn(bool hasClipboard) {
+  if (hasClipboard) {
+    blockedSince_.reset();
+    return true;
+  }
+  if (!blockedSince_) blockedSince_ = GetTickCount64();
+  return GetTickCount64() - *blockedSince_ >= kClipboardWaitMs;
+}
+
 bool ImageScan::RunSlice() {
-  // Once for all pictures of the slice, not for each.
+  if (anchors_.size() == found_.pictures.size()) return false;
+  // Once for all pictures of the slice, not for each. Not held any longer: between two slices the user may
+  // paste.
   const ClipboardBackup backup;
+  if (!MayGoOn(backup.IsTaken())) return true;
   const GdiplusSession gdiPlus;
   const ULONGLONG begin = GetTickCount64();
   while (anchors_.size() < found_.pictures.size() && GetTickCount64() - begin < kUiSliceMs) {

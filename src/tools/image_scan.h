@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,11 +25,16 @@ class ImageScan final : public ImageJob {
   }
 
  private:
+  /// Whether this slice works on pictures; without the clipboard only after having waited for it.
+  [[nodiscard]] bool MayGoOn(bool hasClipboard);
+
   ComPtr<IDispatch> application_;
   std::wstring sheetName_;
   SheetPictures found_;
   /// Of the pictures so far.
   std::vector<std::wstring> anchors_;
+  /// Tick count of the first slice of those in a row that did not get the clipboard.
+  std::optional<std::uint64_t> blockedSince_;
 };
 
 }  // namespace qv

@@ -2,36 +2,89 @@
 
 #include <algorithm>
 #include <string>
-#include <vector>
+#include <unordered_map>
 
 #include "workbook/automation.h"
 
 namespace qv {
 namespace {
 
-/// The selected shapes as the host tells of them: name, place and size, nothing of where they belong.
-std::vector<ImageAnchor> SelectedShapes(IDispatch* selection, const std::wstring& sheetName) {
-  std::vector<ImageAnchor> shapes;
-  ImageAnchor place;
-  place.sheetName = sheetName;
-  const ComPtr<IDispatch> range = GetDispProperty(selection, L"ShapeRange");
-  const std::int32_t count = GetIntProperty(range.Get(), L"Count");
-  for (std::int32_t index = 1; index <= count; ++index) {
-    const ComPtr<IDispatch> shape = GetCollectionItem(range.Get(), Variant(index));
-    if (shape != nullptr) shapes.push_back(AnchorOfShape(shape.Get(), place));
-  }
-  return shapes;
-}
+/// More selected shapes than that are not asked for their places.
+constexpr std::int32_t kMaxSelectedShapes = 1000;
 
-/// Whether the picture is the shape, or lies in it.
-bool IsMeant(const SheetPicture& picture, const ImageAnchor& shape, IDispatch* shapes) {
-  ImageAnchor own = picture.anchor;
-  own.childPath.clear();
-  if (IsSamePicture(own, shape)) return true;
-  if (!picture.IsInGroup()) return false;
-  const ComPtr<IDispatch> group = GetCollectionItem(shapes, Variant(picture.anchor.shapeIndex));
-  return group != nullptr && IsSamePicture(AnchorOfShape(group.Get(), shape), shape);
-}
+/// The selected shapes by name, with place and size and nothing of where they belong.
+class SelectedShapes {
+ public:
+  explicit SelectedShapes(std::wstring sheetName) { place_.sheetName = std::move(sheetName); }
+
+  /// Adds what is selected; without a range of shapes (a part of a chart) the chart that is active.
+  void Read(IDispatch* application, IDispatch* selection) {
+    const ComPtr<IDispatch> range = Child(selection, L"ShapeRange");
+    if (range == nullptr) {
+      const ComPtr<IDispatch> chart = Child(application, L"ActiveChart");
+      return Add(Child(chart.Get(), L"Parent").Get());
+    }
+    const std::int32_t count = std::min(GetIntProperty(range.Get(), L"Count"), kMaxSelectedShapes);
+    for (std::int32_t index = 1; index <= count && !answer_.IsBusy(); ++index) {
+      HostAnswer answer;
+      Add(GetCollectionItem(range.Get(), Variant(index), &answer).Get());
+      if (answer.IsBusy()) answer_ = answer;
+    }
+  }
+
+  [[nodiscard]] bool IsEmpty() const { return shapes_.empty(); }
+  [[nodiscard]] bool IsBusy() const { return answer_.IsBusy(); }
+  /// Whether the shape is one of them, wherever it lies.
+  [[nodiscard]] bool Has(ImageAnchor shape) const {
+    shape.childPath.clear();
+    const auto [first, last] = shapes_.equal_range(shape.shapeName);
+    return std::any_of(first, last, [&](const auto& entry) { return IsSamePicture(entry.second, shape); });
+  }
+
+ private:
+  [[nodiscard]] ComPtr<IDispatch> Child(IDispatch* object, const wchar_t* property) {
+    if (object == nullptr) return nullptr;
+    HostAnswer answer;
+    ComPtr<IDispatch> child = GetDispProperty(object, property, &answer);
+    if (answer.IsBusy()) answer_ = answer;
+    return child;
+  }
+  void Add(IDispatch* shape) {
+    if (shape == nullptr) return;
+    if (auto anchor = ReadAnchor(shape, place_, answer_)) shapes_.emplace(anchor->shapeName, *anchor);
+  }
+
+  ImageAnchor place_;
+  std::unordered_multimap<std::wstring, ImageAnchor> shapes_;
+  HostAnswer answer_;
+};
+
+/// Whether the groups that pictures lie in are selected; each group is asked once, as its pictures follow
+/// each other.
+class SelectedGroups {
+ public:
+  SelectedGroups(IDispatch* sheet, const SelectedShapes& selected)
+      : shapes_(GetDispProperty(sheet, L"Shapes")), selected_(selected) {}
+
+  [[nodiscard]] bool HasGroupOf(const SheetPicture& picture) {
+    if (!picture.IsInGroup()) return false;
+    if (picture.anchor.shapeIndex != index_) {
+      index_ = picture.anchor.shapeIndex;
+      const ComPtr<IDispatch> group = GetCollectionItem(shapes_.Get(), Variant(index_));
+      HostAnswer answer;
+      const auto anchor = ReadAnchor(group.Get(), picture.anchor, answer);
+      isSelected_ = anchor && selected_.Has(*anchor);
+    }
+    return isSelected_;
+  }
+
+ private:
+  ComPtr<IDispatch> shapes_;
+  const SelectedShapes& selected_;
+  /// The group asked last.
+  std::int32_t index_ = 0;
+  bool isSelected_ = false;
+};
 
 }  // namespace
 
@@ -41,15 +94,15 @@ SelectedPicture FindSelectedPicture(const TargetContext& target) {
   if (answer.IsBusy()) return {{}, true};
   const ComPtr<IDispatch> sheet = target.GetActiveSheetDispatch();
   const std::wstring sheetName = GetStringProperty(sheet.Get(), L"Name");
-  const std::vector<ImageAnchor> selected = SelectedShapes(selection.Get(), sheetName);
-  if (selected.empty()) return {};
+  SelectedShapes selected(sheetName);
+  selected.Read(target.Application(), selection.Get());
+  if (selected.IsBusy()) return {{}, true};
+  if (selected.IsEmpty()) return {};
   SheetPictures found = FindPictures(sheet.Get(), sheetName);
   if (found.answer.IsBusy()) return {{}, true};
-  const ComPtr<IDispatch> shapes = GetDispProperty(sheet.Get(), L"Shapes");
+  SelectedGroups groups(sheet.Get(), selected);
   for (SheetPicture& picture : found.pictures) {
-    const bool isMeant = std::ranges::any_of(
-        selected, [&](const ImageAnchor& shape) { return IsMeant(picture, shape, shapes.Get()); });
-    if (isMeant) return {std::move(picture), false};
+    if (selected.Has(picture.anchor) || groups.HasGroupOf(picture)) return {std::move(picture), false};
   }
   return {};
 }

@@ -20,15 +20,39 @@ constexpr std::int32_t kLinkedGraphic = 29;
 /// MsoFillType.
 constexpr std::int32_t kPictureFillType = 6;
 
+/// A property's value, empty when it cannot be read. `answer` keeps a busy host's.
+Variant Read(IDispatch* object, std::wstring_view name, HostAnswer& answer) {
+  Variant value;
+  HostAnswer own;
+  own.hr = GetProperty(object, name, value, &own.exceptionCode);
+  if (own.IsBusy()) answer = own;
+  return own.Ok() ? std::move(value) : Variant();
+}
+
+std::optional<double> NumberOf(const Variant& value) {
+  switch (value.Type()) {
+    case VT_R8:
+      return value->dblVal;
+    case VT_R4:
+      return value->fltVal;
+    case VT_I2:
+    case VT_I4:
+      return IntegerOf(value);
+    default:
+      return std::nullopt;
+  }
+}
+
 /// "HasChart" is a number in one host and a flag in the other; a host without it may still have the chart.
-bool HoldsChart(IDispatch* shape) {
-  Variant has;
-  if (FAILED(GetProperty(shape, L"HasChart", has))) return GetDispProperty(shape, L"Chart") != nullptr;
+bool HoldsChart(IDispatch* shape, HostAnswer& answer) {
+  const Variant has = Read(shape, L"HasChart", answer);
+  if (has.Type() == VT_EMPTY) return Read(shape, L"Chart", answer).Object() != nullptr;
   return has.IsTrue() || IntegerOf(has) != 0;
 }
 
-bool IsFilledWithPicture(IDispatch* shape) {
-  return GetIntProperty(GetDispProperty(shape, L"Fill").Get(), L"Type") == kPictureFillType;
+bool IsFilledWithPicture(IDispatch* shape, HostAnswer& answer) {
+  const ComPtr<IDispatch> fill = Read(shape, L"Fill", answer).Object();
+  return IntegerOf(Read(fill.Get(), L"Type", answer)) == kPictureFillType;
 }
 
 /// A collection of shapes and how many there are.
@@ -68,22 +92,35 @@ class Walk {
         at.shapeIndex = index;
       }
       HostAnswer answer;
-      VisitShape(shapes.At(index, &answer), at);
-      if (answer.IsBusy()) found_.answer = answer;
+      ComPtr<IDispatch> shape = shapes.At(index, &answer);
+      if (answer.IsBusy()) {
+        found_.answer = answer;
+      } else {
+        VisitShape(std::move(shape), at);
+      }
     }
   }
 
  private:
   void VisitShape(ComPtr<IDispatch> shape, const ImageAnchor& at) {
-    const ShapeKind kind = KindOfShape(shape.Get());
-    if (kind == ShapeKind::kGroup && at.childPath.size() < kMaxChildPath) {
-      Visit(Shapes::Of(shape.Get(), L"GroupItems"), at, true);
-    } else if (IsPictureKind(kind)) {
-      const ImageAnchor anchor = AnchorOfShape(shape.Get(), at);
-      found_.pictures.push_back({std::move(shape), kind, anchor});
+    HostAnswer answer;
+    const ShapeKind kind = KindOfShape(shape.Get(), answer);
+    std::optional<ImageAnchor> anchor;
+    if (kind == ShapeKind::kGroup && at.childPath.size() < kMaxChildPath) return VisitGroup(shape.Get(), at);
+    if (IsPictureKind(kind)) anchor = ReadAnchor(shape.Get(), at, answer);
+    if (answer.IsBusy()) {
+      found_.answer = answer;
+    } else if (anchor) {
+      found_.pictures.push_back({std::move(shape), kind, *std::move(anchor)});
     } else {
       ++found_.unsupported;
     }
+  }
+
+  void VisitGroup(IDispatch* group, const ImageAnchor& at) {
+    const Shapes children = Shapes::Of(group, L"GroupItems");
+    if (children.answer.IsBusy()) found_.answer = children.answer;
+    Visit(children, at, true);
   }
 
   SheetPictures& found_;
@@ -110,24 +147,39 @@ class Search {
     HostAnswer answer;
     const ComPtr<IDispatch> named = GetCollectionItem(shapes_.collection.Get(), wanted_.shapeName, &answer);
     if (answer.IsBusy()) result_.answer = answer;
-    if (named != nullptr) result_.candidate = AnchorOfShape(named.Get(), wanted_);
+    if (named != nullptr) Offer(ReadAnchor(named.Get(), wanted_, result_.answer));
+  }
+
+  void Offer(const std::optional<ImageAnchor>& anchor) {
+    if (anchor && result_.candidate.sheetName.empty()) result_.candidate = *anchor;
   }
 
   [[nodiscard]] bool LookAt(std::int32_t index) {
-    HostAnswer answer;
-    ComPtr<IDispatch> shape = shapes_.At(index, &answer);
-    if (answer.IsBusy()) result_.answer = answer;
-    for (const std::int32_t child : wanted_.childPath)
-      shape = Shapes::Of(shape.Get(), L"GroupItems").At(child);
+    ComPtr<IDispatch> shape = ShapeAt(index);
     if (shape == nullptr) return false;
     ImageAnchor place = wanted_;
     place.shapeIndex = index;
-    const ImageAnchor anchor = AnchorOfShape(shape.Get(), place);
-    if (result_.candidate.sheetName.empty()) result_.candidate = anchor;
-    const ShapeKind kind = IsSamePicture(anchor, wanted_) ? KindOfShape(shape.Get()) : ShapeKind::kOther;
+    const std::optional<ImageAnchor> anchor = ReadAnchor(shape.Get(), place, result_.answer);
+    Offer(anchor);
+    if (!anchor || !IsSamePicture(*anchor, wanted_)) return false;
+    const ShapeKind kind = KindOfShape(shape.Get(), result_.answer);
     if (!IsPictureKind(kind)) return false;
-    result_.picture = SheetPicture{std::move(shape), kind, anchor};
+    result_.picture = SheetPicture{std::move(shape), kind, *anchor};
     return true;
+  }
+
+  /// What lies at the end of the wanted path from the top-level shape of that number; null when nothing does.
+  [[nodiscard]] ComPtr<IDispatch> ShapeAt(std::int32_t index) {
+    HostAnswer answer;
+    ComPtr<IDispatch> shape = shapes_.At(index, &answer);
+    for (const std::int32_t child : wanted_.childPath) {
+      if (shape == nullptr) break;
+      const Shapes children = Shapes::Of(shape.Get(), L"GroupItems");
+      answer = children.answer;
+      shape = answer.IsBusy() ? nullptr : children.At(child, &answer);
+    }
+    if (answer.IsBusy()) result_.answer = answer;
+    return shape;
   }
 
   const Shapes& shapes_;
@@ -137,8 +189,8 @@ class Search {
 
 }  // namespace
 
-ShapeKind KindOfShape(IDispatch* shape) {
-  switch (GetIntProperty(shape, L"Type")) {
+ShapeKind KindOfShape(IDispatch* shape, HostAnswer& answer) {
+  switch (IntegerOf(Read(shape, L"Type", answer))) {
     case kPictureShape:
     case kLinkedPicture:
     case kGraphic:
@@ -147,12 +199,12 @@ ShapeKind KindOfShape(IDispatch* shape) {
     case kGroupShape:
       return ShapeKind::kGroup;
     case kChartShape:
-      return HoldsChart(shape) ? ShapeKind::kChart : ShapeKind::kOther;
+      return HoldsChart(shape, answer) ? ShapeKind::kChart : ShapeKind::kOther;
     case kAutoShape:
     case kFreeform:
     case kPlaceholder:
     case kTextBox:
-      return IsFilledWithPicture(shape) ? ShapeKind::kPictureFill : ShapeKind::kOther;
+      return IsFilledWithPicture(shape, answer) ? ShapeKind::kPictureFill : ShapeKind::kOther;
     default:
       return ShapeKind::kOther;
   }
@@ -173,14 +225,27 @@ SheetPictures FindPictures(IDispatch* sheet, const std::wstring& sheetName) {
   return found;
 }
 
-ImageAnchor AnchorOfShape(IDispatch* shape, const ImageAnchor& place) {
+std::optional<ImageAnchor> ReadAnchor(IDispatch* shape, const ImageAnchor& place, HostAnswer& answer) {
+  constexpr struct {
+    std::wstring_view property;
+    double ImageAnchor::*field;
+  } kNumbers[] = {{L"Width", &ImageAnchor::width},
+                  {L"Height", &ImageAnchor::height},
+                  {L"Left", &ImageAnchor::left},
+                  {L"Top", &ImageAnchor::top}};
   ImageAnchor anchor = place;
-  anchor.shapeName = GetStringProperty(shape, L"Name");
-  anchor.width = GetNumberProperty(shape, L"Width").value_or(0);
-  anchor.height = GetNumberProperty(shape, L"Height").value_or(0);
-  anchor.left = GetNumberProperty(shape, L"Left").value_or(0);
-  anchor.top = GetNumberProperty(shape, L"Top").value_or(0);
+  anchor.shapeName = Read(shape, L"Name", answer).Text();
+  for (const auto& [property, field] : kNumbers) {
+    const std::optional<double> number = NumberOf(Read(shape, property, answer));
+    if (!number) return std::nullopt;
+    anchor.*field = *number;
+  }
   return anchor;
+}
+
+ImageAnchor AnchorOfShape(IDispatch* shape, const ImageAnchor& place) {
+  HostAnswer answer;
+  return ReadAnchor(shape, place, answer).value_or(place);
 }
 
 ResolvedAnchor ResolveAnchor(IDispatch* sheet, const ImageAnchor& anchor) {

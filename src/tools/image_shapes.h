@@ -26,7 +26,8 @@ enum class ShapeKind {
   kOther,
 };
 
-[[nodiscard]] ShapeKind KindOfShape(IDispatch* shape);
+/// `answer` receives a busy host's refusal, and the kind says nothing then; otherwise it stays as it is.
+[[nodiscard]] ShapeKind KindOfShape(IDispatch* shape, HostAnswer& answer);
 
 /// Whether a shape of this kind can be exported as a picture.
 [[nodiscard]] bool IsPictureKind(ShapeKind kind);
@@ -53,7 +54,11 @@ struct SheetPictures {
 
 [[nodiscard]] SheetPictures FindPictures(IDispatch* sheet, const std::wstring& sheetName);
 
-/// Name, place and size of a shape as they are now; sheet, index and path as in `place`.
+/// Name, place and size of a shape as they are now; sheet, index and path as in `place`. Nothing when a
+/// number cannot be read; `answer` as of `KindOfShape`.
+[[nodiscard]] std::optional<ImageAnchor> ReadAnchor(IDispatch* shape, const ImageAnchor& place,
+                                                    HostAnswer& answer);
+/// The same; `place` itself when the shape cannot be read.
 [[nodiscard]] ImageAnchor AnchorOfShape(IDispatch* shape, const ImageAnchor& place);
 
 /// What an anchor leads to.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engines/memory/chart_objects.h"
 #include "engines/memory/host_events.h"
 #include "engines/memory/range_object.h"
 #include "engines/memory/window_object.h"
@@ -73,6 +74,7 @@ const ClassInfo& ApplicationObject::Class() const {
                                   {L"ActiveWindow", kGet, Do<&A::ActiveWindow>},
                                   {L"ActiveSheet", kGet, Do<&A::ActiveSheet>},
                                   {L"ActiveCell", kGet, Do<&A::ActiveCell>},
+                                  {L"ActiveChart", kGet, Do<&A::ActiveChart>},
                                   {L"Selection", kGet, Do<&A::Selection>},
                                   {L"Worksheets", kGet, Do<&A::Worksheets>},
                                   {L"Sheets", kGet, Do<&A::Worksheets>},
@@ -160,6 +162,16 @@ Variant ApplicationObject::ActiveSheet(Call&) {
 Variant ApplicationObject::ActiveCell(Call& call) {
   if (GetHost().ActiveWindow() == nullptr) return NoObject();
   return Forward(ActiveWindow(call).Object().Get(), call, Do<&WindowObject::ActiveCell>);
+}
+
+Variant ApplicationObject::ActiveChart(Call&) {
+  const auto window = GetHost().ActiveWindow();
+  if (window == nullptr || window->activeSheet == nullptr) return NoObject();
+  const SheetView& view = window->ViewOf(*window->activeSheet);
+  auto chart = view.selectedChart;
+  if (!view.selectedShapes.empty()) chart = std::dynamic_pointer_cast<Chart>(view.selectedShapes.front());
+  if (chart == nullptr || chart->deleted) return NoObject();
+  return Make<ChartObject>(SharedHost(), window->activeSheet, chart);
 }
 
 Variant ApplicationObject::Selection(Call& call) {

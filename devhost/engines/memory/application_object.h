@@ -30,6 +30,7 @@ class ApplicationObject final : public DispatchObject {
   Variant ActiveWindow(Call& call);
   Variant ActiveSheet(Call& call);
   Variant ActiveCell(Call& call);
+  Variant ActiveChart(Call& call);
   Variant Selection(Call& call);
   Variant Worksheets(Call& call);
   Variant Range(Call& call);

@@ -1,10 +1,14 @@
+#include <filesystem>
 #include <string>
 
+#include "addin/foundation/fake_object.h"
 #include "addin/tools/image_fixture.h"
 #include "addin/tools/import_fault.h"
+#include "engines/common/clipboard_picture.h"
 #include "foundation/json_reader.h"
 #include "foundation/text.h"
 #include "tools/clipboard_backup.h"
+#include "tools/copied_picture.h"
 #include "tools/image_encoding.h"
 #include "tools/png_picture.h"
 
@@ -58,6 +62,35 @@ TEST_F(ImageFaultsTest, AnExtractThatFailsLeavesNothingBehind) {
       },
       false);
   EXPECT_EQ(Extract(anchor), Error(L"export_failed"));
+  ExpectUntouched();
+}
+
+TEST_F(ImageFaultsTest, ABitmapThatTheHostDidNotCopyIsNotTaken) {
+  const UniqueBitmap stale(CreateBitmap(3, 2, 1, 32, nullptr));
+  ASSERT_TRUE(devhost::PutPictureOnClipboard(stale.Get(), true));
+  const auto shape = MakeCom<FakeObject>();
+  bool copies = false;
+  shape->Add(L"CopyPicture", [&](FakeObject::Call&) {
+    return !copies || devhost::PutPictureOnClipboard(stale.Get(), true) ? S_OK : E_FAIL;
+  });
+  EXPECT_EQ(CopyPictureOf(engine.Application(), shape.Get()).error, L"no bitmap in clipboard");
+  copies = true;
+  EXPECT_EQ(CopyPictureOf(engine.Application(), shape.Get()).error, L"");
+  PutText();
+}
+
+TEST_F(ImageFaultsTest, AnEmptyFileIsNoExport) {
+  engine.Faults().Fail({.member = "Shape.CopyPicture"});
+  engine.Faults().OnCall(
+      "Chart.Export",
+      [] {
+        for (const std::wstring& path : TemporaryFiles())
+          std::filesystem::resize_file(path, 0);
+      },
+      false);
+  EXPECT_TRUE(
+      Replace(anchor, *Pattern(40, 20, 1)).starts_with(LR"({"ok":true,"replaced":true,"hasUndo":false)"));
+  engine.Faults().Clear();
   ExpectUntouched();
 }
 

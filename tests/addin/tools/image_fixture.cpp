@@ -16,26 +16,6 @@ namespace {
 constexpr ULONGLONG kDeadline = 30'000;
 constexpr wchar_t kClipboardText[] = L"the user's own";
 
-/// Files that pictures may leave behind.
-std::vector<std::wstring> TemporaryFiles() {
-  std::vector<std::wstring> names;
-  for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::temp_directory_path())) {
-    if (entry.path().filename().wstring().starts_with(L"qvi")) names.push_back(entry.path().wstring());
-  }
-  std::ranges::sort(names);
-  return names;
-}
-
-void PutText() {
-  const ClipboardOwner owner;
-  const OpenedClipboard clipboard(owner.Get(), kClipboardPatience);
-  EmptyClipboard();
-  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, sizeof(kClipboardText));
-  std::copy(std::begin(kClipboardText), std::end(kClipboardText), static_cast<wchar_t*>(GlobalLock(memory)));
-  GlobalUnlock(memory);
-  SetClipboardData(CF_UNICODETEXT, memory);
-}
-
 std::wstring TextOnClipboard() {
   const ClipboardOwner owner;
   const OpenedClipboard clipboard(owner.Get(), kClipboardPatience);
@@ -56,6 +36,25 @@ std::shared_ptr<Shape> FindShape(const std::vector<std::shared_ptr<Shape>>& shap
 }
 
 }  // namespace
+
+std::vector<std::wstring> TemporaryFiles() {
+  std::vector<std::wstring> names;
+  for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::temp_directory_path())) {
+    if (entry.path().filename().wstring().starts_with(L"qvi")) names.push_back(entry.path().wstring());
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
+void PutText() {
+  const ClipboardOwner owner;
+  const OpenedClipboard clipboard(owner.Get(), kClipboardPatience);
+  EmptyClipboard();
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, sizeof(kClipboardText));
+  std::copy(std::begin(kClipboardText), std::end(kClipboardText), static_cast<wchar_t*>(GlobalLock(memory)));
+  GlobalUnlock(memory);
+  SetClipboardData(CF_UNICODETEXT, memory);
+}
 
 std::shared_ptr<const PictureData> Pattern(int width, int height, int seed) {
   auto picture = std::make_shared<PictureData>();

@@ -17,6 +17,12 @@ using devhost::memory::Shape;
 /// A picture whose every pixel tells where it is; pictures of different seeds differ in every pixel.
 [[nodiscard]] std::shared_ptr<const PictureData> Pattern(int width, int height, int seed = 0);
 
+/// Files that pictures may leave behind.
+[[nodiscard]] std::vector<std::wstring> TemporaryFiles();
+
+/// Puts the text on the clipboard that every test begins with.
+void PutText();
+
 /// Base64 of the picture as a PNG file.
 [[nodiscard]] std::wstring PngText(const PictureData& picture);
 

@@ -1,8 +1,10 @@
+#include <optional>
 #include <string>
 
 #include "addin/tools/image_fixture.h"
 #include "foundation/json_reader.h"
 #include "foundation/text.h"
+#include "tools/clipboard_backup.h"
 
 namespace qv::test {
 namespace {
@@ -143,11 +145,38 @@ TEST_F(ImageScanTest, WhatCannotBeScannedIsSaid) {
 
 TEST_F(ImageScanTest, ABusyHostIsNoSheetWithoutPictures) {
   AddPicture(L"One", 10, 10);
-  for (const char* member : {"Window.ActiveSheet", "Worksheet.Shapes", "Shapes.Count", "Shapes.Item"}) {
+  engine.AddShape(L"Sheet1", L"Box", kAutoShape);
+  engine.AddChart(L"Sheet1", L"Sales");
+  const auto child = AddPicture(L"Child", 10, 10);
+  const auto group = engine.AddShape(L"Sheet1", L"Group", kGroup);
+  devhost::MemoryEngine::PutIntoGroup(engine.Sheet(L"Sheet1"), *group, {child});
+  for (const char* member : {"Window.ActiveSheet", "Worksheet.Shapes", "Shapes.Count", "Shapes.Item",
+                             "Shape.Type", "Shape.HasChart", "Shape.Fill", "FillFormat.Type",
+                             "Shape.GroupItems", "GroupShapes.Item", "Shape.Name", "Shape.Width"}) {
     MakeBusy(member);
     EXPECT_EQ(Scan(), Error(L"image_translate_failed")) << member;
     engine.Faults().Clear();
   }
+}
+
+TEST_F(ImageScanTest, AShapeWithoutAPlaceIsNoPicture) {
+  AddPicture(L"One", 10, 10);
+  engine.Faults().Fail({.member = "Shape.Top"});
+  EXPECT_TRUE(Ask(L"imageTranslateCount").find(LR"("count":0,"skippedUnsupported":1)") == 11);
+}
+
+TEST_F(ImageScanTest, AScanWaitsForTheClipboardAndGivesItUpInTheEnd) {
+  AddPicture(L"One", 10, 10);
+  AddPicture(L"Two", 10, 10);
+  const ClipboardOwner other;
+  // Held for the first slice only.
+  std::optional<OpenedClipboard> held(std::in_place, other.Get(), kClipboardPatience);
+  ASSERT_TRUE(static_cast<bool>(*held));
+  ASSERT_TRUE(pane->Tasks().PostFunction(
+      [&] { static_cast<void>(pane->Tasks().PostFunction([&] { held.reset(); })); }));
+  EXPECT_NE(Scan().find(L"thumbBase64"), std::wstring::npos);
+  held.emplace(other.Get(), kClipboardPatience);
+  EXPECT_EQ(Scan().find(L"thumbBase64"), std::wstring::npos);
 }
 
 TEST_F(ImageScanTest, AScanOfManyPicturesLetsMessagesThrough) {
@@ -227,6 +256,11 @@ TEST_F(ImageScanTest, TheSelectedPictureIsTold) {
       << ToUtf8(script.substr(0, 400));
   EXPECT_NE(told({child}).find(LR"("shapeName":"Child","shapeIndex":3,"childPath":[1])"), std::wstring::npos);
   EXPECT_NE(told({group}).find(LR"("shapeName":"Child","shapeIndex":3,"childPath":[1])"), std::wstring::npos);
+  // A part of the chart is selected: the host has no range of shapes, but the active chart.
+  const auto chart = engine.AddChart(L"Sheet1", L"Sales");
+  engine.Faults().Hide("DrawingObject.ShapeRange");
+  EXPECT_NE(told({chart}).find(LR"("scope":"shape")"), std::wstring::npos);
+  engine.Faults().Clear();
   MakeBusy("Window.Selection");
   EXPECT_EQ(told({photo}), L"");
 }
