@@ -43,7 +43,7 @@ void Measure() {
   engine.Faults().OnCall("Range.Delete", [&] { inHost.Start(); });
   engine.Faults().OnCall(
       "Range.Delete", [&] { inHost.Stop(); }, false);
-  qv::RowHighlight preview;
+  qv::RowPreview preview;
   Stopwatch shown;
   std::uint64_t callsBefore = 0;
   engine.ResetCounters();

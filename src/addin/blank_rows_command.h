@@ -2,12 +2,16 @@
 
 #include <oaidl.h>
 
+#include <cstdint>
+#include <string_view>
+
 #include "foundation/ui_timer.h"
-#include "tools/row_highlight.h"
+#include "tools/blank_rows.h"
+#include "tools/row_preview.h"
 
 namespace qv {
 
-/// The ribbon's button that removes blank rows: the question, the report, and fills that a busy host did not
+/// The ribbon's button that removes blank rows: the question, the report, and what a busy host did not
 /// let be put back. Host UI thread.
 class BlankRowsCommand {
  public:
@@ -15,16 +19,21 @@ class BlankRowsCommand {
   /// a box is open; a press that comes meanwhile does nothing.
   void Press(IDispatch* control);
 
-  /// Lets go of the host's objects at the end of the connection.
+  /// Lets go of the host's objects at the end of the connection. A box that is open then decides nothing any
+  /// more.
   void Release();
 
  private:
-  /// Puts back later what the host refuses now, a bounded number of times.
+  [[nodiscard]] BlankRowResult Remove(IDispatch* control, std::wstring_view language);
+  [[nodiscard]] bool Confirm(std::wstring_view language, std::int32_t found) const;
+  /// Puts back later what the host refuses now, a bounded number of times; then the next press does.
   void TryLater(int triesLeft);
 
   bool running_ = false;
-  /// Also fills of earlier presses that are still to be put back.
-  RowHighlight preview_;
+  /// The connection has ended since the press.
+  bool released_ = false;
+  /// Also what earlier presses have still to put back.
+  RowPreview preview_;
   UiTimer nextTry_;
 };
 

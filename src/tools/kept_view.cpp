@@ -8,6 +8,7 @@
 namespace qv {
 namespace {
 
+constexpr const wchar_t* kActiveCell = L"ActiveCell";
 constexpr const wchar_t* kScrollRow = L"ScrollRow";
 constexpr const wchar_t* kScrollColumn = L"ScrollColumn";
 
@@ -18,25 +19,54 @@ void ScrollBack(IDispatch* window, const wchar_t* property, const Variant& forme
     static_cast<void>(PutDispProperty(window, property, &former));
 }
 
+bool IsSameCell(IDispatch* left, IDispatch* right) {
+  const auto equal = [&](const wchar_t* name) {
+    return GetIntProperty(left, name) == GetIntProperty(right, name);
+  };
+  return equal(L"Row") && equal(L"Column");
+}
+
+/// Only where the selection did not bring it back by itself.
+void ActivateAgain(IDispatch* window, IDispatch* cell) {
+  if (cell == nullptr || IsSameCell(GetDispProperty(window, kActiveCell).Get(), cell)) return;
+  static_cast<void>(InvokeByName(cell, L"Activate", {}, nullptr));
+}
+
 }  // namespace
 
 KeptView::KeptView(ComPtr<IDispatch> selection, IDispatch* window)
     : selection_(std::move(selection)), window_(window) {
+  if (GetIntProperty(selection_.Get(), L"Row") > 0) activeCell_ = GetDispProperty(window, kActiveCell);
   if (FAILED(GetProperty(window, kScrollRow, scrollRow_))) scrollRow_ = {};
   if (FAILED(GetProperty(window, kScrollColumn, scrollColumn_))) scrollColumn_ = {};
 }
 
 KeptView::~KeptView() {
-  Guard(L"KeptView", [this] { Restore(); });
+  Guard(L"KeptView", [this] { static_cast<void>(Restore()); });
 }
 
-void KeptView::Restore() {
-  const ComPtr<IDispatch> selection = std::exchange(selection_, nullptr);
-  const ComPtr<IDispatch> window = std::exchange(window_, nullptr);
-  if (selection != nullptr) static_cast<void>(InvokeByName(selection.Get(), L"Select", {}, nullptr));
-  if (window == nullptr) return;
-  ScrollBack(window.Get(), kScrollRow, scrollRow_);
-  ScrollBack(window.Get(), kScrollColumn, scrollColumn_);
+bool KeptView::Restore() {
+  // References of its own: the host may run messages inside a call, and with them a `Forget`.
+  const ComPtr<IDispatch> window = window_;
+  const ComPtr<IDispatch> activeCell = activeCell_;
+  if (const ComPtr<IDispatch> selection = selection_) {
+    HostAnswer answer;
+    answer.hr = InvokeByName(selection.Get(), L"Select", {}, nullptr, &answer.exceptionCode);
+    if (answer.IsBusy()) return false;
+    ActivateAgain(window.Get(), activeCell.Get());
+  }
+  if (window != nullptr) {
+    ScrollBack(window.Get(), kScrollRow, scrollRow_);
+    ScrollBack(window.Get(), kScrollColumn, scrollColumn_);
+  }
+  Forget();
+  return true;
+}
+
+void KeptView::Forget() {
+  selection_.Reset();
+  window_.Reset();
+  activeCell_.Reset();
 }
 
 }  // namespace qv

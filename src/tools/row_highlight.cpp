@@ -1,11 +1,11 @@
 #include "tools/row_highlight.h"
 
-#include <ranges>
 #include <string>
 
 #include "foundation/guard.h"
 #include "workbook/automation.h"
 #include "workbook/cell_block.h"
+#include "workbook/gone_object.h"
 
 namespace qv {
 namespace {
@@ -82,22 +82,20 @@ FillAnswer AskFillOf(IDispatch* sheet, const RangeGeometry& block) {
   return FillOf(GetDispProperty(cells.Get(), L"Interior").Get());
 }
 
-bool PutNumber(IDispatch* interior, const wchar_t* property, const Variant& number) {
-  return PutProperty(interior, property, number).Ok();
-}
-
-bool PutFill(IDispatch* range, const CellFill& fill) {
-  const ComPtr<IDispatch> interior = GetDispProperty(range, L"Interior");
+HostAnswer PutFill(IDispatch* range, const CellFill& fill) {
+  HostAnswer answer;
+  const ComPtr<IDispatch> interior = GetDispProperty(range, L"Interior", &answer);
+  if (interior == nullptr) return answer;
   switch (fill.kind) {
     case CellFill::Kind::kNone:
-      return PutNumber(interior.Get(), L"ColorIndex", Variant(kNone));
+      return PutProperty(interior.Get(), L"ColorIndex", Variant(kNone));
     case CellFill::Kind::kColor:
-      return PutNumber(interior.Get(), L"Color", Variant(fill.color));
+      return PutProperty(interior.Get(), L"Color", Variant(fill.color));
     case CellFill::Kind::kTheme:
-      return PutNumber(interior.Get(), L"ThemeColor", Variant(fill.color)) &&
-             PutNumber(interior.Get(), L"TintAndShade", Variant(fill.tint));
+      answer = PutProperty(interior.Get(), L"ThemeColor", Variant(fill.color));
+      return answer.Ok() ? PutProperty(interior.Get(), L"TintAndShade", Variant(fill.tint)) : answer;
   }
-  return false;
+  return {E_UNEXPECTED, 0};
 }
 
 }  // namespace
@@ -108,18 +106,22 @@ RowHighlight::~RowHighlight() {
 }
 
 void RowHighlight::Paint(IDispatch* sheet, const RangeGeometry& used, std::span<const RowSpan> rows) {
+  // Paint that still shows would be taken for the fill to put back.
+  if (!Restore()) return;
   const auto ask = [sheet](const RangeGeometry& block) { return AskFillOf(sheet, block); };
   const CellFill highlight{CellFill::Kind::kColor, kHighlight, 0};
   for (const FillGroup& group : SurveyFills(rows, used.firstCol, used.cols, ask)) {
     for (const std::wstring& address : JoinAddresses(group.blocks)) {
       const Variant argument(address);
-      Variant range;
-      if (FAILED(GetIndexedProperty(sheet, L"Range", {&argument, 1}, range))) return;
+      Variant found;
+      if (FAILED(GetIndexedProperty(sheet, L"Range", {&argument, 1}, found))) return;
+      const ComPtr<IDispatch> range = found.Object();
       // Noted before, so that nothing painted can be forgotten.
-      painted_.push_back({range.Object(), group.fill});
-      if (PutFill(painted_.back().range.Get(), highlight)) continue;
-      // A host that refuses one block, such as of a protected sheet, refuses them all.
-      painted_.pop_back();
+      painted_.push_back({range, group.fill});
+      if (PutFill(range.Get(), highlight).Ok()) continue;
+      // A host that refuses one block, such as of a protected sheet, refuses them all. It may have painted a
+      // part of this one.
+      if (!PutFill(range.Get(), group.fill).IsBusy()) DropLast(range.Get());
       return;
     }
   }
@@ -127,11 +129,17 @@ void RowHighlight::Paint(IDispatch* sheet, const RangeGeometry& used, std::span<
 
 bool RowHighlight::Restore() {
   // What was painted last had the fills of earlier paint.
-  for (Painted& piece : painted_ | std::views::reverse) {
-    if (PutFill(piece.range.Get(), piece.former)) piece.range.Reset();
+  while (!painted_.empty()) {
+    const Painted piece = painted_.back();
+    const HostAnswer answer = PutFill(piece.range.Get(), piece.former);
+    if (!answer.Ok() && !IsObjectGone(answer)) return false;
+    DropLast(piece.range.Get());
   }
-  std::erase_if(painted_, [](const Painted& piece) { return piece.range == nullptr; });
-  return painted_.empty();
+  return true;
+}
+
+void RowHighlight::DropLast(IDispatch* range) {
+  if (!painted_.empty() && painted_.back().range.Get() == range) painted_.pop_back();
 }
 
 }  // namespace qv

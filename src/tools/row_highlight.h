@@ -23,10 +23,12 @@ class RowHighlight {
   /// Tries once more what is still painted.
   ~RowHighlight();
 
-  /// Paints the columns of the used range in ascending runs of rows, as far as the host lets it.
+  /// Paints the columns of the used range in ascending runs of rows, as far as the host lets it. Nothing
+  /// while it does not let earlier paint be taken off.
   void Paint(IDispatch* sheet, const RangeGeometry& used, std::span<const RowSpan> rows);
 
-  /// Puts the former fills back. False when the host refused some, which can be tried again.
+  /// Puts the former fills back, those painted last first, and ends at the first that the host refuses. False
+  /// then: it can be tried again. Cells that are there no longer are owed nothing.
   [[nodiscard]] bool Restore();
 
   /// Gives up what could not be put back.
@@ -37,6 +39,10 @@ class RowHighlight {
     ComPtr<IDispatch> range;
     CellFill former;
   };
+
+  /// Takes the last piece off the list when it is still that of this range: a host may run messages inside a
+  /// call, and with them another restore.
+  void DropLast(IDispatch* range);
 
   std::vector<Painted> painted_;
 };

@@ -2,12 +2,12 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <utility>
 
 #include "foundation/logging.h"
 #include "foundation/text.h"
 #include "workbook/automation.h"
+#include "workbook/gone_object.h"
 
 namespace qv {
 namespace {
@@ -105,22 +105,6 @@ bool FollowSwappedWorkbook(ExcelWindow& pinned, IDispatch* application) {
   return true;
 }
 
-/// Whether a failure means that the object is there no longer.
-bool IsObjectGone(HRESULT hr, SCODE exceptionCode) {
-  // COM's answers for objects whose server, connection or implementation is gone, and those of Excel's own
-  // closed objects.
-  constexpr HRESULT kGone[] = {E_POINTER,
-                               RPC_E_DISCONNECTED,
-                               RPC_E_SERVER_DIED,
-                               RPC_E_SERVER_DIED_DNE,
-                               RPC_E_INVALID_OBJECT,
-                               CO_E_OBJNOTCONNECTED,
-                               HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE),
-                               static_cast<HRESULT>(0x800401A8),
-                               static_cast<HRESULT>(0x800A01A8)};
-  return std::ranges::any_of(kGone, [&](HRESULT gone) { return hr == gone || exceptionCode == gone; });
-}
-
 }  // namespace
 
 ExcelWindow ExcelWindow::FromWindowDisp(IDispatch* window, IDispatch* application) {
@@ -156,9 +140,9 @@ bool IsClosedWindow(IDispatch* window) {
   // A closed window has no caption any more. Any other failure tells nothing, and must not cost a pane its
   // window.
   Variant caption;
-  SCODE exceptionCode = 0;
-  const HRESULT hr = GetProperty(window, L"Caption", caption, &exceptionCode);
-  return SUCCEEDED(hr) ? caption.Text().empty() : IsObjectGone(hr, exceptionCode);
+  HostAnswer answer;
+  answer.hr = GetProperty(window, L"Caption", caption, &answer.exceptionCode);
+  return answer.Ok() ? caption.Text().empty() : IsObjectGone(answer);
 }
 
 bool RefreshIfDocumentSwapped(ExcelWindow& pinned, IDispatch* application, bool rebind) {

@@ -51,12 +51,11 @@ HRESULT RangeReader::Item(std::int32_t row, std::int32_t col, Variant& cell, SCO
 }
 
 std::optional<RangeGeometry> ReadGeometry(const RangeReader& range) {
-  const RangeGeometry geometry{
-      .rows = range.Child(kRangeRows).Int(kRangeCount),
-      .cols = range.Child(kRangeColumns).Int(kRangeCount),
-      .firstRow = range.Int(kRangeRow),
-      .firstCol = range.Int(kRangeColumn),
-  };
+  RangeGeometry geometry;
+  geometry.firstRow = range.Int(kRangeRow);
+  geometry.firstCol = range.Int(kRangeColumn);
+  geometry.rows = range.Child(kRangeRows).Int(kRangeCount);
+  geometry.cols = range.Child(kRangeColumns).Int(kRangeCount);
   const bool valid =
       geometry.rows >= 1 && geometry.cols >= 1 && geometry.firstRow >= 1 && geometry.firstCol >= 1;
   return valid ? std::optional(geometry) : std::nullopt;

@@ -7,6 +7,7 @@
 #include <list>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,8 @@ namespace qv::devhost::memory {
 /// What one window remembers of one sheet.
 struct SheetView {
   std::vector<Area> selection{Area{}};
+  /// Where it is not the first cell of the selection.
+  std::optional<Area> activeCell;
   /// Set while a chart is selected instead of cells.
   std::shared_ptr<Chart> selectedChart;
   /// The same for shapes.

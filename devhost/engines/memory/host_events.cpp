@@ -95,6 +95,7 @@ void SelectAreas(const std::shared_ptr<Host>& host, const std::shared_ptr<Sheet>
   const bool changed =
       view.selection != areas || view.selectedChart != nullptr || !view.selectedShapes.empty();
   view.selection = areas;
+  view.activeCell.reset();
   view.selectedChart = nullptr;
   view.selectedShapes.clear();
   if (changed) FireRangeEvent(host, AppEvent::kSheetSelectionChange, sheet, areas);

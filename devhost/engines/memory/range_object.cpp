@@ -75,7 +75,7 @@ const ClassInfo& RangeObject::Class() const {
           {L"Parent", kGet, Do<&R::Worksheet>},
           {L"Application", kGet, Do<&R::Application>},
           {L"Select", kMethod, Do<&R::Select>},
-          {L"Activate", kMethod, Do<&R::Select>},
+          {L"Activate", kMethod, Do<&R::Activate>},
           {L"MergeArea", kGet, Do<&R::MergeArea>},
           {L"MergeCells", kGet | kPut, Do<&R::MergeCells>},
           {L"Merge", kMethod, Do<&R::Merge>},
@@ -236,6 +236,16 @@ Variant RangeObject::Application(Call&) {
 
 Variant RangeObject::Select(Call&) {
   SelectAreas(SharedHost(), sheet_, areas_);
+  return Variant(true);
+}
+
+Variant RangeObject::Activate(Call& call) {
+  const auto window = FrontWindowOf(*SharedHost(), *sheet_);
+  if (window == nullptr || window->activeSheet != sheet_) Refuse();
+  SheetView& view = window->ViewOf(*sheet_);
+  const auto holds = [this](const Area& area) { return area.Contains(First()); };
+  if (!IsOneCell() || std::ranges::none_of(view.selection, holds)) return Select(call);
+  view.activeCell = First();
   return Variant(true);
 }
 

@@ -46,6 +46,8 @@ class RangeObject final : public DispatchObject {
   Variant Worksheet(Call& call);
   Variant Application(Call& call);
   Variant Select(Call& call);
+  /// A cell inside the selection leaves that as it is.
+  Variant Activate(Call& call);
   Variant MergeArea(Call& call);
   Variant Font(Call& call);
   Variant Interior(Call& call);

@@ -87,7 +87,7 @@ Variant WindowObject::ActiveSheet(Call&) {
 }
 
 Variant WindowObject::ActiveCell(Call&) {
-  const Area& first = View().selection.front();
+  const Area first = View().activeCell.value_or(View().selection.front());
   return Make<RangeObject>(SharedHost(), window_->activeSheet, std::vector{CellArea(first.row1, first.col1)});
 }
 

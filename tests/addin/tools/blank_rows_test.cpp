@@ -6,6 +6,7 @@
 #include "foundation/text.h"
 #include "tools/delete_blank_rows.h"
 #include "workbook/host_state.h"
+#include "workbook/workbook_busy_table.h"
 
 namespace qv::test {
 namespace {
@@ -69,7 +70,7 @@ class BlankRowRemoval : public ToolsTest {
     engine.Faults().Fail({.member = member, .on = on});
   }
 
-  RowHighlight preview;
+  RowPreview preview;
   std::vector<std::int32_t> asked;
   std::function<void()> inQuestion;
 };
@@ -228,7 +229,7 @@ TEST_F(BlankRowRemoval, ManyRowsAreShownWithFewCalls) {
 TEST_F(BlankRowRemoval, RowsThatGetContentDuringTheQuestionStay) {
   inQuestion = [&] { engine.Set(L"Sheet1", "B3", std::wstring(L"new")); };
   const BlankRowResult result = Remove();
-  EXPECT_EQ(result.found, 2);
+  EXPECT_EQ(result.found, 1);
   EXPECT_EQ(result.deleted, 1);
   EXPECT_EQ(result.failed, 0);
   EXPECT_EQ(ColumnA(), "1 2 - 4 5 6 8 9 10 - ");
@@ -270,8 +271,8 @@ TEST_F(BlankRowRemoval, AProtectedSheetFailsRowByRowAndKeepsItsFills) {
 
 TEST_F(BlankRowRemoval, WhatCannotStartOrBeReadIsAnErrorAndChangesNothing) {
   EXPECT_EQ(DeleteBlankRows(nullptr, {}, preview, {}).error, kNotReady);
-  for (const char* member :
-       {"Window.ActiveSheet", "Worksheet.UsedRange", "Range.Rows", "Range.Value2", "Range.Formula"}) {
+  for (const char* member : {"Window.ActiveSheet", "Window.Selection", "Worksheet.UsedRange", "Range.Rows",
+                             "Range.Value2", "Range.Formula"}) {
     SCOPED_TRACE(member);
     FailAll(member, devhost::memory::kOnGet);
     EXPECT_EQ(Remove().error, kUnreadable);
@@ -299,7 +300,7 @@ TEST_F(BlankRowRemoval, WithoutAWindowTheApplicationsSheetIsMeant) {
 /// rows.
 TEST_F(BlankRowRemoval, PutsBackWhatItChangedWhicheverCallFails) {
   const std::vector<CellStyle> before = Styles();
-  for (const char* member : {"Window.Selection", "Window.ScrollRow", "Window.ScrollColumn",
+  for (const char* member : {"Window.ActiveCell", "Window.ScrollRow", "Window.ScrollColumn",
                              "Application.Union", "Application.DisplayAlerts", "Application.ScreenUpdating",
                              "Range.Select", "Range.MergeCells", "Range.Interior", "Interior.Pattern",
                              "Interior.Color", "Interior.ColorIndex", "Worksheet.Range", "Worksheet.Name"}) {
@@ -329,15 +330,85 @@ TEST_F(BlankRowRemoval, FillsThatAreRefusedStayOwedUntilTheHostTakesThem) {
   EXPECT_TRUE(Styles() == before);
 }
 
+TEST_F(BlankRowRemoval, NothingIsDeletedWhileFillsAreOwed) {
+  const std::vector<CellStyle> before = Styles();
+  inQuestion = [&] { MakeBusy("Interior.*"); };
+  const BlankRowResult result = Remove();
+  EXPECT_EQ(result.found, 2);
+  EXPECT_EQ(result.failed, 2);
+  EXPECT_EQ(result.deleted, 0);
+  EXPECT_EQ(ColumnA(), kWhole);
+  engine.Faults().Clear();
+  EXPECT_TRUE(preview.Restore());
+  EXPECT_TRUE(Styles() == before);
+}
+
+TEST_F(BlankRowRemoval, FillsOfCellsThatAreGoneAreOwedNoLonger) {
+  inQuestion = [&] {
+    engine.Faults().Fail(
+        {.member = "Interior.*", .error = {DISP_E_EXCEPTION, static_cast<SCODE>(0x800A01A8)}});
+  };
+  EXPECT_TRUE(Remove(false).silent);
+  EXPECT_TRUE(preview.Restore());
+}
+
+TEST_F(BlankRowRemoval, ASelectionThatCannotBeReadWidensNothing) {
+  Select("A5:B10");
+  for (const char* member : {"Window.Selection", "Range.Rows", "Range.Row", "Range.Count"}) {
+    for (const long after : {0L, 1L}) {
+      SCOPED_TRACE(Concat(Widen(member), L' ', after).c_str());
+      engine.Faults().Fail({.member = member, .times = 1, .on = devhost::memory::kOnGet, .after = after});
+      const BlankRowResult result = Remove(false);
+      engine.Faults().Clear();
+      EXPECT_TRUE(result.error == kUnreadable || result.found == 1) << result.found;
+    }
+  }
+}
+
+TEST_F(BlankRowRemoval, AUsedRangeThatChangedDuringTheQuestionCostsNoRow) {
+  inQuestion = [&] { engine.Set(L"Sheet1", "A12", 1.0); };
+  EXPECT_EQ(Remove().error, kUnreadable);
+  EXPECT_EQ(ColumnA(), kWhole);
+}
+
+TEST_F(BlankRowRemoval, RowsThatAllGotContentAreNotFound) {
+  inQuestion = [&] {
+    engine.Set(L"Sheet1", "B3", 1.0);
+    engine.Set(L"Sheet1", "B7", 1.0);
+  };
+  EXPECT_EQ(Remove().found, 0);
+}
+
+TEST_F(BlankRowRemoval, AWorkbookThatIsTranslatedKeepsItsRows) {
+  const std::wstring key = target.WorkbookKey();
+  ASSERT_TRUE(WorkbookBusyTable::TryClaimWorkbook(key, this));
+  EXPECT_EQ(Remove().error, L"正在翻译，请稍候再试");
+  WorkbookBusyTable::ReleaseWorkbook(key, this);
+  inQuestion = [&] { EXPECT_TRUE(WorkbookBusyTable::TryClaimWorkbook(key, this)); };
+  EXPECT_EQ(Remove().error, L"正在翻译，请稍候再试");
+  WorkbookBusyTable::ReleaseWorkbook(key, this);
+  EXPECT_EQ(ColumnA(), kWhole);
+}
+
+TEST_F(BlankRowRemoval, TheActiveCellAndARefusedSelectionComeBack) {
+  Select("A2:B3");
+  ASSERT_EQ(InvokeByName(engine.RangeObject(L"Sheet1", "B3").Get(), L"Activate", {}, nullptr), S_OK);
+  inQuestion = [&] { MakeBusy("Range.Select"); };
+  EXPECT_TRUE(Remove(false).silent);
+  EXPECT_EQ(Selected(), "$3:$3");
+  engine.Faults().Clear();
+  EXPECT_TRUE(preview.Restore());
+  EXPECT_EQ(Selected(), "$A$2:$B$3");
+  const ComPtr<IDispatch> shown = engine.WindowObject(book->windows.front());
+  EXPECT_EQ(GetStringProperty(GetDispProperty(shown.Get(), L"ActiveCell").Get(), L"Address"), L"$B$3");
+}
+
 TEST_F(BlankRowRemoval, AnExceptionInTheQuestionLeavesNothingBehind) {
   const std::vector<CellStyle> before = Styles();
   Select("A5");
-  {
-    RowHighlight own;
-    EXPECT_THROW(static_cast<void>(DeleteBlankRows(engine.Application(), target.Pinned(), own,
-                                                   [](std::int32_t) -> bool { throw std::bad_alloc(); })),
-                 std::bad_alloc);
-  }
+  // The preview outlives the call.
+  inQuestion = [] { throw std::bad_alloc(); };
+  EXPECT_THROW(static_cast<void>(Remove()), std::bad_alloc);
   EXPECT_TRUE(Styles() == before);
   EXPECT_EQ(Selected(), "$A$5");
   EXPECT_TRUE(engine.Host().displayAlerts);
