@@ -41,14 +41,23 @@ test('proposals count for fields that were found, the last one for each', () => 
       fill(9, 9, 'nowhere'),
       fill(1, 2, null),
       null,
+      fill(1, 2, 'x', { action: 'FILL' }),
+      fill(1, 2, 'x', { action: 'append' }),
     ],
     [NAME, TOWN],
   );
   assert.deepEqual(proposals.map(fillOf), [
-    { row: 2, col: 2, action: 'fill', value: 'Dresden', confidence: 1 },
-    { row: 1, col: 2, action: 'fill', value: '41', confidence: 0.2 },
+    { row: 2, col: 2, action: 'fill', value: 'Dresden', confidence: 0.07 },
+    { row: 1, col: 2, action: 'fill', value: 41, confidence: 0.2 },
   ]);
-  assert.deepEqual(unknown, [fill(9, 9, 'nowhere'), fill(1, 2, null), null]);
+  assert.deepEqual(unknown.slice(0, 3), [fill(9, 9, 'nowhere'), fill(1, 2, null), null]);
+  assert.deepEqual(
+    unknown.slice(3).map(({ action }) => action),
+    ['FILL', 'append'],
+  );
+  const sure = (confidence) => matchProposals([fill(1, 2, 'x', { confidence })], [NAME]).proposals[0].confidence;
+  assert.deepEqual([0, 1, 1.5, 85, 100].map(sure), [0, 1, 0.015, 0.85, 1]);
+  assert.deepEqual([-1, 101, NaN, '0.9', null, undefined].map(sure), Array(6).fill(undefined));
   const [cleared] = matchProposals([{ row: 2, col: 2, action: 'clear', value: 'x' }], [TOWN]).proposals;
   assert.deepEqual([cleared.action, cleared.value], ['clear', '']);
   for (const fills of [null, 'x', {}, []]) assert.deepEqual(matchProposals(fills, [NAME]).proposals, []);

@@ -51,6 +51,10 @@ const button = (view, name) => view.page.getByRole('button', { name, exact: true
 const box = (view, name) => view.page.getByRole('checkbox', { name });
 const ended = (view, state = 'done') => view.page.waitForSelector(`#turns > li:last-child[data-state="${state}"]`);
 
+async function answerContext(view, workbookKey = 'C:\\Form.xlsx') {
+  await view.answer(await view.postedNow('excelGetWriteContext'), { workbookKey, sheetName: 'Form', row: 1, col: 1 });
+}
+
 async function answerScan(view, fields, sheetName = 'Form') {
   const scan = await view.postedNow('autofillScan');
   assert.equal(scan.sheetName, sheetName);
@@ -60,7 +64,7 @@ async function answerScan(view, fields, sheetName = 'Form') {
 /** Presses the button, and answers what the page then asks of the add-in. */
 async function startForm(view, fields = FORM) {
   await button(view, 'Fill in form').click();
-  await view.answer(await view.postedNow('excelGetWriteContext'), { sheetName: 'Form', row: 1, col: 1 });
+  await answerContext(view);
   await answerScan(view, fields);
 }
 
@@ -103,6 +107,7 @@ test('the model is given the fields, the user chooses from its proposals, and Un
   await box(view, 'Age').check();
   assert.deepEqual(await view.posted(), [], 'nothing is written before the user says so');
   await button(view, 'Fill in').click();
+  await answerContext(view);
   await answerScan(view, FORM);
   assert.deepEqual(await answerApply(view, ['applied', 'applied']), [FILLS[0], FILLS[2]]);
   await ended(view);
@@ -125,6 +130,7 @@ test('what has changed since, or is not taken, is said', async () => {
   await startForm(view);
   await box(view, 'Age').check();
   await button(view, 'Fill in').click();
+  await answerContext(view);
   await answerScan(view, [FORM[0], FORM[2], field(2, 'Street', '____')]);
   assert.deepEqual(await answerApply(view, ['applied', 'skipped']), [FILLS[0], FILLS[2]]);
   await ended(view);
@@ -178,12 +184,62 @@ test('Stop while cells are written leaves a way to put them back', async () => {
   const view = await openChat(PROPOSE);
   await startForm(view);
   await button(view, 'Fill in').click();
+  await answerContext(view);
   await answerScan(view, FORM);
   await view.postedNow('autofillApply');
   await view.id('stop').click();
   await ended(view, 'stopped');
   await button(view, 'Undo').click();
+  await view.answer(await view.postedNow('autofillUndo'), { restored: 1 });
+  await view.page.locator('#turns').getByText('Undone. Cells put back: 1').waitFor();
+  await view.close();
+});
+
+test('nothing is written into another workbook than was looked at', async () => {
+  const view = await openChat(PROPOSE, DONE);
+  await startForm(view);
+  assert.doesNotMatch(JSON.stringify(model.requests[0].body), /Form\.xlsx/, 'where it lies is nobody’s business');
+  await button(view, 'Fill in').click();
+  await answerContext(view, 'C:\\Other.xlsx');
+  await ended(view);
+  assert.match(resultTold().error, /another workbook/);
+  assert.deepEqual(await view.posted(), []);
+  await view.close();
+});
+
+test('a form that was not filled in leaves the way back to the one before', async () => {
+  const view = await openChat(PROPOSE, DONE);
+  await startForm(view);
+  await button(view, 'Fill in').click();
+  await answerContext(view);
+  await answerScan(view, FORM);
+  await answerApply(view, ['applied', 'applied']);
+  await ended(view);
+  model.script(PROPOSE, DONE);
+  await startForm(view);
+  await button(view, 'Fill in').click();
+  await answerContext(view);
+  await answerScan(view, FORM);
+  await view.answer(await view.postedNow('autofillApply'), { error: 'busy' });
+  await ended(view);
+  await button(view, 'Undo').click();
   await view.answer(await view.postedNow('autofillUndo'), { restored: 2 });
   await view.page.locator('#turns').getByText('Undone. Cells put back: 2').waitFor();
+  await view.close();
+});
+
+test('what the model says nothing about is shown without a percentage, and not chosen', async () => {
+  const { confidence: _, ...unsaid } = fill(1, 41);
+  const view = await openChat([{ call: 'proposeFills', arguments: { fills: [unsaid] } }], DONE);
+  await startForm(view);
+  const row = view.page.locator('.proposals li');
+  assert.equal((await row.innerText()).replaceAll(/\s+/g, ' '), 'Name B1 (empty) → 41');
+  assert.ok(await button(view, 'Fill in').isDisabled());
+  await box(view, 'Name').check();
+  await button(view, 'Fill in').click();
+  await answerContext(view);
+  await answerScan(view, FORM);
+  assert.deepEqual(await answerApply(view, ['applied']), [{ ...unsaid }], 'a number stays one');
+  await ended(view);
   await view.close();
 });

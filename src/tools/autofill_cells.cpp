@@ -105,8 +105,12 @@ HostAnswer DropWhere(IDispatch* sheet, const wchar_t* property, std::vector<Cell
 
 /// The places that wait for input, of those whose texts say so.
 HostAnswer KeepWritable(IDispatch* sheet, std::vector<CellPlace>& places) {
-  const HostAnswer answer = DropWhere(sheet, L"HasFormula", places);
-  return answer.Ok() && IsSheetProtected(sheet) ? DropWhere(sheet, L"Locked", places) : answer;
+  HostAnswer answer = DropWhere(sheet, L"HasFormula", places);
+  if (!answer.Ok()) return answer;
+  const bool isProtected = IsSheetProtected(sheet, &answer);
+  if (answer.IsBusy()) return answer;
+  // A host that does not tell has no protection.
+  return isProtected ? DropWhere(sheet, L"Locked", places) : HostAnswer{};
 }
 
 /// What the user sees of the range.
@@ -123,13 +127,14 @@ HostAnswer ReadAppearance(IDispatch* sheet, const RangeGeometry& place, Autofill
 
 /// The reason why the sheet cannot be scanned, empty when it was.
 std::wstring_view Scan(IDispatch* sheet, AutofillCells& found) {
-  const std::optional<RangeGeometry> used = ReadUsedRange(sheet);
-  if (!used) return kNoUsedRangeText;
+  HostAnswer answer;
+  const std::optional<RangeGeometry> used = ReadUsedRange(sheet, &answer);
+  if (!used) return answer.IsBusy() ? kHostBusyText : kNoUsedRangeText;
   if (used->Cells() > kMaxAutofillCells) return kTooLargeText;
   found.usedRange = *used;
   ScannedValues values(*used);
   std::vector<Cell> cells;
-  HostAnswer answer = values.Read(sheet, cells);
+  answer = values.Read(sheet, cells);
   if (!answer.Ok()) return answer.IsBusy() ? kHostBusyText : kUnreadableText;
   AutofillGrid grid(
       *used, std::move(cells), [&](std::int32_t row, std::int32_t col) { return values.TextAt(row, col); },

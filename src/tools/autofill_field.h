@@ -13,8 +13,11 @@ namespace qv {
 /// Why a cell waits for input.
 enum class AutofillKind { kEmpty, kExamplePlaceholder, kUnderlinePlaceholder };
 
-/// Longest `rowText`, in UTF-16 units.
-inline constexpr std::size_t kMaxRowText = 500;
+/// Longest text that a field has of its surroundings (label, left, above, rowText), in UTF-16 units.
+inline constexpr std::size_t kMaxNearText = 500;
+/// What the fields of one scan have of their surroundings together; those beyond it have a short label only.
+inline constexpr std::size_t kMaxNearTexts = 32'000'000;
+inline constexpr std::size_t kShortLabel = 40;
 
 /// What stands around a field.
 struct AutofillContext {

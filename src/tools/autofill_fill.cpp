@@ -5,16 +5,13 @@
 
 #include "foundation/json_parts.h"
 #include "tools/tool_arguments.h"
+#include "tools/whole_number.h"
 
 namespace qv {
 namespace {
 
-/// Hosts keep 15 digits of a number.
-constexpr std::ptrdiff_t kMaxDigits = 15;
-
-bool IsDigit(wchar_t unit) {
-  return unit >= L'0' && unit <= L'9';
-}
+/// Hosts keep 15 digits of a number; longer ones in front of the point are a card's or an account's.
+constexpr std::size_t kMaxIntegerDigits = 15;
 
 /// What is behind the digits at the front.
 std::wstring_view BehindDigits(std::wstring_view text) {
@@ -30,11 +27,12 @@ bool IsPlainNumber(std::wstring_view text) {
   return rest.empty() || (rest.front() == L'.' && rest.size() > 1 && BehindDigits(rest.substr(1)).empty());
 }
 
-/// Whether the number would be shown with other digits: "007", a card's number.
+/// Whether a plain number would be shown with other digits in front of its point: "007", a card's number. The
+/// many digits behind the point of what was calculated are no reason.
 bool LosesDigits(std::wstring_view number) {
   if (number.starts_with(L'-')) number.remove_prefix(1);
-  const bool hasLeadingZero = number.size() > 1 && number[0] == L'0' && IsDigit(number[1]);
-  return hasLeadingZero || std::ranges::count_if(number, IsDigit) > kMaxDigits;
+  const std::size_t digits = number.size() - BehindDigits(number).size();
+  return (digits > 1 && number.front() == L'0') || digits > kMaxIntegerDigits;
 }
 
 /// Digits with a single "E" among them, as in a part number: hosts read 12E3 as 12000.
@@ -52,11 +50,16 @@ CellContentKind KindOfText(std::wstring_view text) {
   return needsCare || IsExponentForm(text) ? CellContentKind::kText : CellContentKind::kTyped;
 }
 
-std::wstring ValueTextOf(const ToolArguments& item) {
-  const std::wstring_view value = item.Value(L"value");
-  if (value == L"true") return L"TRUE";
-  if (value == L"false") return L"FALSE";
-  return NumberOfValue(value) ? std::wstring(value) : item.Text(L"value");
+/// What a value that is a text, a number or a flag puts into a cell; nothing for any other.
+std::optional<CellContent> ContentOf(std::wstring_view value) {
+  if (value == L"true") return CellContent{L"TRUE", CellContentKind::kFlag};
+  if (value == L"false") return CellContent{L"FALSE", CellContentKind::kFlag};
+  if (const std::optional<double> number = NumberOfValue(value))
+    return CellContent{NumberText(*number), CellContentKind::kNumber};
+  std::optional<std::wstring> text = TextOfValue(value);
+  if (!text) return std::nullopt;
+  const CellContentKind kind = KindOfText(*text);
+  return CellContent{*std::move(text), kind};
 }
 
 }  // namespace
@@ -67,8 +70,9 @@ std::vector<AutofillFill> ParseAutofillFills(std::wstring_view json) {
   if (!items) return fills;
   for (const std::wstring_view text : *items) {
     const ToolArguments item(text);
-    AutofillFill fill{item.Integer(L"row"), item.Integer(L"col"), item.Text(L"action"), ValueTextOf(item),
-                      NumberOfValue(item.Value(L"confidence")).value_or(0)};
+    AutofillFill fill{WholeNumberOfValue(item.Value(L"row")).value_or(0),
+                      WholeNumberOfValue(item.Value(L"col")).value_or(0), item.Text(L"action"),
+                      ContentOf(item.Value(L"value")), NumberOfValue(item.Value(L"confidence")).value_or(0)};
     if (fill.row >= 1 && fill.col >= 1) fills.push_back(std::move(fill));
   }
   return fills;
@@ -76,8 +80,7 @@ std::vector<AutofillFill> ParseAutofillFills(std::wstring_view json) {
 
 std::optional<CellContent> ContentOfFill(const AutofillFill& fill) {
   if (fill.action == L"clear") return CellContent{};
-  if (fill.action != L"fill") return std::nullopt;
-  return CellContent{fill.value, KindOfText(fill.value)};
+  return fill.action == L"fill" ? fill.value : std::nullopt;
 }
 
 }  // namespace qv

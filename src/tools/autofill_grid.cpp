@@ -11,11 +11,24 @@ namespace {
 
 constexpr std::wstring_view kBetweenTexts = L" | ";
 
-/// Cuts without leaving half of a surrogate pair behind.
-void CutRowText(std::wstring& text) {
-  if (text.size() <= kMaxRowText) return;
-  const bool splitsPair = (text[kMaxRowText - 1] & 0xFC00) == 0xD800;
-  text.resize(kMaxRowText - (splitsPair ? 1 : 0));
+/// The front of a text, without half of a surrogate pair at its end.
+std::wstring_view Cut(std::wstring_view text, std::size_t most = kMaxNearText) {
+  if (text.size() <= most) return text;
+  const bool splitsPair = (text[most - 1] & 0xFC00) == 0xD800;
+  return text.substr(0, most - (splitsPair ? 1 : 0));
+}
+
+/// Keeps what the fields have of their surroundings within the bound.
+void Spend(std::size_t& left, AutofillField& field) {
+  const auto size = [&field] {
+    const AutofillContext& context = field.context;
+    return field.label.size() + context.left.size() + context.above.size() + context.rowText.size();
+  };
+  if (size() > left) {
+    field.context = {};
+    field.label = Cut(field.label, kShortLabel);
+  }
+  left -= std::min(left, size());
 }
 
 /// The lines that are seen, and for each line the one seen before it.
@@ -79,9 +92,25 @@ std::wstring_view AutofillGrid::LabelAt(std::int32_t row, std::int32_t col) cons
   return IsUntranslatable(cell->text, isAlphabetic_) ? std::wstring_view() : Trim(cell->text);
 }
 
-std::wstring_view AutofillGrid::LabelFor(std::int32_t row, std::int32_t col) const {
+std::wstring_view AutofillGrid::LabelFor(std::int32_t row, std::int32_t col, std::int32_t rowAbove) const {
   const std::wstring_view left = LabelAt(row, colBefore_[static_cast<std::size_t>(col)]);
-  return left.empty() ? LabelAt(rowBefore_[static_cast<std::size_t>(row)], col) : left;
+  return left.empty() ? LabelAt(rowAbove, col) : left;
+}
+
+bool AutofillGrid::IsPlaceholderAt(std::int32_t row, std::int32_t col) const {
+  std::size_t index = 0;
+  const Cell* const cell = SeenAt(row, col, index);
+  return cell != nullptr &&
+         ClassifyAutofillText(cell->text).value_or(AutofillKind::kEmpty) != AutofillKind::kEmpty;
+}
+
+std::int32_t AutofillGrid::RowAbovePlaceholders(std::int32_t row, std::int32_t col, Climb& last) const {
+  std::int32_t above = rowBefore_[static_cast<std::size_t>(row)];
+  while (above != last.from && IsPlaceholderAt(above, col))
+    above = rowBefore_[static_cast<std::size_t>(above)];
+  if (above != kNone && above == last.from) above = last.to;
+  last = {row, above};
+  return above;
 }
 
 std::vector<CellPlace> AutofillGrid::Candidates() const {
@@ -92,7 +121,9 @@ std::vector<CellPlace> AutofillGrid::Candidates() const {
       const Cell& cell = cells_[index];
       if (cell.holdsOther || IsCovered(index)) continue;
       const std::optional<AutofillKind> kind = ClassifyAutofillText(cell.text);
-      if (!kind || (kind == AutofillKind::kEmpty && LabelFor(row, col).empty())) continue;
+      if (!kind || (kind == AutofillKind::kEmpty &&
+                    LabelFor(row, col, rowBefore_[static_cast<std::size_t>(row)]).empty()))
+        continue;
       places.push_back({place_.firstRow + row, place_.firstCol + col});
     }
   }
@@ -101,7 +132,7 @@ std::vector<CellPlace> AutofillGrid::Candidates() const {
 
 std::wstring AutofillGrid::TextOfCell(std::size_t index) const {
   const Cell& cell = cells_[index];
-  if (!cell.holdsOther) return std::wstring(Trim(cell.text));
+  if (!cell.holdsOther) return std::wstring(Cut(Trim(cell.text)));
   const auto columns = static_cast<std::size_t>(place_.cols);
   return textOfOther_(static_cast<std::int32_t>(index / columns) + 1,
                       static_cast<std::int32_t>(index % columns) + 1);
@@ -121,13 +152,12 @@ std::wstring AutofillGrid::RowText(std::int32_t row) const {
     if (text.empty()) continue;
     if (!joined.empty()) joined += kBetweenTexts;
     joined += text;
-    if (joined.size() > kMaxRowText) break;
+    if (joined.size() > kMaxNearText) break;
   }
-  CutRowText(joined);
-  return joined;
+  return std::wstring(Cut(joined));
 }
 
-AutofillField AutofillGrid::FieldAt(std::int32_t row, std::int32_t col) const {
+AutofillField AutofillGrid::FieldAt(std::int32_t row, std::int32_t col, Climb& last) const {
   const Cell& cell = cells_[IndexOf(row, col)];
   AutofillField field;
   field.row = place_.firstRow + row;
@@ -137,19 +167,27 @@ AutofillField AutofillGrid::FieldAt(std::int32_t row, std::int32_t col) const {
   field.kind = ClassifyAutofillText(cell.text).value_or(AutofillKind::kEmpty);
   if (field.kind != AutofillKind::kEmpty) field.placeholderText = Trim(cell.text);
   field.currentValue = cell.text;
-  field.label = LabelFor(row, col);
+  const std::int32_t before = rowBefore_[static_cast<std::size_t>(row)];
+  const bool isEmpty = field.kind == AutofillKind::kEmpty;
+  field.label = Cut(LabelFor(row, col, isEmpty ? before : RowAbovePlaceholders(row, col, last)));
   field.context.left = TextAt(row, colBefore_[static_cast<std::size_t>(col)]);
-  field.context.above = TextAt(rowBefore_[static_cast<std::size_t>(row)], col);
+  field.context.above = TextAt(before, col);
   return field;
 }
 
 std::vector<AutofillField> AutofillGrid::Fields(std::span<const CellPlace> places) const {
   std::vector<AutofillField> fields;
   fields.reserve(places.size());
+  std::vector<Climb> climbs(static_cast<std::size_t>(place_.cols));
+  std::wstring rowText;
+  std::size_t left = kMaxNearTexts;
   for (const CellPlace& place : places) {
-    AutofillField field = FieldAt(place.row - place_.firstRow, place.col - place_.firstCol);
+    const std::int32_t col = place.col - place_.firstCol;
+    AutofillField field = FieldAt(place.row - place_.firstRow, col, climbs[static_cast<std::size_t>(col)]);
     const bool isNewRow = fields.empty() || fields.back().row != place.row;
-    field.context.rowText = isNewRow ? RowText(place.row - place_.firstRow) : fields.back().context.rowText;
+    if (isNewRow) rowText = RowText(place.row - place_.firstRow);
+    field.context.rowText = rowText;
+    Spend(left, field);
     fields.push_back(std::move(field));
   }
   return fields;

@@ -44,12 +44,18 @@ class AutofillGrid {
   /// underlines, and empty cells with a label.
   [[nodiscard]] std::vector<CellPlace> Candidates() const;
 
-  /// The fields in the given cells, which are some of the candidates, row by row.
+  /// The fields in the given cells, which are some of the candidates, row by row. What they say of their
+  /// surroundings is bounded, each and together.
   [[nodiscard]] std::vector<AutofillField> Fields(std::span<const CellPlace> places) const;
 
  private:
   /// Marks a line that is not seen and those before the first one.
   static constexpr std::int32_t kNone = -1;
+  /// A way up from a placeholder to the first row that is none.
+  struct Climb {
+    std::int32_t from = kNone;
+    std::int32_t to = kNone;
+  };
 
   [[nodiscard]] std::size_t IndexOf(std::int32_t row, std::int32_t col) const {
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(place_.cols) +
@@ -59,12 +65,17 @@ class AutofillGrid {
   /// The cell whose contents are seen at a position (0-based), or null where that is outside of the range.
   [[nodiscard]] const Cell* SeenAt(std::int32_t row, std::int32_t col, std::size_t& index) const;
   [[nodiscard]] std::wstring_view LabelAt(std::int32_t row, std::int32_t col) const;
-  /// From the left, else from above; empty when there is none.
-  [[nodiscard]] std::wstring_view LabelFor(std::int32_t row, std::int32_t col) const;
+  /// From the left, else from the given row above; empty when there is none.
+  [[nodiscard]] std::wstring_view LabelFor(std::int32_t row, std::int32_t col, std::int32_t rowAbove) const;
+  [[nodiscard]] bool IsPlaceholderAt(std::int32_t row, std::int32_t col) const;
+  /// The nearest row above that is no placeholder in this column: those below one heading share it. `last` is
+  /// the column's last way up, so that no cell is passed twice.
+  [[nodiscard]] std::int32_t RowAbovePlaceholders(std::int32_t row, std::int32_t col, Climb& last) const;
+  /// The texts are cut.
   [[nodiscard]] std::wstring TextAt(std::int32_t row, std::int32_t col) const;
   [[nodiscard]] std::wstring TextOfCell(std::size_t index) const;
   [[nodiscard]] std::wstring RowText(std::int32_t row) const;
-  [[nodiscard]] AutofillField FieldAt(std::int32_t row, std::int32_t col) const;
+  [[nodiscard]] AutofillField FieldAt(std::int32_t row, std::int32_t col, Climb& last) const;
 
   RangeGeometry place_;
   std::vector<Cell> cells_;

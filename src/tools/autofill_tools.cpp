@@ -29,11 +29,8 @@ constexpr const wchar_t* kFailed = L"failed";
 /// Writes the items of one call.
 class FillWriter {
  public:
-  FillWriter(const ToolContext& context, const ToolSheet& sheet, UndoBook book)
-      : context_(context),
-        sheet_(sheet),
-        book_(std::move(book)),
-        isProtected_(IsSheetProtected(sheet.sheet.Get())) {}
+  FillWriter(const ToolContext& context, const ToolSheet& sheet, UndoBook book, bool isProtected)
+      : context_(context), sheet_(sheet), book_(std::move(book)), isProtected_(isProtected) {}
 
   /// The item's status.
   [[nodiscard]] const wchar_t* Write(const AutofillFill& fill) {
@@ -66,6 +63,23 @@ class FillWriter {
   const ToolSheet& sheet_;
   UndoBook book_;
   bool isProtected_;
+};
+
+/// Begins the record of an apply anew. The former one comes back at the end unless something was recorded.
+class NewRecord {
+ public:
+  explicit NewRecord(AutofillUndo& undo) : undo_(undo), former_(std::exchange(undo, {})) {
+    undo_.PushMarker();
+  }
+  ~NewRecord() {
+    if (undo_.IsEmpty()) undo_ = std::move(former_);
+  }
+  NewRecord(const NewRecord&) = delete;
+  NewRecord& operator=(const NewRecord&) = delete;
+
+ private:
+  AutofillUndo& undo_;
+  AutofillUndo former_;
 };
 
 /// The sheet that "sheetName" names, else the pinned window's.
@@ -101,10 +115,11 @@ std::wstring AutofillApply(const ToolContext& context, const std::wstring& json)
   HostAnswer answer;
   UndoBook book = BookOfSheet(context, sheet.sheet.Get(), answer);
   if (answer.IsBusy()) return ErrorResult(kHostBusyText);
+  const bool isProtected = IsSheetProtected(sheet.sheet.Get(), &answer);
+  if (answer.IsBusy()) return ErrorResult(kHostBusyText);
   const DisplayAlertsGuard alertsOff(context.target.Application());
-  context.autofill = {};
-  context.autofill.PushMarker();
-  FillWriter writer(context, sheet, std::move(book));
+  const NewRecord record(context.autofill);
+  FillWriter writer(context, sheet, std::move(book), isProtected);
   std::wstring results;
   int applied = 0;
   for (const AutofillFill& fill : fills) {
@@ -117,7 +132,10 @@ std::wstring AutofillApply(const ToolContext& context, const std::wstring& json)
 }
 
 std::wstring AutofillUndoLast(const ToolContext& context, const std::wstring&) {
-  return Concat(L"{\"restored\":", RestoreToMarker(context, context.autofill), L'}');
+  // All records of an apply are of one workbook, to which the user may come back.
+  const int restored =
+      IsForOtherBook(context, context.autofill) ? 0 : RestoreToMarker(context, context.autofill);
+  return Concat(L"{\"restored\":", restored, L'}');
 }
 
 }  // namespace qv

@@ -53,8 +53,15 @@ RangeGeometry GeometryOf(const RangeArgs& block) {
   return {block.row2 - block.row1 + 1, block.col2 - block.col1 + 1, block.row1, block.col1};
 }
 
-std::optional<RangeGeometry> ReadUsedRange(IDispatch* sheet) {
-  return ReadGeometry(RangeReader::LateBound(GetDispProperty(sheet, L"UsedRange")));
+std::optional<RangeGeometry> ReadUsedRange(IDispatch* sheet, HostAnswer* answer) {
+  HostAnswer own;
+  const RangeReader used = RangeReader::LateBound(GetDispProperty(sheet, L"UsedRange", &own));
+  std::optional<RangeGeometry> place = ReadGeometry(used);
+  // A host that answers for the range but not for its place is asked why.
+  Variant row;
+  if (!place && own.Ok()) own.hr = used.Get(kRangeRow, row, &own.exceptionCode);
+  if (answer != nullptr) *answer = own;
+  return place;
 }
 
 std::optional<RangeGeometry> Intersect(const RangeArgs& range, const RangeGeometry& used) {

@@ -34,8 +34,9 @@ struct ToolSheet {
 /// Place and size of a block.
 [[nodiscard]] RangeGeometry GeometryOf(const RangeArgs& block);
 
-/// Place and size of the sheet's used range; nothing when it cannot be read.
-[[nodiscard]] std::optional<RangeGeometry> ReadUsedRange(IDispatch* sheet);
+/// Place and size of the sheet's used range; nothing when it cannot be read. `answer` (may be null) receives
+/// how the host answered.
+[[nodiscard]] std::optional<RangeGeometry> ReadUsedRange(IDispatch* sheet, HostAnswer* answer = nullptr);
 
 /// Where a range meets the used range; nothing when they do not.
 [[nodiscard]] std::optional<RangeGeometry> Intersect(const RangeArgs& range, const RangeGeometry& used);

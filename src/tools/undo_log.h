@@ -49,6 +49,7 @@ class UndoLog {
  public:
   void Append(UndoRecord record) { records_.push_back(std::move(record)); }
 
+  [[nodiscard]] bool IsEmpty() const { return records_.empty(); }
   /// The newest records, which there must be, oldest first. Only until the log changes.
   [[nodiscard]] std::span<UndoRecord> Newest(std::size_t count) { return std::span(records_).last(count); }
   /// Takes the newest records off again, whatever marker they stand behind.

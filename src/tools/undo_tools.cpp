@@ -84,6 +84,15 @@ UndoBook BookOfSheet(const TargetContext& target, IDispatch* sheet, HostAnswer& 
   return found;
 }
 
+bool IsForOtherBook(const ToolContext& context, UndoLog& undo) {
+  if (undo.IsEmpty()) return false;
+  HostAnswer answer;
+  const ComPtr<IDispatch> shown = context.target.GetActiveSheetDispatch(&answer);
+  if (shown == nullptr) return false;
+  const UndoBook now = BookOfSheet(context, shown.Get(), answer);
+  return !answer.IsBusy() && !now.name.empty() && !undo.Newest(1).front().book.IsSame(now);
+}
+
 std::wstring PushUndoMarker(const ToolContext& context, const std::wstring&) {
   context.undo.PushMarker();
   return Concat(L"{\"ok\":true,\"depth\":", context.undo.Depth(), L'}');

@@ -16,6 +16,10 @@ namespace qv {
   return BookOfSheet(context.target, sheet, answer);
 }
 
+/// Whether the target is known to be another workbook than that of the log's newest record. Nothing is taken
+/// off the log.
+[[nodiscard]] bool IsForOtherBook(const ToolContext& context, UndoLog& undo);
+
 /// Puts back what was written since a log's last marker, newest first, and takes the marker off; the number
 /// of cells. A host that is busy leaves the rest, and the marker, for another call. Without a marker there is
 /// nothing to do.

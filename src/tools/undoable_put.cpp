@@ -8,8 +8,8 @@
 namespace qv {
 namespace {
 
-/// Whether a failed put left the cell as it was for sure: the host itself refused it, nothing was lost on the
-/// way.
+/// Whether a put that the host did not take left the cell as it was for sure: the host itself refused it,
+/// nothing was lost on the way.
 bool ChangedNothing(const CellWriteResult& failure) {
   return failure.IsBusy() || failure.hr == DISP_E_EXCEPTION || failure.hr == DISP_E_UNKNOWNNAME ||
          failure.hr == DISP_E_MEMBERNOTFOUND || failure.hr == DISP_E_TYPEMISMATCH;
@@ -23,17 +23,18 @@ bool PutUndoably(UndoLog& undo, const CellTarget& place, UndoRecord record, cons
   const std::int32_t row = record.row;
   const std::int32_t col = record.col;
   undo.Append(std::move(record));
-  const CellWriteResult result = PutCellContent(place, sheetName, row, col, content);
-  if (!result.Ok()) {
+  bool touched = false;
+  const CellWriteResult result = PutCellContent(place, sheetName, row, col, content, &touched);
+  if (!touched) {
     if (ChangedNothing(result)) undo.DropNewest(1);
     return false;
   }
-  if (formerFormat.empty()) return true;
+  if (formerFormat.empty()) return result.Ok();
   std::wstring format = GetStringProperty(place.cell.Get(), L"NumberFormat");
   if (!format.empty() && format != formerFormat) {
     undo.Newest(1).front().format = UndoFormat{formerFormat, std::move(format)};
   }
-  return true;
+  return result.Ok();
 }
 
 }  // namespace qv

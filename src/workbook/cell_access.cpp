@@ -77,7 +77,8 @@ CellWriteResult PutAgainAsLiteral(IDispatch* cell, std::wstring_view text, const
   return PutText(cell, AsLiteral(text));
 }
 
-CellWriteResult PutLiteralText(IDispatch* cell, std::wstring_view text) {
+/// `touched` becomes true once the host took the text, whatever it made of it.
+CellWriteResult PutLiteralText(IDispatch* cell, std::wstring_view text, bool& touched) {
   const bool special = !text.empty() && (text.front() == L'=' || text.front() == L'\'');
   Variant formerFormat;
   CellWriteResult result;
@@ -91,6 +92,7 @@ CellWriteResult PutLiteralText(IDispatch* cell, std::wstring_view text) {
   if (result.IsBusy()) return result;
   if (!result.Ok()) return MayBecomeFormula(text) ? PutText(cell, AsLiteral(text)) : result;
 
+  touched = true;
   CellWriteResult answer;
   if (BecameOther(cell, text, answer)) return PutAgainAsLiteral(cell, text, formerFormat);
   return answer.IsBusy() ? answer : result;
@@ -129,7 +131,7 @@ CellWriteResult PutFormula(IDispatch* cell, std::wstring_view formula) {
   return result;
 }
 
-CellWriteResult PutContent(IDispatch* cell, const CellContent& content) {
+CellWriteResult PutContent(IDispatch* cell, const CellContent& content, bool& touched) {
   switch (content.kind) {
     case CellContentKind::kFormula:
       return PutFormula(cell, content.text);
@@ -139,14 +141,16 @@ CellWriteResult PutContent(IDispatch* cell, const CellContent& content) {
     case CellContentKind::kTyped:
       return PutText(cell, content.text);
     default:
-      return PutLiteralText(cell, content.text);
+      return PutLiteralText(cell, content.text, touched);
   }
 }
 
 CellWriteResult PutFound(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
-                         std::int32_t col, const CellContent& content) {
+                         std::int32_t col, const CellContent& content, bool& touched) {
+  touched = false;
   if (target.cell == nullptr) return target.status;
-  const CellWriteResult result = PutContent(target.cell.Get(), content);
+  const CellWriteResult result = PutContent(target.cell.Get(), content, touched);
+  if (result.Ok()) touched = true;
   const std::wstring where = Concat(sheetName, L" row=", row, L" col=", col);
   if (result.Ok()) {
     PaneLog(Concat(L"Excel PutCellValueDispatch ok sheet=", where, L"\r\n"));
@@ -230,19 +234,22 @@ HostAnswer ReadFormula(IDispatch* cell, std::wstring& formula) {
 
 CellWriteResult PutCellText(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
                             std::int32_t col, std::wstring_view text) {
-  return PutFound(target, sheetName, row, col, {std::wstring(text), CellContentKind::kText});
+  bool ignored = false;
+  return PutFound(target, sheetName, row, col, {std::wstring(text), CellContentKind::kText}, ignored);
 }
 
 CellWriteResult PutCellContent(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
-                               std::int32_t col, const CellContent& content) {
+                               std::int32_t col, const CellContent& content, bool* touched) {
   LogCellPut(sheetName, row, col, content.text);
-  return PutFound(target, sheetName, row, col, content);
+  bool ignored = false;
+  return PutFound(target, sheetName, row, col, content, touched != nullptr ? *touched : ignored);
 }
 
 CellWriteResult RestoreCellContent(const CellTarget& target, std::wstring_view sheetName, std::int32_t row,
                                    std::int32_t col, const CellContent& content) {
+  bool ignored = false;
   const CellWriteResult result =
-      target.cell == nullptr ? target.status : PutContent(target.cell.Get(), content);
+      target.cell == nullptr ? target.status : PutContent(target.cell.Get(), content, ignored);
   if (!result.Ok()) {
     PaneLog(Concat(L"Excel put_Value2 failed sheet=", sheetName, L" row=", row, L" col=", col, L" hr=0x",
                    Hex8(result.hr), L"\r\n"));
@@ -257,9 +264,15 @@ CellWriteResult PutCellValueDispatch(const TargetContext& target, std::wstring_v
   return PutCellText(FindCell(target, sheetName, row, col), sheetName, row, col, text);
 }
 
-bool IsSheetProtected(IDispatch* sheet) {
-  const std::optional<bool> contents = GetFlagProperty(sheet, L"ProtectContents");
-  return contents ? *contents : GetFlagProperty(sheet, L"Protected").value_or(false);
+bool IsSheetProtected(IDispatch* sheet, HostAnswer* answer) {
+  Variant flag;
+  HostAnswer own;
+  for (const wchar_t* name : {L"ProtectContents", L"Protected"}) {
+    own.hr = GetProperty(sheet, name, flag, &own.exceptionCode);
+    if (own.IsBusy() || (own.Ok() && flag.Type() == VT_BOOL)) break;
+  }
+  if (answer != nullptr) *answer = own;
+  return own.Ok() && flag.IsTrue();
 }
 
 bool IsWorkbookReadOnly(IDispatch* application) {

@@ -60,9 +60,11 @@ void LogCellPut(std::wstring_view sheetName, std::int32_t row, std::int32_t col,
                                           std::int32_t row, std::int32_t col, std::wstring_view text);
 
 /// `LogCellPut`, and the same for content of any kind: formulas through "Formula", the rest through "Value2",
-/// else "Value".
+/// else "Value". `touched` (may be null) receives whether the host took any put: a text that it misread is
+/// put twice, and the look between the two may fail.
 [[nodiscard]] CellWriteResult PutCellContent(const CellTarget& target, std::wstring_view sheetName,
-                                             std::int32_t row, std::int32_t col, const CellContent& content);
+                                             std::int32_t row, std::int32_t col, const CellContent& content,
+                                             bool* touched = nullptr);
 
 /// `LogCellPut`, `FindCell` and `PutCellText` with the host's alerts off.
 [[nodiscard]] CellWriteResult PutCellValueDispatch(const TargetContext& target, std::wstring_view sheetName,
@@ -75,8 +77,9 @@ void LogCellPut(std::wstring_view sheetName, std::int32_t row, std::int32_t col,
                                                  std::int32_t row, std::int32_t col,
                                                  const CellContent& content);
 
-/// "ProtectContents", else "Protected"; false when neither can be read.
-[[nodiscard]] bool IsSheetProtected(IDispatch* sheet);
+/// "ProtectContents", else "Protected"; false when neither can be read. `answer` (may be null) receives how
+/// the host answered; one that is busy is not asked twice.
+[[nodiscard]] bool IsSheetProtected(IDispatch* sheet, HostAnswer* answer = nullptr);
 
 /// Whether the active workbook is read-only; false when it cannot be read.
 [[nodiscard]] bool IsWorkbookReadOnly(IDispatch* application);

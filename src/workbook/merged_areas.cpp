@@ -1,5 +1,6 @@
 #include "workbook/merged_areas.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -51,9 +52,19 @@ class MergeReader {
     const std::optional<RangeGeometry> place = ReadGeometry(RangeReader::LateBound(area));
     if (!place || !place->Holds(row, col)) return;
     areas_.push_back(*place);
-    ForEachCell(*place, [this](std::int32_t areaRow, std::int32_t areaCol) {
-      if (block_.Holds(areaRow, areaCol)) known_[IndexOf(areaRow, areaCol)] = true;
+    // A whole merged column has a million cells, the block perhaps ten of them.
+    ForEachCell(InBlock(*place), [this](std::int32_t areaRow, std::int32_t areaCol) {
+      known_[IndexOf(areaRow, areaCol)] = true;
     });
+  }
+
+  /// The part of an area that lies in the block, which it meets.
+  [[nodiscard]] RangeGeometry InBlock(const RangeGeometry& area) const {
+    const std::int32_t top = std::max(area.firstRow, block_.firstRow);
+    const std::int32_t left = std::max(area.firstCol, block_.firstCol);
+    const std::int32_t bottom = std::min(area.firstRow + area.rows, block_.firstRow + block_.rows);
+    const std::int32_t right = std::min(area.firstCol + area.cols, block_.firstCol + block_.cols);
+    return {bottom - top, right - left, top, left};
   }
 
   [[nodiscard]] bool IsKnown(const RangeGeometry& part) const {

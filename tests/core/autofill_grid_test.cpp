@@ -62,6 +62,38 @@ TEST(AutofillGrids, KeepPlaceholdersWithoutALabel) {
   EXPECT_EQ(Addresses(GridOf({{L"Name", L"____"}, {kNumber, L"text"}})), (List{L"C3=Name"}));
 }
 
+TEST(AutofillGrids, LookForALabelAcrossThePlaceholdersBelowIt) {
+  EXPECT_EQ(Addresses(GridOf({{L"Name", L"Town"}, {L"____", L"____"}, {L"e.g.: Ann", L""}, {L"--", L"--"}})),
+            (List{L"B4=Name", L"C4=Town", L"B5=Name", L"B6=Name", L"C6="}))
+      << "an empty cell ends the way";
+  AutofillGrid locked = GridOf({{L"Name"}, {L"____"}, {L"____"}, {L"____"}});
+  const std::vector<CellPlace> below{{6, 2}};
+  EXPECT_EQ(locked.Fields(below)[0].label, L"Name") << "across those that are no fields";
+  EXPECT_EQ(locked.Fields(below)[0].context.above, L"____");
+}
+
+TEST(AutofillGrids, BoundWhatAFieldSaysOfItsSurroundings) {
+  const std::wstring text(32767, L'a');
+  AutofillGrid wide = GridOf({{text.c_str(), L"", L""}, {L"", L"", L""}});
+  wide.SetMergedAreas(std::vector<RangeGeometry>{{1, 2, 3, 2}});
+  const std::vector<AutofillField> near = wide.Fields(wide.Candidates());
+  ASSERT_EQ(near.size(), 3u);
+  EXPECT_EQ(near[0].label.size(), 500u);
+  EXPECT_EQ(near[0].context.left.size(), 500u);
+  EXPECT_EQ(near[1].context.above.size(), 500u);
+
+  std::vector<std::vector<const wchar_t*>> rows(22000, {text.c_str(), L""});
+  const AutofillGrid tall = GridOf(rows);
+  const std::vector<AutofillField> fields = tall.Fields(tall.Candidates());
+  ASSERT_EQ(fields.size(), rows.size());
+  EXPECT_EQ(fields.front().context.rowText.size(), 500u);
+  EXPECT_EQ(fields.back().label.size(), kShortLabel);
+  std::size_t sum = 0;
+  for (const AutofillField& field : fields)
+    sum += field.label.size() + field.context.left.size() + field.context.rowText.size();
+  EXPECT_LE(sum, kMaxNearTexts + rows.size() * kShortLabel);
+}
+
 TEST(AutofillGrids, TellWhatStandsAroundAField) {
   const AutofillGrid grid = GridOf({{L"Year", kNumber, L"Sum"}, {L" Cost ", L" -- ", kNumber}});
   const std::vector<AutofillField> fields = grid.Fields(grid.Candidates());

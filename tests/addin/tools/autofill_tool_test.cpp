@@ -161,7 +161,8 @@ TEST_F(AutofillTools, ASheetThatCannotBeScannedIsNoError) {
   engine.Faults().Clear();
   engine.Sheet(L"Sheet1").isProtected = true;
   for (const char* member :
-       {"Range.Value2", "Range.MergeCells", "Range.Hidden", "Range.HasFormula", "Range.Locked"}) {
+       {"Worksheet.UsedRange", "Range.Row", "Range.Value2", "Range.MergeCells", "Range.Hidden",
+        "Range.HasFormula", "Worksheet.ProtectContents", "Range.Locked"}) {
     MakeBusy(member);
     EXPECT_EQ(Scan(), unavailable(L"Excel 正忙，请稍后重试")) << member;
     engine.Faults().Clear();
@@ -204,7 +205,44 @@ TEST_F(AutofillTools, WithoutAnItemNothingHappens) {
   for (const wchar_t* json :
        {L"{}", L"", LR"({"fills":[]})", LR"({"fills":"x"})", LR"({"fills":[{"row":1}]})"})
     EXPECT_EQ(Run(L"autofillApply", json), LR"({"results":[],"applied":0})");
+  for (const std::wstring& item : {Item(1, 2, L"x", L"FILL"), Item(9999999, 2, L"beyond"),
+                                   std::wstring(LR"({"row":1,"col":2,"action":"fill"})")})
+    EXPECT_TRUE(Apply(item).ends_with(L"\"applied\":0}"));
+  EXPECT_EQ(CellAt("B1")["text"], "Ann");
   EXPECT_EQ(Undo(), LR"({"restored":1})") << "and what was done before can be taken back";
+}
+
+TEST_F(AutofillTools, ACellThatWasWrittenAndNotReadBackIsTakenBack) {
+  SetText("A1", L"old");
+  engine.Faults().OnCall("Range.Value2", [&, puts = 0]() mutable {
+    // A digit has the host look at what it made of the text; that is where it is busy.
+    if (CellAt("A1")["text"] != "old" && puts++ == 0) MakeBusy("Range.Value2");
+  });
+  const std::wstring result = Apply(Item(1, 1, L"007"));
+  engine.Faults().Clear();
+  EXPECT_TRUE(result.find(L"failed") != std::wstring::npos);
+  EXPECT_NE(CellAt("A1")["text"], "old");
+  EXPECT_EQ(Undo(), LR"({"restored":1})");
+  EXPECT_EQ(CellAt("A1")["text"], "old");
+}
+
+TEST_F(AutofillTools, AHostThatCannotTellTheProtectionWritesNothing) {
+  MakeBusy("Worksheet.ProtectContents");
+  EXPECT_EQ(Apply(Item(1, 1, L"x")), Error(L"Excel 正忙，请稍后重试"));
+  engine.Faults().Clear();
+  EXPECT_EQ(CellAt("A1")["text"], "");
+}
+
+TEST_F(AutofillTools, UndoWaitsUntilTheUserComesBackToTheWorkbook) {
+  Fill(1, 1, L"new");
+  const ExcelWindow form = target.Pinned();
+  engine.AddWorkbook(L"Other.xlsx", L"C:\\Books", {L"Sheet1"});
+  engine.Set(L"Sheet1", "A1", std::wstring(L"another"));
+  Pin();
+  EXPECT_EQ(Undo(), LR"({"restored":0})");
+  EXPECT_EQ(CellAt("A1")["text"], "another");
+  target.Pin(form);
+  EXPECT_EQ(Undo(), LR"({"restored":1})");
 }
 
 TEST_F(AutofillTools, UndoPutsEveryKindOfContentBackOnce) {

@@ -8,6 +8,7 @@
  * @property {'told' | 'asking' | 'running' | 'done' | 'failed' | 'refused' | 'stopped'} state
  * @property {string} result JSON text, empty until there is one
  * @property {import('./form_fields.js').Filled} [filled] once it has filled in a form
+ * @property {string} [workbookKey] the workbook that it has scanned
  * @property {string[]} [left] addresses of cells that were to be filled in and were not
  *
  * @typedef {object} Round one answer of the model

@@ -13,11 +13,12 @@
  * @typedef {object} Proposal
  * @property {Field} field
  * @property {'fill' | 'clear'} action
- * @property {string} value
- * @property {number} confidence 0 to 1; 1 where the model does not say
+ * @property {string | number | boolean} value
+ * @property {number} [confidence] 0 to 1; absent where the model does not say
  *
  * @typedef {object} Filled what the add-in has written and can take back
  * @property {number} count of cells
+ * @property {boolean} [isGuess] the add-in has not said how many
  * @property {number} restored
  * @property {boolean} undone
  * @property {boolean} failed the last try to undo
@@ -42,20 +43,25 @@ export const fieldsOf = (scan) =>
 
 /**
  * @param {import('./chat_conversation.js').Turn[]} turns
- * @returns {{sheetName: string, fields: Field[]} | null} what the last scan found
+ * @returns {{sheetName: string, fields: Field[], workbookKey?: string} | null} what the last scan found
  */
 export function lastScan(turns) {
   const calls = turns.flatMap(({ rounds }) => rounds).flatMap((round) => round.calls);
   const scan = calls.findLast(({ name, state }) => name === 'autofillScan' && state === 'done');
-  return scan ? JSON.parse(scan.result) : null;
+  return scan ? { ...JSON.parse(scan.result), workbookKey: scan.workbookKey } : null;
 }
 
-function textOf(value) {
-  if (typeof value === 'string') return value;
-  return typeof value === 'number' || typeof value === 'boolean' ? String(value) : '';
-}
+/** A number stays one: as a text it would depend on the user's decimal point. */
+const valueOf = (value) => (['string', 'number', 'boolean'].includes(typeof value) ? value : '');
 
-const isShare = (value) => typeof value === 'number' && value >= 0 && value <= 1;
+/** What the add-in knows. @returns {'fill' | 'clear' | undefined} */
+const actionOf = (action) => ['fill', 'clear'].find((known) => known === (action ?? 'fill'));
+
+/** Some models mean percent. @returns {number | undefined} 0 to 1 */
+function shareOf(confidence) {
+  if (typeof confidence !== 'number' || !(confidence >= 0 && confidence <= 100)) return undefined;
+  return confidence > 1 ? confidence / 100 : confidence;
+}
 
 /**
  * @param {any} fills the model's
@@ -68,12 +74,12 @@ export function matchProposals(fills, fields) {
   const unknown = [];
   for (const fill of Array.isArray(fills) ? fills : []) {
     const field = known.get(placeOf(fill ?? {}));
-    const value = textOf(fill?.value);
-    const action = fill?.action === 'clear' ? 'clear' : 'fill';
-    if (!field || (action === 'fill' && value === '')) unknown.push(fill);
+    const value = valueOf(fill?.value);
+    const action = actionOf(fill?.action);
+    if (!field || !action || (action === 'fill' && value === '')) unknown.push(fill);
     else {
-      const proposal = { field, action, value: action === 'clear' ? '' : value };
-      byPlace.set(placeOf(field), { ...proposal, confidence: isShare(fill.confidence) ? fill.confidence : 1 });
+      const confidence = shareOf(fill.confidence);
+      byPlace.set(placeOf(field), { field, action, value: action === 'clear' ? '' : value, confidence });
     }
   }
   return { proposals: [...byPlace.values()], unknown };

@@ -33,14 +33,15 @@ export function makeProposalList(proposals, onChange) {
 }
 
 function words({ field, value, confidence }) {
+  const percent = Math.round(confidence * 100);
   return make('span', { class: 'proposal' }, [
     make('strong', { dir: 'auto', textContent: field.label || field.context?.left || field.context?.above || '' }),
     make('bdi', { class: 'target', textContent: field.address }),
-    make('span', { class: 'quiet', textContent: t('chat.fillSure', { percent: Math.round(confidence * 100) }) }),
+    make('span', { class: 'quiet', textContent: confidence === undefined ? '' : t('chat.fillSure', { percent }) }),
     make('span', { class: 'change' }, [
       shown('del', field.currentValue),
       make('span', { 'aria-hidden': 'true', class: 'arrow', textContent: '→' }),
-      shown('ins', value),
+      shown('ins', String(value)),
     ]),
   ]);
 }
