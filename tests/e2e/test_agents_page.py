@@ -191,8 +191,11 @@ def test_each_panes_proxy_asks_for_the_user_of_its_own_page(model_service, start
     config = profile / "Quorvantis" / "opencode-workspace" / "opencode.json"
 
     def answer_by(pane):
-        host.do("post", pane=pane, message={"action": "installAgentMcp", "id": "opencode", "requestId": f"pane{pane}"})
-        host.wait(f'"requestId":"pane{pane}"')
+        # The first starts the pane's proxy, though there is nothing to launch; the second tells its key.
+        for action in ("launchAgent", "installAgentMcp"):
+            request = f"{action}{pane}"
+            host.do("post", pane=pane, message={"action": action, "id": "opencode", "requestId": request})
+            host.wait(f'"requestId":"{request}"')
         key = json.loads(config.read_text("utf-8"))["provider"]["quorvantis"]["options"]["apiKey"]
         [answer] = ask(BASE_URL, key, QUESTION)
         return answer["message"]
